@@ -1,0 +1,35 @@
+# zrt_options: the warnings and instrumentation that each target of this project links privately.
+# Nothing here reaches a host that takes the library in with add_subdirectory or find_package.
+#
+#   target_link_libraries(my_target PRIVATE $<BUILD_INTERFACE:zrt_options>)
+
+add_library(zrt_options INTERFACE)
+
+set(zrt_gcc "$<CXX_COMPILER_ID:GNU>")
+set(zrt_clang "$<CXX_COMPILER_ID:Clang,AppleClang>")
+
+# Not among them: -Wnon-virtual-dtor, since the byte blocks of the contract are deleted by their own
+# type and have virtual operations but no virtual destructor.
+target_compile_options(zrt_options INTERFACE
+  "$<$<OR:${zrt_gcc},${zrt_clang}>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wsign-conversion>"
+  "$<$<OR:${zrt_gcc},${zrt_clang}>:-Wold-style-cast;-Wcast-qual;-Wcast-align;-Wformat=2;-Wundef>"
+  "$<$<OR:${zrt_gcc},${zrt_clang}>:-Wextra-semi;-Wimplicit-fallthrough>"
+  "$<${zrt_gcc}:-Wduplicated-cond;-Wduplicated-branches;-Wlogical-op>"
+  "$<${zrt_clang}:-Wcomma;-Wunreachable-code;-Wnewline-eof>"
+  "$<$<BOOL:${ZRT_WARNINGS_AS_ERRORS}>:-Werror>")
+
+# The standard library's own cheap checks of bounds and empty containers.
+target_compile_definitions(zrt_options INTERFACE "$<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>")
+
+if(ZRT_SANITIZE)
+  # Findings end the program, so that no test passes over them. Some optimisation keeps the tests of
+  # large vectors bearable.
+  target_compile_options(zrt_options INTERFACE $<$<CONFIG:Debug>:-O1>
+    "-fsanitize=${ZRT_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(zrt_options INTERFACE "-fsanitize=${ZRT_SANITIZE}")
+endif()
+
+if(ZRT_COVERAGE)
+  target_compile_options(zrt_options INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(zrt_options INTERFACE --coverage)
+endif()

@@ -1,0 +1,79 @@
+# For the scripts at the root: what this machine needs, and building a preset. Sourced, not run.
+#
+#   zrt_need PACKAGE=WITNESS...   installs the packages whose witness, a command or a file, is missing
+#   zrt_build PRESET [TARGET]     configures where needed and builds; speaks only if it fails
+#
+# A script that cannot get as far as its job ends with this status, told apart from the job's own.
+readonly ZRT_NOT_PREPARED=125
+
+zrt_root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+
+readonly ZRT_PACKAGES=(
+  cmake=cmake ninja-build=ninja g++=g++ libcli11-dev=/usr/include/CLI/CLI.hpp
+  nlohmann-json3-dev=/usr/include/nlohmann/json.hpp libgtest-dev=/usr/include/gtest/gtest.h)
+
+zrt_say() { printf '%s\n' "$*" >&2; }
+
+# The package of each "package=witness" whose witness is not there.
+zrt_missing() {
+  local entry witness
+  for entry in "$@"; do
+    witness="${entry#*=}"
+    if [[ $witness == /* ]]; then
+      [[ -e $witness ]] || printf '%s\n' "${entry%%=*}"
+    else
+      command -v "$witness" > /dev/null || printf '%s\n' "${entry%%=*}"
+    fi
+  done
+}
+
+zrt_install() {
+  local apt=(apt-get -qq -o Dpkg::Use-Pty=0)
+  export DEBIAN_FRONTEND=noninteractive
+  "${apt[@]}" install -y --no-install-recommends "$@" ||
+    { "${apt[@]}" update && "${apt[@]}" install -y --no-install-recommends "$@"; }
+}
+
+zrt_need() {
+  local missing log
+  mapfile -t missing < <(zrt_missing "$@")
+  ((${#missing[@]})) || return 0
+  if [[ $(id -u) == 0 ]] && command -v apt-get > /dev/null; then
+    zrt_say "Installing ${missing[*]} ..."
+    log="$(mktemp)"
+    zrt_install "${missing[@]}" > "$log" 2>&1 < /dev/null || tail -n 5 "$log" >&2
+    rm -f "$log"
+    mapfile -t missing < <(zrt_missing "$@")
+    ((${#missing[@]})) || return 0
+    zrt_say "These packages are missing and could not be installed: ${missing[*]}"
+  else
+    zrt_say "These packages are missing, and only root can install them: ${missing[*]}"
+  fi
+  zrt_say "On Debian 12: apt-get install --no-install-recommends ${missing[*]}"
+  exit "$ZRT_NOT_PREPARED"
+}
+
+# Runs a step quietly; if it fails, shows what it said and ends the script.
+zrt_quietly() {
+  local log="$1"
+  shift
+  if ! (cd "$zrt_root" && "$@") > "$log" 2>&1 < /dev/null; then
+    cat "$log" >&2
+    zrt_say "This failed: $*"
+    exit "$ZRT_NOT_PREPARED"
+  fi
+}
+
+zrt_build() {
+  local preset="$1" dir="$zrt_root/build/$1"
+  mkdir -p "$dir"
+  if [[ ! -e $dir/build.ninja || $zrt_root/CMakePresets.json -nt $dir/build.ninja ]]; then
+    zrt_say "Configuring $preset ..."
+    zrt_quietly "$dir/configure.log" cmake --preset "$preset"
+    touch "$dir/build.ninja"
+  fi
+  [[ -t 2 ]] && printf 'Building %s ...\r' "$preset" >&2
+  zrt_quietly "$dir/build.log" cmake --build --preset "$preset" ${2:+--target "$2"}
+  [[ -t 2 ]] && printf '\033[K' >&2
+  return 0
+}
