@@ -1,0 +1,299 @@
+// The utility library's contract: text operations, chains of byte blocks, the error list and
+// record, a red-black tree, digit functions. This is a stand-in: it does all that the contract
+// promises, and the evaluator relies on nothing else. It knows nothing of expressions, tokens or
+// data fields.
+//
+// Each class shows its contract first. What stands below "Host side" is this stand-in's own, for
+// programs that build and inspect objects; a library that only evaluates must not use it.
+// No operation of the contract throws. No class takes a lock.
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#if defined(__GNUC__) && !defined(_WIN32)
+#define ZRT_OUTSIDE_EXPORT __attribute__((visibility("default")))
+#else
+#define ZRT_OUTSIDE_EXPORT
+#endif
+
+/// Operations on NUL-terminated texts; positions count from 0, a blank is the space alone. `dst`
+/// and `src` may be one buffer. Counts and starts outside the text are taken to its nearest end.
+class ZRT_OUTSIDE_EXPORT LString {
+ public:
+  /// The first position of what is looked for (ReverseFindOneOf: the last), or -1.
+  int Find(const char* text, char c);
+  int Find(const char* text, const char* sub);
+  int FindOneOf(const char* text, const char* set);
+  int ReverseFindOneOf(const char* text, const char* set);
+
+  /// The first `n` characters, the last `n`, and `n` from `start` on.
+  void Left(char* dst, const char* src, int n);
+  void Right(char* dst, const char* src, int n);
+  void Mid(char* dst, const char* src, int start, int n);
+
+  /// Drops leading, trailing blanks in place.
+  void TrimLeft(char* text);
+  void TrimRight(char* text);
+};
+
+/// A chain of byte blocks, held by its head; an index counts from the block called through the
+/// chain. A block grows in one piece if its head was made without a size, and else holds exactly
+/// that size and is full. Nothing is allocated before the first byte. Pointers to later blocks are
+/// valid until the chain ends or is cleared. Any number of threads may read a chain that nobody
+/// changes.
+class ZRT_OUTSIDE_EXPORT LByteBuffer {
+ public:
+  LByteBuffer() noexcept;
+
+  /// A block of `size` bytes, 4 at least.
+  explicit LByteBuffer(int size) noexcept;
+
+  /// The same bytes in blocks of its own; empty if memory runs out.
+  LByteBuffer(const LByteBuffer& other) noexcept;
+
+  /// Afterwards both refer to the same blocks: a write through one is seen through the other, and
+  /// the last owner frees them. Blocks are shared by whole chains only: a block that
+  /// AllocateNewBlock() made gives a copy of the bytes from it on, and assigning to it does
+  /// nothing.
+  LByteBuffer& operator=(const LByteBuffer& other) noexcept;
+
+  ~LByteBuffer();
+
+  /// Appends an empty block of this block's kind at the chain's end; null if memory runs out.
+  virtual LByteBuffer* AllocateNewBlock();
+
+  /// Appends the bytes of `source`.
+  virtual void CopyBlock(LByteBuffer* source);
+
+  /// The last block of the chain that `from` is part of.
+  LByteBuffer* GetLastBlock(LByteBuffer* from);
+
+  /// Appends a byte to this block. Returns 0 if the block is full or cannot grow, else 1.
+  int WriteData(unsigned char b) {
+    Block* block = block_;
+    if (block == nullptr || block->size >= block->limit) return WriteSlowly(b);
+    const int size = block->size;  // kept and stored last: the byte may alias the members
+    block->data[static_cast<std::size_t>(size)] = b;
+    block->size = size + 1;
+    return 1;
+  }
+
+  /// Replaces a stored byte. Returns 0 if `index` is outside the stored bytes, else 1.
+  int WriteData(int index, unsigned char b) {
+    unsigned char* place = Find(index);
+    if (place == nullptr) return 0;
+    *place = b;
+    return 1;
+  }
+
+  /// A stored byte, 0 outside the stored bytes.
+  unsigned char ReadData(int index) {
+    const unsigned char* place = Find(index);
+    return place == nullptr ? static_cast<unsigned char>(0) : *place;
+  }
+
+  /// This block's bytes (null if it never held one) and their count.
+  unsigned char* GetDataBlock() { return block_ == nullptr ? nullptr : block_->data.get(); }
+  int GetDataSize() { return block_ == nullptr ? 0 : block_->size; }
+
+  /// The bytes from this block on through the chain.
+  unsigned int GetTotalSize();
+
+  /// Empties this block, keeping its memory, and frees the blocks behind it.
+  void ClearBuffer();
+
+  // ---- Host side -----------------------------------------------------------------------------
+
+  /// Gives every LByteBuffer that is made without a size from now on blocks of `size` bytes (4 at
+  /// least) instead of a growing one; 0 goes back to growing. For tests that need chains. Any
+  /// thread.
+  static void SetDefaultBlockSize(int size) noexcept;
+  static int GetDefaultBlockSize() noexcept;
+
+ private:
+  struct Chain;
+  struct Link;
+
+  struct Block {
+    std::unique_ptr<unsigned char[]> data;
+    int size = 0;
+    int limit = 0;  // the quick append works below it: the capacity, or the size of an inner block
+    int capacity = 0;       // bytes
+    int ordinal = 0;        // its place in the chain
+    std::size_t start = 0;  // bytes in the blocks before it
+    Chain* chain = nullptr;
+  };
+
+  LByteBuffer(Block* block, int block_size) noexcept : block_(block), block_size_(block_size) {}
+
+  bool IsLink() const { return block_ != nullptr && chain_ == nullptr; }
+  bool EnsureChain() const noexcept;
+  bool CopyFrom(const LByteBuffer& other);
+  bool Reserve(int capacity);
+  bool Grow();
+  int WriteSlowly(unsigned char b);
+  unsigned char* FindInChain(int index);
+
+  unsigned char* Find(int index) {
+    if (block_ != nullptr && index >= 0 && index < block_->size) {
+      return &block_->data[static_cast<std::size_t>(index)];
+    }
+    return FindInChain(index);
+  }
+
+  // Mutable: an empty object that is assigned from gets the chain that both then share.
+  mutable std::shared_ptr<Chain> chain_;  // null in a later block: its chain holds it
+  mutable Block* block_ = nullptr;        // null before the first byte
+  int block_size_;                        // bytes of each block, 0 if blocks grow
+};
+
+/// The base of what trees store and hosts delete.
+class ZRT_OUTSIDE_EXPORT LObject {
+ public:
+  LObject() = default;
+  LObject(const LObject&) = default;
+  LObject& operator=(const LObject&) = default;
+  virtual ~LObject();
+};
+
+/// An entry of the error list.
+class ZRT_OUTSIDE_EXPORT ErrorElement {
+ public:
+  char* GetErrorMessage() { return message_.data(); }
+  unsigned short GetErrorField() { return field_; }
+
+  // ---- Host side -----------------------------------------------------------------------------
+
+  ErrorElement(std::string message, unsigned short field)
+      : message_(std::move(message)), field_(field) {}
+
+ private:
+  std::string message_;
+  unsigned short field_;
+};
+
+/// The error list and the record of the last error.
+///
+/// The list is a text file with an entry a line: code, category, 16-bit field and message,
+/// separated by blanks or tabs. The message is the rest of the line.
+///
+///   # The statuses of the evaluator.
+///   -500   8  1  The directory cannot be entered.
+///   65030  8  1  Two operators have nothing between them.
+///
+/// A code is a signed status or its low 16 bits: -32768 to 65535. Category and field are 0 to
+/// 65535. Lines that are empty or begin with "#" (after blanks) are skipped; a line may end in CR
+/// LF.
+class ZRT_OUTSIDE_EXPORT ErrorHandler : public LObject {
+ public:
+  ErrorHandler();
+  ErrorHandler(const ErrorHandler&) = delete;
+  ErrorHandler& operator=(const ErrorHandler&) = delete;
+  ~ErrorHandler() override;
+
+  /// The directory of the list; null or empty is the current one. Copied.
+  void SetDefaultDir(const char* dir);
+
+  /// Replaces the list by that of `file` in the default directory. Entries of every category are
+  /// kept, since a lookup names its category: `category` selects nothing. On failure the list
+  /// loaded before stays. Returns 0, or kListUnreadable or kListWrongLine.
+  int Initialize(char* file, int category);
+
+  /// The entry of that code and category, or null. Valid until the next Initialize().
+  ErrorElement* GetErrorElement(unsigned short code, unsigned short category);
+
+  /// Records a copy of `text`; null, and a text that finds no memory, make the record empty.
+  void SetErrorOccured(char* text);
+
+  // ---- Host side -----------------------------------------------------------------------------
+
+  static constexpr int kListUnreadable = -1;  // no such file, a read error, memory ran out
+  static constexpr int kListWrongLine =
+      -2;  // a line is no entry, or its code and category are taken
+
+  /// The text recorded last, empty if there is none.
+  const char* GetErrorText() { return record_.c_str(); }
+
+  /// Why the last Initialize() failed: the number of the wrong line, counted from 1 (0 if no line
+  /// is to blame), and a text with line and reason, empty if nothing failed.
+  int GetErrorLine() { return error_line_; }
+  const char* GetListError() { return list_error_.c_str(); }
+
+ private:
+  using Key = std::pair<unsigned short, unsigned short>;  // code, category
+  using List = std::map<Key, ErrorElement>;
+
+  static const char* ParseLine(std::string_view text, List* list);
+  int Load(const std::string& path);
+  int Refuse(int status, int line, const char* reason);
+
+  std::optional<std::string> default_dir_ = std::string();  // empty only if memory ran out
+  List list_;
+  std::string record_;
+  std::string list_error_;
+  int error_line_ = 0;
+};
+
+/// A node of an RBTree: a name and the object stored under it.
+class ZRT_OUTSIDE_EXPORT RBTreeNode {
+ public:
+  LObject* GetObject() { return object_.get(); }
+
+ private:
+  friend class RBTree;
+  RBTreeNode(const char* key, std::unique_ptr<LObject> object)
+      : key_(key), object_(std::move(object)) {}
+
+  std::string key_;
+  std::unique_ptr<LObject> object_;
+  std::unique_ptr<RBTreeNode> left_;
+  std::unique_ptr<RBTreeNode> right_;
+  bool red_ = true;
+};
+
+/// A left-leaning red-black tree of objects by name. It owns them; it cannot be copied.
+class ZRT_OUTSIDE_EXPORT RBTree {
+ public:
+  RBTree() = default;
+  RBTree(const RBTree&) = delete;
+  RBTree& operator=(const RBTree&) = delete;
+
+  /// The node of that name in the subtree under `from`, or null.
+  RBTreeNode* Search(RBTreeNode* from, char* key);
+  RBTreeNode* GetRoot() { return root_.get(); }
+
+  // ---- Host side -----------------------------------------------------------------------------
+
+  /// Stores `object` under `key` and returns it. An object already there is destroyed. Throws
+  /// std::bad_alloc with the tree unchanged.
+  LObject* Insert(const char* key, std::unique_ptr<LObject> object);
+
+ private:
+  using Tree = std::unique_ptr<RBTreeNode>;
+
+  static RBTreeNode* Find(RBTreeNode* from, const char* key);
+  static bool IsRed(const Tree& tree) { return tree != nullptr && tree->red_; }
+  static void Place(Tree* tree, Tree node);
+  static void RotateLeft(Tree* tree);
+  static void RotateRight(Tree* tree);
+
+  Tree root_;
+};
+
+/// Copies, appends `n` characters of `src` from position `m` on, terminated; `n` 0 takes all of
+/// them.
+ZRT_OUTSIDE_EXPORT void util_strncpy(char* dst, const char* src, int n, int m);
+ZRT_OUTSIDE_EXPORT void util_strncpy(char* dst, char* src, int n, int m);
+ZRT_OUTSIDE_EXPORT void util_strncat(char* dst, const char* src, int n, int m);
+ZRT_OUTSIDE_EXPORT void util_strncat(char* dst, char* src, int n, int m);
+
+/// The digit of 0 to 15, in capitals (the low four bits of other values); the value of a digit in
+/// either case, 0 for any other character.
+ZRT_OUTSIDE_EXPORT char util_Hex2HexAnsi(unsigned char v);
+ZRT_OUTSIDE_EXPORT unsigned char util_HexAnsi2Hex(char c);

@@ -1,0 +1,73 @@
+// Data fields and their set. A field keeps bytes and widths as they are given and does not know
+// whether they agree.
+#include "qlmplusdata.h"
+
+#include <new>
+
+QLMDataField::QLMDataField() = default;
+
+QLMDataField::~QLMDataField() = default;
+
+void QLMDataField::SetFieldName(const char* name) {
+  try {
+    name_ = name == nullptr ? "" : name;
+  } catch (const std::bad_alloc&) {
+    return;  // std::string keeps what it had
+  }
+}
+
+LByteBuffer* QLMDataField::AddRow(int width) { return AddRow(width, {}); }
+
+LByteBuffer* QLMDataField::AddRow(int width, const std::vector<unsigned char>& bytes) {
+  try {
+    auto row = std::make_unique<Row>();
+    row->width = width;
+    LByteBuffer* last = &row->bytes;
+    for (const unsigned char b : bytes) {
+      if (last->WriteData(b) != 0) continue;
+      last = last->AllocateNewBlock();
+      if (last == nullptr || last->WriteData(b) == 0) return nullptr;
+    }
+    rows_.push_back(std::move(row));
+    return &rows_.back()->bytes;
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+int QLMDataField::GetCurrentRowWidth() {
+  const Row* row = RowAt(current_);
+  return row == nullptr ? 0 : row->width;
+}
+
+LByteBuffer* QLMDataField::GetCurrentRow() {
+  Row* row = RowAt(current_);
+  if (row == nullptr) return nullptr;
+  ++current_;
+  return &row->bytes;
+}
+
+// Place 0 less one is behind every row, as is every place that a negative index makes.
+LByteBuffer* QLMDataField::GetRow(int index) {
+  Row* row = RowAt(static_cast<std::size_t>(index) - 1);
+  return row == nullptr ? nullptr : &row->bytes;
+}
+
+int QLMDataField::GetRowWidth(int index) {
+  const Row* row = RowAt(static_cast<std::size_t>(index) - 1);
+  return row == nullptr ? 0 : row->width;
+}
+
+QLMDataField* QLMPlusData::GetDataField(char* name) const {
+  if (name == nullptr) return nullptr;
+  const auto found = fields_.find(static_cast<const char*>(name));
+  return found == fields_.end() ? nullptr : found->second.get();
+}
+
+QLMDataField* QLMPlusData::AddField(const char* name) {
+  if (name == nullptr) name = "";
+  if (const auto known = fields_.find(name); known != fields_.end()) return known->second.get();
+  auto field = std::make_unique<QLMDataField>();
+  field->name_ = name;
+  return fields_.emplace(name, std::move(field)).first->second.get();
+}
