@@ -1,0 +1,55 @@
+// The order of the scopes, and the static table of mask names.
+#include "frame/scopes.h"
+
+#include <algorithm>
+#include <array>
+
+#include "hq4170.h"
+
+namespace zrt {
+namespace {
+
+constexpr std::size_t kMaskNameSlot = 30;  // 29 characters and the terminator
+
+constexpr std::array<char[kMaskNameSlot], 7> kMaskNames = {{
+    {"Usercode_MASK"},
+    {"FuseArray_MASK"},
+    {"EFuseArray_MASK"},
+    {"ID_MASK"},
+    {"FuseArray_MASK_TDO"},
+    {"FuseArray_MASK_TDI"},
+    {"FuseArray_DMASK"},
+}};
+
+}  // namespace
+
+NameBuffer::NameBuffer(std::string_view name) {
+  if (name.size() >= kInlineSize) {
+    heap_ = std::make_unique_for_overwrite<char[]>(name.size() + 1);
+  }
+  text()[name.copy(text(), name.size())] = '\0';
+}
+
+ZRTTokens* Scopes::FindToken(char* name) const {
+  ZRTTokens* token = local_tokens ? local_tokens->GetToken(name) : nullptr;
+  return token || !global_tokens ? token : global_tokens->GetToken(name);
+}
+
+QLMDataField* Scopes::FindField(char* name) const {
+  for (const QLMPlusData* data : {external_data, local_data, global_data}) {
+    if (!data) continue;
+    if (QLMDataField* field = data->GetDataField(name)) return field;
+  }
+  return nullptr;
+}
+
+bool IsMaskName(std::string_view name) {
+  return std::any_of(kMaskNames.begin(), kMaskNames.end(),
+                     [name](const char* row) { return name == row; });
+}
+
+void OverwriteWithFuseArrayIn(char* name) {
+  util_strncpy(name, kFuseArrayIn, static_cast<int>(kFuseArrayOut.size()), 0);
+}
+
+}  // namespace zrt

@@ -1,0 +1,56 @@
+// Names and the things they stand for: the five scopes of an evaluation and the searches through
+// them. Knows the closed libraries' lookups; which status a missing name becomes is for others.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+#include "qlmplusdata.h"
+#include "zrttokentree.h"
+
+namespace zrt {
+
+/// A name as the lookups want it: NUL-terminated and writable. Short names cost no allocation.
+class NameBuffer {
+ public:
+  /// Copies `name`. Throws std::bad_alloc.
+  explicit NameBuffer(std::string_view name);
+
+  [[nodiscard]] char* text() { return heap_ ? heap_.get() : inline_; }
+
+ private:
+  static constexpr std::size_t kInlineSize = 128;
+
+  char inline_[kInlineSize];
+  std::unique_ptr<char[]> heap_;
+};
+
+/// The host's scopes, borrowed. Null scopes are skipped.
+struct Scopes {
+  ZRTTokenTree* local_tokens = nullptr;
+  ZRTTokenTree* global_tokens = nullptr;
+  QLMPlusData* external_data = nullptr;
+  QLMPlusData* local_data = nullptr;
+  QLMPlusData* global_data = nullptr;
+
+  [[nodiscard]] bool has_tokens() const { return local_tokens || global_tokens; }
+  [[nodiscard]] bool has_data() const { return external_data || local_data || global_data; }
+
+  /// The token of that name, local before global; null if there is none.
+  [[nodiscard]] ZRTTokens* FindToken(char* name) const;
+
+  /// The field of that name, external before local before global; null if there is none.
+  [[nodiscard]] QLMDataField* FindField(char* name) const;
+};
+
+/// Whether `name` is one of the names that resolve to an empty row where no data set holds them.
+bool IsMaskName(std::string_view name);
+
+inline constexpr std::string_view kFuseArrayOut = "FuseArray_TDO";
+inline constexpr const char* kFuseArrayIn = "FuseArray_TDI";
+
+/// Writes the name that stands in for the fuse array's output data over `name`, its equal in length.
+void OverwriteWithFuseArrayIn(char* name);
+
+}  // namespace zrt
