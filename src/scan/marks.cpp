@@ -1,0 +1,71 @@
+// Building the marks of a text: one pass forward for positions and parentheses, and, only if the text
+// holds brackets at all, one pass back over the marks for the brackets' links.
+#include "scan/marks.h"
+
+namespace zrt {
+
+MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(text) {
+  const bool marks_parentheses = parentheses == Parentheses::kMarked;
+  // The open parentheses form a chain through their own links until they are closed.
+  std::uint32_t innermost_open = kNoMark;
+  const auto length = static_cast<std::uint32_t>(text.size());
+  for (std::uint32_t position = 0; position < length; ++position) {
+    const CharClass char_class = ClassOf(text[position]);
+    if (char_class == CharClass::kPlain) continue;
+    const auto mark = static_cast<std::uint32_t>(marks_.size());
+    std::uint32_t link = kNoMark;
+    if (char_class == CharClass::kOpenParenthesis) {
+      if (!marks_parentheses) continue;
+      link = innermost_open;
+      innermost_open = mark;
+    } else if (char_class == CharClass::kCloseParenthesis) {
+      if (!marks_parentheses) continue;
+      if (innermost_open != kNoMark) {
+        const std::uint32_t outer = marks_[innermost_open].link;
+        marks_[innermost_open].link = mark;
+        innermost_open = outer;
+      } else if (first_stray_close_ < 0) {
+        first_stray_close_ = position;
+      }
+    } else if (char_class != CharClass::kOperator && first_bracket_ == kNoMark) {
+      first_bracket_ = mark;
+    }
+    marks_.Push({position, link});
+  }
+  while (innermost_open != kNoMark) {
+    const std::uint32_t outer = marks_[innermost_open].link;
+    marks_[innermost_open].link = kNoMark;
+    innermost_open = outer;
+  }
+  if (has_brackets()) LinkBrackets();
+}
+
+void MarkedText::LinkBrackets() {
+  Brackets next;
+  for (std::uint32_t mark = mark_count(); mark-- > 0;) {
+    switch (ClassOf(CharOf(mark))) {
+      case CharClass::kOpenParenthesis:
+        break;  // keeps its match
+      case CharClass::kOpenBracket:
+        marks_[mark].link = next.close;
+        next.open = mark;
+        break;
+      case CharClass::kCloseBracket:
+        marks_[mark].link = next.open;
+        next.close = mark;
+        break;
+      default:
+        marks_[mark].link = next.open < next.close ? next.open : next.close;
+        break;
+    }
+  }
+}
+
+MarkedText::Brackets MarkedText::BracketsFrom(std::uint32_t mark) const {
+  if (ClassOf(CharOf(mark)) < CharClass::kOpenBracket) mark = marks_[mark].link;
+  if (mark == kNoMark) return {};
+  const std::uint32_t other = marks_[mark].link;
+  return CharOf(mark) == '[' ? Brackets{mark, other} : Brackets{other, mark};
+}
+
+}  // namespace zrt

@@ -1,0 +1,72 @@
+// One pass over a text notes where its operators, parentheses and brackets stand and how they are
+// linked, so that no later question reads the text again. Knows nothing of values or of solving.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+#include "scan/operators.h"
+#include "scan/small_stack.h"
+
+namespace zrt {
+
+/// Longest text that positions can count, in characters.
+inline constexpr std::size_t kMaxTextLength = std::numeric_limits<std::int32_t>::max();
+
+inline constexpr std::uint32_t kNoMark = std::numeric_limits<std::uint32_t>::max();
+
+struct Mark {
+  std::uint32_t position;
+  // "(": the mark of its match. "[": the next "]". "]": the next "[". Others: the next bracket of
+  // either kind. kNoMark where there is none.
+  std::uint32_t link;
+};
+
+/// The marks of one text. The text stays the caller's and outlives the marks.
+class MarkedText {
+ public:
+  /// To the operator scans of a whole text parentheses are ordinary characters; the walk wants them.
+  enum class Parentheses : bool { kPlain, kMarked };
+
+  /// `text` holds at most kMaxTextLength characters. Throws std::bad_alloc.
+  MarkedText(std::string_view text, Parentheses parentheses);
+
+  [[nodiscard]] std::string_view text() const { return text_; }
+  [[nodiscard]] std::uint32_t length() const { return static_cast<std::uint32_t>(text_.size()); }
+  [[nodiscard]] std::uint32_t mark_count() const {
+    return static_cast<std::uint32_t>(marks_.size());
+  }
+  [[nodiscard]] char At(std::uint32_t position) const { return text_[position]; }
+  [[nodiscard]] std::uint32_t PositionOf(std::uint32_t mark) const { return marks_[mark].position; }
+  [[nodiscard]] char CharOf(std::uint32_t mark) const { return text_[marks_[mark].position]; }
+  [[nodiscard]] bool IsOperator(std::uint32_t mark) const {
+    return ClassOf(CharOf(mark)) == CharClass::kOperator;
+  }
+
+  /// Of a "(": the mark of the matching ")", kNoMark if the text ends before it.
+  [[nodiscard]] std::uint32_t MatchOf(std::uint32_t mark) const { return marks_[mark].link; }
+
+  /// The first "[" and the first "]" from a mark on that is no "(".
+  struct Brackets {
+    std::uint32_t open = kNoMark;
+    std::uint32_t close = kNoMark;
+  };
+  [[nodiscard]] bool has_brackets() const { return first_bracket_ != kNoMark; }
+  [[nodiscard]] Brackets BracketsFrom(std::uint32_t mark) const;
+
+  /// The position of the first ")" that no "(" before it opens, -1 if there is none.
+  [[nodiscard]] std::int64_t first_stray_close() const { return first_stray_close_; }
+
+ private:
+  void LinkBrackets();
+
+  static constexpr std::size_t kInlineMarks = 96;
+
+  std::string_view text_;
+  SmallStack<Mark, kInlineMarks> marks_;
+  std::uint32_t first_bracket_ = kNoMark;
+  std::int64_t first_stray_close_ = -1;
+};
+
+}  // namespace zrt

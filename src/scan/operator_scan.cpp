@@ -1,0 +1,136 @@
+// The scans for operators. Brackets hide the operators inside them by a rule of first occurrences
+// rather than by nesting, and an exponent's "-" is told by the "e" before it alone; the callers'
+// texts depend on both, so they are kept to the letter.
+#include "scan/operator_scan.h"
+
+#include "scan/text.h"
+
+namespace zrt {
+namespace {
+
+bool IsExponentSign(const MarkedText& text, std::uint32_t position, std::uint32_t begin) {
+  return text.At(position) == '-' && position > begin && (text.At(position - 1) | 0x20) == 'e';
+}
+
+// A bracket that is absent counts as standing in front of everything.
+bool IsHidden(const MarkedText::Brackets& brackets, std::uint32_t mark, std::uint32_t last_mark) {
+  const bool opens_before = brackets.open < mark || brackets.open >= last_mark;
+  return opens_before && brackets.close > mark && brackets.close < last_mark;
+}
+
+FoundOperator OperatorAt(const MarkedText& text, const Piece& piece, std::uint32_t mark) {
+  const std::uint32_t position = text.PositionOf(mark);
+  const char c = text.At(position);
+  OperatorCode code = EntryOf(c).code;
+  if ((c == '<' || c == '>') && position + 1 < piece.end && text.At(position + 1) == c) {
+    code = c == '<' ? OpShiftLeft : OpShiftRight;
+  }
+  return {position, mark, code};
+}
+
+}  // namespace
+
+Piece WholePiece(const MarkedText& text) { return {0, text.length(), 0, text.mark_count()}; }
+
+std::string_view ViewOf(const MarkedText& text, const Piece& piece) {
+  return text.text().substr(piece.begin, piece.end - piece.begin);
+}
+
+Piece DropLeadingBlanks(const MarkedText& text, Piece piece) {
+  while (piece.begin < piece.end && text.At(piece.begin) == ' ') ++piece.begin;
+  return piece;
+}
+
+Piece DropTrailingBlanks(const MarkedText& text, Piece piece) {
+  while (piece.begin < piece.end && text.At(piece.end - 1) == ' ') --piece.end;
+  return piece;
+}
+
+Piece PieceBefore(const MarkedText& text, const Piece& piece, const FoundOperator& found) {
+  Piece before = piece;
+  before.end = found.position;
+  before.last_mark = found.mark;
+  return DropTrailingBlanks(text, before);
+}
+
+Piece PieceBehind(const MarkedText& text, const Piece& piece, const FoundOperator& found) {
+  Piece behind = piece;
+  const std::uint32_t width = OperatorWidth(found.code);  // each character of it has its mark
+  behind.begin = found.position + width;
+  behind.first_mark = found.mark + width;
+  return DropLeadingBlanks(text, behind);
+}
+
+std::optional<FoundOperator> LeftMostOperator(const MarkedText& text, const Piece& piece) {
+  std::uint32_t begin = piece.begin;
+  std::uint32_t mark = piece.first_mark;
+  for (;;) {
+    const std::uint32_t start = mark;
+    while (mark < piece.last_mark && !text.IsOperator(mark)) ++mark;
+    if (mark >= piece.last_mark) return std::nullopt;
+    if (text.has_brackets()) {
+      const MarkedText::Brackets brackets = text.BracketsFrom(start);
+      if (IsHidden(brackets, mark, piece.last_mark)) {
+        if (piece.bracket_ends_scan) return std::nullopt;
+        begin = text.PositionOf(brackets.close) + 1;
+        mark = brackets.close + 1;
+        continue;
+      }
+    }
+    if (!IsExponentSign(text, text.PositionOf(mark), begin)) return OperatorAt(text, piece, mark);
+    begin = text.PositionOf(mark) + 1;
+    ++mark;
+  }
+}
+
+std::optional<FoundOperator> OperatorAtStart(const MarkedText& text, const Piece& piece) {
+  const std::uint32_t mark = piece.first_mark;
+  if (mark >= piece.last_mark || text.PositionOf(mark) != piece.begin || !text.IsOperator(mark)) {
+    return std::nullopt;
+  }
+  if (text.has_brackets() && IsHidden(text.BracketsFrom(mark), mark, piece.last_mark)) {
+    return std::nullopt;
+  }
+  return OperatorAt(text, piece, mark);
+}
+
+RightScan::RightScan(const MarkedText& text, const Piece& piece) : text_(text), piece_(piece) {
+  if (piece.first_mark >= piece.last_mark) return;
+  if (text.has_brackets()) brackets_ = text.BracketsFrom(piece.first_mark);
+  for (std::uint32_t mark = piece.first_mark; mark < piece.last_mark; ++mark) {
+    const std::uint32_t position = text.PositionOf(mark);
+    if (!IsExponentSign(text, position, piece.begin)) continue;
+    std::uint32_t& exponent = text.At(position - 1) == 'e' ? lower_exponent_ : upper_exponent_;
+    if (exponent == kNoMark) exponent = mark;
+  }
+}
+
+bool RightScan::IsInBrackets(std::uint32_t mark) const {
+  return IsHidden(brackets_, mark, piece_.last_mark);
+}
+
+std::optional<FoundOperator> RightScan::Last() {
+  for (;;) {
+    std::uint32_t mark = piece_.last_mark;
+    while (mark > piece_.first_mark && !text_.IsOperator(mark - 1)) --mark;
+    if (mark == piece_.first_mark) return std::nullopt;
+    --mark;
+    if (IsInBrackets(mark)) return std::nullopt;
+    // The later of the two exponents that still stand; both go as the text is cut before them.
+    if (mark == lower_exponent_ || mark == upper_exponent_) {
+      CutBefore({text_.PositionOf(mark), mark, OpSubtract});
+      continue;
+    }
+    const std::uint32_t position = text_.PositionOf(mark);
+    const char c = text_.At(position);
+    const bool doubled =
+        (c == '<' || c == '>') && position > piece_.begin && text_.At(position - 1) == c;
+    return OperatorAt(text_, piece_, doubled ? mark - 1 : mark);
+  }
+}
+
+void RightScan::CutBefore(const FoundOperator& found) {
+  piece_ = PieceBefore(text_, piece_, found);
+}
+
+}  // namespace zrt
