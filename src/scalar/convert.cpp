@@ -1,0 +1,63 @@
+// The conversions. std::from_chars reads floats, since the platform's own conversion obeys the locale
+// and reads hexadecimal.
+#include "scalar/convert.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <system_error>
+
+#include "scan/number.h"
+
+namespace zrt {
+namespace {
+
+// from_chars gives the same error for a literal that is too large and for one that is too small.
+// Which it was, the decimal point's distance from the first digit tells.
+double OutOfRange(std::string_view text) {
+  const std::string_view whole = text.substr(0, text.find_first_of(".eE"));
+  const std::size_t first_digit = std::min(whole.find_first_not_of('0'), whole.size());
+  const std::size_t digit_count = whole.size() - first_digit;
+  const std::size_t exponent = text.find_first_of("eE");
+  std::size_t places_down = 0;
+  if (exponent != std::string_view::npos && text.substr(exponent + 1).starts_with('-')) {
+    for (const char c : text.substr(exponent + 2)) {
+      if (!IsDecimalDigit(c) || places_down > text.size()) break;
+      places_down = places_down * 10 + static_cast<std::size_t>(c - '0');
+    }
+  }
+  return digit_count > places_down ? std::numeric_limits<double>::infinity() : 0.0;
+}
+
+}  // namespace
+
+template <>
+int FromFloat<int>(float value) {
+  constexpr float kBound = 2147483648.0F;
+  if (std::isnan(value)) return 0;
+  if (value >= kBound) return std::numeric_limits<int>::max();
+  if (value < -kBound) return std::numeric_limits<int>::min();
+  return static_cast<int>(value);
+}
+
+template <>
+float FromFloat<float>(float value) {
+  return value;
+}
+
+template <>
+int FromLiteral<int>(std::string_view text) {
+  return LeadingDecimal(text);
+}
+
+template <>
+float FromLiteral<float>(std::string_view text) {
+  double value = 0.0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error == std::errc::result_out_of_range) value = OutOfRange(text);
+  return static_cast<float>(value);
+}
+
+}  // namespace zrt
