@@ -1,0 +1,134 @@
+// Operands of bit vectors. Unlike the scalar kinds they look for a data field first, take an index of
+// 0 as none, and go by the value of an index whatever the status of its evaluation.
+#include "bitstream/bit_operand.h"
+
+#include <cstdint>
+#include <limits>
+#include <new>
+#include <optional>
+
+#include "bitstream/hex_text.h"
+#include "bitstream/stream_bytes.h"
+#include "scalar/operand.h"
+#include "scalar/token_type.h"
+#include "scan/number.h"
+
+namespace zrt {
+namespace {
+
+// More digits make a bit length that 32 bits do not hold.
+constexpr std::size_t kMaxHexDigits = 2 * (std::numeric_limits<std::int32_t>::max() / 8);
+
+void SetWord(BitValue& value, int word) {
+  const auto bits = static_cast<std::uint32_t>(word);
+  const auto bytes = value.Rebuild(sizeof(bits));
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    bytes[i] = static_cast<std::uint8_t>(bits >> (24 - 8 * i));
+  }
+  value.set_bit_length(32);
+}
+
+// The width is asked for before the row: reading the current row moves the pointer on.
+ZRTStatus ReadField(QLMDataField& field, int index, BitValue& value) {
+  LByteBuffer* row = nullptr;
+  if (index > 0) {
+    row = field.GetRow(index);
+    value.set_bit_length(field.GetRowWidth(index));
+  } else {
+    value.set_bit_length(field.GetCurrentRowWidth());
+    row = field.GetCurrentRow();
+    if (field.GetRowCount() == 1) field.ResetRowPointer();
+  }
+  if (!row) return ErrStreamWrite;
+  LoadBytes(*row, value);
+  return kOk;
+}
+
+// A mask name that no scope holds is a field with one empty row. Without an index the answer is known;
+// with one, which rows there are is the closed library's to say.
+ZRTStatus ReadMaskField(int index, BitValue& value) {
+  if (index <= 0) return kOk;
+  QLMDataField field;
+  field.AddRow(0);
+  return ReadField(field, index, value);
+}
+
+ZRTStatus ReadToken(ZRTTokens& token, int index, BitValue& value) {
+  switch (ShapeOfToken(token.GetTokenType())) {
+    case TokenShape::kInteger:
+      SetWord(value, token.GetIntValue());
+      return kOk;
+    case TokenShape::kIntegerArray:
+      SetWord(value, token.GetIntArrayValue(index));
+      return kOk;
+    default:
+      return ErrBadTokenType;
+  }
+}
+
+// Gives the status of reading a name that stands for something, nothing if it stands for nothing.
+// The token search sees the name as the failed second search for a field left it.
+std::optional<ZRTStatus> ReadName(std::string_view name, const Scopes& scopes, int index,
+                                  BitValue& value) {
+  if (!scopes.has_data() && !scopes.has_tokens()) {
+    return IsMaskName(name) ? std::optional(ReadMaskField(index, value)) : std::nullopt;
+  }
+  NameBuffer buffer(name);
+  if (QLMDataField* field = scopes.FindField(buffer.text())) return ReadField(*field, index, value);
+  if (IsMaskName(name)) return ReadMaskField(index, value);
+  if (name == kFuseArrayOut) {
+    OverwriteWithFuseArrayIn(buffer.text());
+    QLMDataField* field = scopes.FindField(buffer.text());
+    if (field) return ReadField(*field, index, value);
+  }
+  if (ZRTTokens* token = scopes.FindToken(buffer.text())) return ReadToken(*token, index, value);
+  return std::nullopt;
+}
+
+ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
+  switch (KindOfNumber(text)) {
+    case NumberBinary:
+    case NumberBinaryLong: {
+      const std::string_view digits = text.substr(1);
+      ReadBinaryDigits(digits, value.Rebuild((digits.size() + 7) / 8));
+      value.set_bit_length(static_cast<int>(digits.size()));
+      return kOk;
+    }
+    case NumberHex:
+    case NumberHexLong: {
+      const std::string_view digits = text.substr(2);
+      if (digits.size() > kMaxHexDigits) return ErrStreamWrite;
+      const auto bytes = value.Rebuild((digits.size() + 1) / 2);
+      ReadHexDigits(digits, bytes);
+      value.set_bit_length(static_cast<int>(8 * bytes.size()));
+      return kOk;
+    }
+    case NumberDecimal:
+      SetWord(value, LeadingDecimal(text));
+      return kOk;
+    default:
+      return ErrUnknownOperand;
+  }
+}
+
+ZRTStatus Read(std::string_view text, const Scopes& scopes, BitValue& value) {
+  Operand operand;
+  if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
+  int index = kNoIndex;
+  (void)EvaluateIndex(operand, scopes, index);
+  if (operand.index && index < 0) return ErrNegativeIndex;
+  if (const auto status = ReadName(operand.name, scopes, index, value)) return *status;
+  return ReadLiteral(operand.name, value);
+}
+
+}  // namespace
+
+ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, BitValue& value) {
+  try {
+    return Read(text, scopes, value);
+  } catch (const std::bad_alloc&) {
+    return ErrStreamWrite;
+  }
+}
+
+}  // namespace zrt

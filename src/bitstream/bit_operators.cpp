@@ -1,0 +1,222 @@
+// One short function an operator, on values whose byte counts and bit lengths may disagree. The sizes
+// of results come from bit lengths and the moves run over bytes; where the two do not fit together a
+// store falls outside the result, and what was laid before it stays.
+#include "bitstream/bit_operators.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+#include <numeric>
+#include <utility>
+
+#include "bitstream/kernels.h"
+#include "scalar/integer.h"
+
+namespace zrt {
+namespace {
+
+constexpr std::size_t kWordSize = 4;  // bytes of a 32-bit value
+constexpr std::int64_t kMaxBitLength = std::numeric_limits<std::int32_t>::max();
+
+constexpr std::size_t BytesFor(std::int64_t bit_count) {
+  return bit_count > 0 ? static_cast<std::size_t>((bit_count + 7) / 8) : 0;
+}
+
+// The first four bytes, whatever the size: a shorter value stands in the high-order bytes.
+int LeadingWord(BitValue& value) {
+  const auto bytes = value.Bytes();
+  std::uint32_t word = 0;
+  for (std::size_t i = 0; i < kWordSize; ++i) {
+    word = (word << 8) | (i < bytes.size() ? bytes[i] : std::uint32_t{0});
+  }
+  return static_cast<int>(word);
+}
+
+void SetLeadingWord(BitValue& value, int word) {
+  const auto bits = static_cast<std::uint32_t>(word);
+  const auto bytes = value.Bytes();
+  for (std::size_t i = 0; i < std::min(bytes.size(), kWordSize); ++i) {
+    bytes[i] = static_cast<std::uint8_t>(bits >> (24 - 8 * i));
+  }
+}
+
+bool IsTooWide(const BitValue& value) { return value.byte_count() > kWordSize; }
+
+ZRTStatus Calculate(BitValue& left, std::uint16_t code, BitValue& right) {
+  if (IsTooWide(right) || IsTooWide(left)) return ErrOperandTooWide;
+  int value = LeadingWord(left);
+  const ZRTStatus status = ApplyToInteger(value, code, LeadingWord(right));
+  if (status == kOk) SetLeadingWord(left, value);
+  return status;
+}
+
+ZRTStatus Shift(BitValue& left, std::uint16_t code, BitValue& right) {
+  if (IsTooWide(right)) return ErrOperandTooWide;
+  const int count = LeadingWord(right);
+  if (count <= 0) return kOk;  // before Bytes(): a long left value is not to move for nothing
+  const auto kernel = code == OpShiftLeft ? kernels::ShiftLeft : kernels::ShiftRight;
+  kernel(left.Bytes(), static_cast<std::size_t>(count));
+  return kOk;
+}
+
+// Lays `left` above `right`. The shorter one goes into the longer one's buffer.
+ZRTStatus Concatenate(BitValue& left, BitValue& right) {
+  const std::int64_t total = std::int64_t{left.bit_length()} + right.bit_length();
+  if (total > kMaxBitLength) return ErrStreamWrite;
+  const std::size_t size = BytesFor(total);
+
+  // The left side begins in the right one's top byte where that is partial, else in the byte above.
+  const std::size_t in_byte = static_cast<unsigned>(right.bit_length()) % 8;
+  const bool has_place = in_byte == 0 || right.byte_count() > 0;
+  const std::size_t whole_bytes = right.byte_count() - (in_byte > 0 && has_place ? 1 : 0);
+  const bool right_fits = right.byte_count() <= size;
+  const bool left_fits = has_place && whole_bytes + left.byte_count() <= size;
+  const bool fits = right_fits && (left.byte_count() == 0 || left_fits);
+  const bool lays_left = right_fits && has_place;
+  const std::size_t up_bits = 8 * whole_bytes + in_byte;
+
+  const int bit_length = fits ? static_cast<int>(total) : left.bit_length();
+  if (lays_left && left.byte_count() >= right.byte_count()) {
+    left.Reshape(up_bits, size);
+    left.Or(0, right.Bytes());
+  } else {
+    right.Reshape(0, size);
+    if (lays_left) right.Or(up_bits, left.Bytes());
+    left = std::move(right);
+  }
+  left.set_bit_length(bit_length);
+  return fits ? kOk : ErrStreamWrite;
+}
+
+// Places the copies of a pattern one above the other, each beginning `bit_count` above the one
+// before. Of a copy that another one follows, only what lies below that one survives.
+class Copies {
+ public:
+  Copies(std::span<std::uint8_t> target, std::span<const std::uint8_t> pattern,
+         std::size_t bit_count)
+      : target_(target), pattern_(pattern), bit_count_(bit_count) {}
+
+  // The first copy that does not fit, in 0 to `count`.
+  [[nodiscard]] std::size_t FirstMisfit(std::size_t count) const {
+    if (pattern_.size() > target_.size()) return 0;
+    const std::size_t bits = 8 * (target_.size() - pattern_.size() + 1);
+    return std::min(count, (bits + bit_count_ - 1) / bit_count_);
+  }
+
+  // Lays copies 0 to `count` - 1. After a whole block of copies, which ends at a byte, all repeats.
+  void Lay(std::size_t count) const {
+    const std::size_t block = 8 / std::gcd(bit_count_, std::size_t{8});  // copies
+    std::size_t laid = 0;
+    if (count > block) {
+      for (; laid < block; ++laid) LayOne(laid, false);
+      const std::size_t block_size = block * bit_count_ / 8;  // bytes
+      const std::size_t blocks = (count - 1) / block;
+      kernels::Repeat(target_.last(blocks * block_size), block_size);
+      laid = blocks * block;
+    }
+    for (; laid < count; ++laid) LayOne(laid, laid + 1 == count);
+  }
+
+ private:
+  void LayOne(std::size_t copy, bool is_last) const {
+    const std::size_t begin = copy * bit_count_;
+    const std::size_t next = begin + bit_count_;
+    std::span<std::uint8_t> room = target_.first(target_.size() - begin / 8);
+    if (!is_last) room = room.last((next + 7) / 8 - begin / 8);
+    kernels::OrShifted(room, static_cast<unsigned>(begin % 8), pattern_);
+  }
+
+  std::span<std::uint8_t> target_;
+  std::span<const std::uint8_t> pattern_;
+  std::size_t bit_count_;
+};
+
+ZRTStatus Replicate(BitValue& left, BitValue& right) {
+  if (IsTooWide(right)) return ErrOperandTooWide;
+  const std::int64_t count = std::max(LeadingWord(right), 0);
+  const std::int64_t total = count * left.bit_length();
+  if (total > kMaxBitLength || total < -kMaxBitLength) return ErrStreamWrite;
+  BitValue result;
+  const auto target = result.Rebuild(BytesFor(total));
+  bool fits = true;
+  if (count > 0 && left.byte_count() > 0) {
+    fits = total > 0;
+    if (fits) {
+      const Copies copies(target, left.Bytes(), static_cast<std::size_t>(left.bit_length()));
+      const auto wanted = static_cast<std::size_t>(count);
+      const std::size_t misfit = copies.FirstMisfit(wanted);
+      fits = misfit == wanted;
+      copies.Lay(fits ? wanted : misfit + 1);
+    }
+  }
+  result.set_bit_length(fits ? static_cast<int>(total) : left.bit_length());
+  left = std::move(result);
+  return fits ? kOk : ErrStreamWrite;
+}
+
+// The low bytes of the right side, mirrored, from the top of the left side on; bytes the right side
+// does not have are 0.
+void ReverseInto(BitValue& left, BitValue& right) {
+  BitValue result;
+  const auto target = result.Rebuild(left.byte_count());
+  const auto source = right.Bytes();
+  const std::size_t count = std::min(source.size(), target.size());
+  std::copy_n(source.last(count).begin(), count, target.begin());
+  kernels::Mirror(target.first(count));
+  result.set_bit_length(left.bit_length());
+  left = std::move(result);
+}
+
+ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right) {
+  switch (code) {
+    case OpAnd:
+      left.And(right.Bytes());
+      return kOk;
+    case OpOr:
+      left.Or(0, right.Bytes().last(std::min(right.byte_count(), left.byte_count())));
+      return kOk;
+    case OpLogicalNot:
+    case OpBitwiseNot:
+      ApplyUnaryToBits(left, static_cast<OperatorCode>(code));
+      return kOk;
+    case OpShiftLeft:
+    case OpShiftRight:
+      return Shift(left, code, right);
+    case OpConcat:
+      return Concatenate(left, right);
+    case OpReplicate:
+      return Replicate(left, right);
+    case OpBitReverse:
+      ReverseInto(left, right);
+      return kOk;
+    default:
+      return Calculate(left, code, right);
+  }
+}
+
+}  // namespace
+
+ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right) {
+  switch (EffectOf(code, &OperatorRow::on_bits, Effect::kRefused)) {
+    case Effect::kIgnored:
+      return kOk;
+    case Effect::kRefused:
+      return ErrInvalidOperator;
+    case Effect::kApplies:
+      break;
+  }
+  try {
+    return Apply(left, code, right);
+  } catch (const std::bad_alloc&) {
+    return ErrStreamWrite;  // each operator gets its memory before it changes the left side
+  }
+}
+
+void ApplyUnaryToBits(BitValue& value, OperatorCode code) {
+  const auto kernel = code == OpBitwiseNot   ? kernels::Complement
+                      : code == OpLogicalNot ? kernels::NegateEach
+                                             : kernels::Mirror;
+  kernel(value.Bytes());
+}
+
+}  // namespace zrt

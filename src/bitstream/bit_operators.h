@@ -1,0 +1,23 @@
+// The operators on bit vectors.
+#pragma once
+
+#include <cstdint>
+
+#include "ErrorCodes.h"
+#include "bitstream/bit_value.h"
+#include "scan/operators.h"
+
+namespace zrt {
+
+/// Applies the operator `code` to `left` in place. A right side that is missing is an empty value.
+/// `right` may be used up.
+/// @return kOk; ErrInvalidOperator for a code that is none, or a division by 0 (left unchanged);
+///         ErrOperandTooWide where a 32-bit value is needed (left unchanged); ErrStreamWrite for a
+///         result beyond 2147483647 bits or without memory (left unchanged), or a store outside the
+///         result's bytes (left has its new bytes and its old bit length).
+ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right);
+
+/// Applies "~", "!" or "$" to `value` in place.
+void ApplyUnaryToBits(BitValue& value, OperatorCode code);
+
+}  // namespace zrt

@@ -1,0 +1,68 @@
+// The working value of a bit-vector evaluation: bytes in one piece, most significant first, with a
+// length in bits. It knows nothing of texts, fields or streams.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+namespace zrt {
+
+/// Bytes and a bit length, two separate facts. A value is tidy if the count is what the length needs
+/// and the spare bits above the length are 0; "~" and the rows of data fields make untidy ones, and
+/// nothing here masks bits above the bit length.
+///
+/// The bytes as a number may stand shifted up in their buffer by some bits (low_bit_), so that short
+/// pieces can be joined at the low end of a long value without moving it, and the buffer has slack at
+/// both ends that grows geometrically. Invariants: the stored bits below low_bit_ and above the
+/// number's bytes are 0; values of up to kInlineSize stored bytes need no allocation.
+class BitValue {
+ public:
+  BitValue() noexcept = default;
+  BitValue(BitValue&& other) noexcept;
+  BitValue& operator=(BitValue&& other) noexcept;
+  BitValue(const BitValue&) = delete;
+  BitValue& operator=(const BitValue&) = delete;
+  ~BitValue() = default;
+
+  [[nodiscard]] std::size_t byte_count() const { return byte_count_; }
+  [[nodiscard]] int bit_length() const { return bit_length_; }
+  void set_bit_length(int bit_length) { bit_length_ = bit_length; }
+
+  /// The bytes, in their place: moves them if they stand shifted. Valid until the value changes.
+  std::span<std::uint8_t> Bytes();
+
+  /// Makes the value `byte_count` zero bytes and gives them to be filled; the bit length stays.
+  /// Throws std::bad_alloc, leaving the value as it was.
+  std::span<std::uint8_t> Rebuild(std::size_t byte_count);
+
+  /// The number becomes (number << up) modulo 2 to the power 8 * byte_count, in that many bytes.
+  /// Takes time in proportion to what is added, on average over a sequence of calls.
+  /// Throws std::bad_alloc, leaving the value as it was.
+  void Reshape(std::size_t up_bits, std::size_t byte_count);
+
+  /// number |= bytes << up, and number &= bytes for the low bytes that both have.
+  void Or(std::size_t up_bits, std::span<const std::uint8_t> bytes);
+  void And(std::span<const std::uint8_t> bytes);
+
+ private:
+  static constexpr std::size_t kInlineSize = 24;
+
+  [[nodiscard]] std::size_t stored_size() const { return byte_count_ + (low_bit_ > 0 ? 1 : 0); }
+  std::uint8_t* buffer() { return heap_ ? heap_.get() : inline_.data(); }
+  std::span<std::uint8_t> Stored() { return {buffer() + first_, stored_size()}; }
+  void MakeRoom(std::size_t front, std::size_t back);
+  void ClearAboveNumber();
+
+  std::unique_ptr<std::uint8_t[]> heap_;
+  std::size_t capacity_ = kInlineSize;
+  std::size_t first_ = 0;  // of the stored bytes, in the buffer
+  std::size_t byte_count_ = 0;
+  int bit_length_ = 0;
+  unsigned low_bit_ = 0;  // 0 to 7
+  std::array<std::uint8_t, kInlineSize> inline_{};
+};
+
+}  // namespace zrt

@@ -1,0 +1,68 @@
+// The bit-vector policy of the walk.
+#include "bitstream/bits.h"
+
+#include <utility>
+
+#include "bitstream/bit_operand.h"
+#include "bitstream/bit_operators.h"
+#include "bitstream/stream_bytes.h"
+#include "solve/walk.h"
+
+namespace zrt {
+namespace {
+
+class BitsPolicy {
+ public:
+  using Value = BitValue;
+  static constexpr bool kRefusesShifts = false;
+  static constexpr bool kHasUnaryPath = true;
+  static constexpr bool kUnaryOperandIsExpression = false;
+  static constexpr bool kGroupReplacesLeftUnderNone = false;
+  static constexpr bool kKeepsPartialChain = true;
+  static constexpr GroupNegation kGroupNegation = GroupNegation::kThenLookAgain;
+  static constexpr bool IsUnary(char c) { return c == '~' || c == '!' || c == '$'; }
+
+  BitsPolicy(const Scopes& scopes, LByteBuffer* older, BitsOutcome& outcome)
+      : scopes_(scopes), older_(older), outcome_(outcome) {}
+
+  ZRTStatus Read(std::string_view text, BitValue& value) { return ReadBits(text, scopes_, value); }
+  static ZRTStatus Apply(BitValue& value, OperatorCode code, BitValue& operand) {
+    return ApplyToBits(value, code, operand);
+  }
+  static void ApplyUnary(BitValue& value, OperatorCode code) { ApplyUnaryToBits(value, code); }
+
+  void BeginResult(BitValue& value) {
+    const std::size_t older_size = older_ ? older_->GetTotalSize() : 0;
+    if (older_size == 0) return;
+    value.Reshape(0, older_size + value.byte_count());
+    CopyBytes(*older_, value.Bytes().data());
+  }
+  void Deliver(BitValue& value) {
+    outcome_.value = std::move(value);
+    outcome_.is_delivered = true;
+  }
+
+ private:
+  const Scopes& scopes_;
+  LByteBuffer* older_;
+  BitsOutcome& outcome_;
+};
+
+}  // namespace
+
+ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
+                    BitsOutcome& outcome) {
+  if (text.size() > kMaxTextLength) return ErrStreamWrite;
+  const MarkedText marked(text, MarkedText::Parentheses::kMarked);
+  BitsPolicy policy(scopes, older, outcome);
+  return Walk<BitsPolicy>(policy, marked).Solve();
+}
+
+ZRTStatus SolveBitsChain(std::string_view text, const Scopes& scopes, BitsOutcome& outcome) {
+  if (text.size() > kMaxTextLength) return ErrStreamWrite;
+  const MarkedText marked(text, MarkedText::Parentheses::kPlain);
+  BitsPolicy policy(scopes, nullptr, outcome);
+  return Walk<BitsPolicy>(policy, marked).SolveChain();
+}
+
+}  // namespace zrt

@@ -1,0 +1,28 @@
+// Bit-vector evaluation.
+#pragma once
+
+#include <string_view>
+
+#include "ErrorCodes.h"
+#include "RowDataStream.h"
+#include "bitstream/bit_value.h"
+#include "frame/scopes.h"
+
+namespace zrt {
+
+/// What an evaluation leaves of its result.
+struct BitsOutcome {
+  BitValue value;
+  bool is_delivered = false;  // else the result is not touched
+};
+
+/// Evaluates `text` (at most kMaxTextLength characters, else ErrStreamWrite). Where the text has a
+/// group or a unary operator, the value comes behind the bytes of `older`, which may be null: the last
+/// two operators work on those bytes too. Throws std::bad_alloc before anything is delivered.
+ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
+                    BitsOutcome& outcome);
+
+/// Evaluates `text` as one chain of operands, whatever it holds.
+ZRTStatus SolveBitsChain(std::string_view text, const Scopes& scopes, BitsOutcome& outcome);
+
+}  // namespace zrt
