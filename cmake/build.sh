@@ -73,7 +73,7 @@ zrt_build() {
     touch "$dir/build.ninja"
   fi
   [[ -t 2 ]] && printf 'Building %s ...\r' "$preset" >&2
-  zrt_quietly "$dir/build.log" cmake --build --preset "$preset" ${2:+--target "$2"}
+  zrt_quietly "$dir/build.log" cmake --build --preset "$preset" ${2:+--target "$2"} -- --quiet
   [[ -t 2 ]] && printf '\033[K' >&2
   return 0
 }

@@ -1,9 +1,9 @@
 // The value of a bit-vector evaluation: a chain of bytes and the number of bits in it that count.
 //
 // The stream is right-aligned. Bytes are indexed from 0, most significant first; bit k, k = 0 being
-// the least significant, lies in the byte at index GetTotalSize() - 1 - k / 8, at bit k % 8. A stream
-// whose BitLength is no multiple of 8 has its partial byte at index 0, the valid bits in the low part:
-// the 12 bits ABC are the bytes 0A BC with BitLength 12.
+// the least significant, lies in the byte at index GetTotalSize() - 1 - k / 8, at bit k % 8. A
+// stream whose BitLength is no multiple of 8 has its partial byte at index 0, the valid bits in the
+// low part: the 12 bits ABC are the bytes 0A BC with BitLength 12.
 //
 //   RowDataStream stream;
 //   expression.GetBitStream("0xFF^4", &stream);        // FF FF FF FF

@@ -4,4 +4,4 @@
 #define ZRT_VERSION_MAJOR 1
 #define ZRT_VERSION_MINOR 0
 #define ZRT_VERSION_PATCH 0
-#define ZRT_VERSION "1.0.0"
+#define ZRT_VERSION       "1.0.0"

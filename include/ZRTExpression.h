@@ -6,15 +6,16 @@
 //   int value = 0;
 //   int status = expression.GetIntegerOperand("(size + 3) * 8", &value);
 //
-// Life. Construct, set the scopes in any order and at any time between evaluations, evaluate as often
-// as you like, destroy. A scope that is null is skipped. Initialize() serves error reporting only.
+// Life. Construct, set the scopes in any order and at any time between evaluations, evaluate as
+// often as you like, destroy. A scope that is null is skipped. Initialize() serves error reporting
+// only.
 //
 // Names. Tokens are searched in the local tree, then in the global one. Data fields are searched in
 // the external, then the local, then the global set. The first scope that holds a name wins.
 //
-// Status. Every evaluating operation returns 0 or a negative code of ErrorCodes.h; the first failure
-// ends the evaluation. Nothing is thrown; exhausted memory and a text of more than 2147483647
-// characters are ErrStreamWrite in every evaluator.
+// Status. Every evaluating operation returns 0 or a negative code of ErrorCodes.h; the first
+// failure ends the evaluation. Nothing is thrown; exhausted memory and a text of more than
+// 2147483647 characters are ErrStreamWrite in every evaluator.
 //
 // Threads. One object serves one evaluation at a time. No setter may be called and no scope changed
 // during an evaluation. Objects in different threads may share trees and sets as far as these allow
@@ -55,15 +56,16 @@ class ZRT_EXPORT ZRTExpression {
 
   /// Sets the default directory to `dir` and loads "ErrorList.txt" from it. May be called again.
   /// @return 0 or above on success; ErrBadDirectory if `dir` cannot be entered (nothing changes);
-  ///         ErrStreamWrite if memory runs out; else the handler's negative status if the list cannot
-  ///         be read, with the directory set and the handler in place. Each failure of the first and
-  ///         the last kind is recorded in the handler, if there is one.
+  ///         ErrStreamWrite if memory runs out; else the handler's negative status if the list
+  ///         cannot be read, with the directory set and the handler in place. Each failure of the
+  ///         first and the last kind is recorded in the handler, if there is one.
   int Initialize(char* dir);
 
   /// Tests that `dir` can be entered and keeps a copy of it, character for character. Null or empty
   /// sets the empty text untested. The process's current directory changes during the test and is
   /// the same afterwards: not to be called while another thread depends on it.
-  /// @return 0; ErrBadDirectory if `dir` cannot be entered or the current directory cannot be saved;
+  /// @return 0; ErrBadDirectory if `dir` cannot be entered or the current directory cannot be
+  /// saved;
   ///         ErrStreamWrite if memory runs out. On failure the object keeps what it had.
   int SetDefaultDir(char* dir);
 
@@ -90,7 +92,8 @@ class ZRT_EXPORT ZRTExpression {
   ///
   /// @param text    not null, not changed.
   /// @param result  not null. Written on success. A failure leaves it alone, but for an operator
-  ///                beside a group or a unary operand that is refused: then it holds the value so far.
+  ///                beside a group or a unary operand that is refused: then it holds the value so
+  ///                far.
   /// @return 0, or ErrMissingOperand, ErrBadTokenType, ErrUnbalancedParenthesis,
   ///         ErrMisplacedOperator, ErrInvalidOperator (also a division by 0), ErrUnknownOperand,
   ///         ErrMissingCloseBracket, ErrEmptyIndex, ErrStrayCloseBracket, ErrMissingArrayName,
@@ -117,10 +120,11 @@ class ZRT_EXPORT ZRTExpression {
   ///   GetBitStream("(0xFF^2)@0x12", &stream)   // FF FF 12, BitLength 24
   ///
   /// @param text    not null, not changed.
-  /// @param result  not null, the caller's; hand it in empty with BitLength 0. A text with neither a
-  ///                group nor a unary operator empties it first and leaves the value of the chain so
-  ///                far in it if it fails. Any other text appends behind what it holds and touches
-  ///                nothing if it fails before its last two operators are applied.
+  /// @param result  not null, the caller's; hand it in empty with BitLength 0. A text with neither
+  /// a
+  ///                group nor a unary operator empties it first and leaves the value of the chain
+  ///                so far in it if it fails. Any other text appends behind what it holds and
+  ///                touches nothing if it fails before its last two operators are applied.
   /// @return 0, or any status of ErrorCodes.h but ErrBadDirectory.
   int GetBitStream(const char* text, RowDataStream* result);
 
@@ -148,7 +152,8 @@ class ZRT_EXPORT ZRTExpression {
   QLMDataField* SearchDataFieldSTAPLimpl(char* name);
 
  private:
-  // The doors below are exported with the class. Each does by itself what its public kin do with it.
+  // The doors below are exported with the class. Each does by itself what its public kin do with
+  // it.
 
   int ProcessException(int code, unsigned long category, const char* text);
   void SetErrorInstruction(char* text);

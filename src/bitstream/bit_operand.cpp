@@ -1,5 +1,5 @@
-// Operands of bit vectors. Unlike the scalar kinds they look for a data field first, take an index of
-// 0 as none, and go by the value of an index whatever the status of its evaluation.
+// Operands of bit vectors. Unlike the scalar kinds they look for a data field first, take an index
+// of 0 as none, and go by the value of an index whatever the status of its evaluation.
 #include "bitstream/bit_operand.h"
 
 #include <cstdint>
@@ -17,7 +17,7 @@ namespace zrt {
 namespace {
 
 // More digits make a bit length that 32 bits do not hold.
-constexpr std::size_t kMaxHexDigits = 2 * (std::numeric_limits<std::int32_t>::max() / 8);
+constexpr std::size_t kMaxHexDigits = std::size_t{std::numeric_limits<std::int32_t>::max() / 8} * 2;
 
 void SetWord(BitValue& value, int word) {
   const auto bits = static_cast<std::uint32_t>(word);
@@ -44,8 +44,8 @@ ZRTStatus ReadField(QLMDataField& field, int index, BitValue& value) {
   return kOk;
 }
 
-// A mask name that no scope holds is a field with one empty row. Without an index the answer is known;
-// with one, which rows there are is the closed library's to say.
+// A mask name that no scope holds is a field with one empty row. Without an index the answer is
+// known; with one, which rows there are is the closed library's to say.
 ZRTStatus ReadMaskField(int index, BitValue& value) {
   if (index <= 0) return kOk;
   QLMDataField field;
@@ -55,14 +55,9 @@ ZRTStatus ReadMaskField(int index, BitValue& value) {
 
 ZRTStatus ReadToken(ZRTTokens& token, int index, BitValue& value) {
   switch (ShapeOfToken(token.GetTokenType())) {
-    case TokenShape::kInteger:
-      SetWord(value, token.GetIntValue());
-      return kOk;
-    case TokenShape::kIntegerArray:
-      SetWord(value, token.GetIntArrayValue(index));
-      return kOk;
-    default:
-      return ErrBadTokenType;
+    case TokenShape::kInteger: SetWord(value, token.GetIntValue()); return kOk;
+    case TokenShape::kIntegerArray: SetWord(value, token.GetIntArrayValue(index)); return kOk;
+    default: return ErrBadTokenType;
   }
 }
 
@@ -103,11 +98,8 @@ ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
       value.set_bit_length(static_cast<int>(8 * bytes.size()));
       return kOk;
     }
-    case NumberDecimal:
-      SetWord(value, LeadingDecimal(text));
-      return kOk;
-    default:
-      return ErrUnknownOperand;
+    case NumberDecimal: SetWord(value, LeadingDecimal(text)); return kOk;
+    default: return ErrUnknownOperand;
   }
 }
 

@@ -12,8 +12,8 @@ namespace zrt {
 /// Reads `text` into an empty `value`. A row read without an index, or with index 0, moves its
 /// field's row pointer on, unless it is the field's only one.
 /// @return kOk, ErrMissingArrayName, ErrMissingCloseBracket, ErrEmptyIndex, ErrStrayCloseBracket,
-///         ErrNegativeIndex, ErrBadTokenType, ErrUnknownOperand: `value` as it was; ErrStreamWrite if
-///         a field has no such row (the bit length is the one told for it) or memory runs out.
+///         ErrNegativeIndex, ErrBadTokenType, ErrUnknownOperand: `value` as it was; ErrStreamWrite
+///         if a field has no such row (the bit length is the one told for it) or memory runs out.
 ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, BitValue& value);
 
 }  // namespace zrt

@@ -1,6 +1,6 @@
-// One short function an operator, on values whose byte counts and bit lengths may disagree. The sizes
-// of results come from bit lengths and the moves run over bytes; where the two do not fit together a
-// store falls outside the result, and what was laid before it stays.
+// One short function an operator, on values whose byte counts and bit lengths may disagree. The
+// sizes of results come from bit lengths and the moves run over bytes; where the two do not fit
+// together a store falls outside the result, and what was laid before it stays.
 #include "bitstream/bit_operators.h"
 
 #include <algorithm>
@@ -140,7 +140,7 @@ ZRTStatus Replicate(BitValue& left, BitValue& right) {
   const auto target = result.Rebuild(BytesFor(total));
   bool fits = true;
   if (count > 0 && left.byte_count() > 0) {
-    fits = total > 0;
+    fits = left.bit_length() > 0;
     if (fits) {
       const Copies copies(target, left.Bytes(), static_cast<std::size_t>(left.bit_length()));
       const auto wanted = static_cast<std::size_t>(count);
@@ -169,42 +169,26 @@ void ReverseInto(BitValue& left, BitValue& right) {
 
 ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right) {
   switch (code) {
-    case OpAnd:
-      left.And(right.Bytes());
-      return kOk;
+    case OpAnd: left.And(right.Bytes()); return kOk;
     case OpOr:
       left.Or(0, right.Bytes().last(std::min(right.byte_count(), left.byte_count())));
       return kOk;
     case OpLogicalNot:
-    case OpBitwiseNot:
-      ApplyUnaryToBits(left, static_cast<OperatorCode>(code));
-      return kOk;
+    case OpBitwiseNot: ApplyUnaryToBits(left, static_cast<OperatorCode>(code)); return kOk;
     case OpShiftLeft:
-    case OpShiftRight:
-      return Shift(left, code, right);
-    case OpConcat:
-      return Concatenate(left, right);
-    case OpReplicate:
-      return Replicate(left, right);
-    case OpBitReverse:
-      ReverseInto(left, right);
-      return kOk;
-    default:
-      return Calculate(left, code, right);
+    case OpShiftRight: return Shift(left, code, right);
+    case OpConcat: return Concatenate(left, right);
+    case OpReplicate: return Replicate(left, right);
+    case OpBitReverse: ReverseInto(left, right); return kOk;
+    default: return Calculate(left, code, right);
   }
 }
 
 }  // namespace
 
 ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right) {
-  switch (EffectOf(code, &OperatorRow::on_bits, Effect::kRefused)) {
-    case Effect::kIgnored:
-      return kOk;
-    case Effect::kRefused:
-      return ErrInvalidOperator;
-    case Effect::kApplies:
-      break;
-  }
+  const Effect effect = EffectOf(code, &OperatorRow::on_bits, Effect::kRefused);
+  if (effect != Effect::kApplies) return effect == Effect::kIgnored ? kOk : ErrInvalidOperator;
   try {
     return Apply(left, code, right);
   } catch (const std::bad_alloc&) {

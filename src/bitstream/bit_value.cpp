@@ -83,8 +83,8 @@ void BitValue::And(std::span<const std::uint8_t> bytes) {
   kernels::AndShifted(Stored(), low_bit_, bytes.last(std::min(bytes.size(), byte_count_)));
 }
 
-// Slack as large as the value goes to the side that has to grow; the other side keeps what it has, up
-// to that size. So a value that grows at both ends by turns moves a logarithmic number of times.
+// Slack as large as the value goes to the side that has to grow; the other side keeps what it has,
+// up to that size. So a value that grows at both ends by turns moves a logarithmic number of times.
 void BitValue::MakeRoom(std::size_t front, std::size_t back) {
   const std::size_t size = stored_size();
   const std::size_t behind = capacity_ - first_ - size;

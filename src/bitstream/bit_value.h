@@ -10,14 +10,14 @@
 
 namespace zrt {
 
-/// Bytes and a bit length, two separate facts. A value is tidy if the count is what the length needs
-/// and the spare bits above the length are 0; "~" and the rows of data fields make untidy ones, and
-/// nothing here masks bits above the bit length.
+/// Bytes and a bit length, two separate facts. A value is tidy if the count is what the length
+/// needs and the spare bits above the length are 0; "~" and the rows of data fields make untidy
+/// ones, and nothing here masks bits above the bit length.
 ///
-/// The bytes as a number may stand shifted up in their buffer by some bits (low_bit_), so that short
-/// pieces can be joined at the low end of a long value without moving it, and the buffer has slack at
-/// both ends that grows geometrically. Invariants: the stored bits below low_bit_ and above the
-/// number's bytes are 0; values of up to kInlineSize stored bytes need no allocation.
+/// The bytes as a number may stand shifted up in their buffer by some bits (low_bit_), so that
+/// short pieces can be joined at the low end of a long value without moving it, and the buffer has
+/// slack at both ends that grows geometrically. Invariants: the stored bits below low_bit_ and
+/// above the number's bytes are 0; values of up to kInlineSize stored bytes need no allocation.
 class BitValue {
  public:
   BitValue() noexcept = default;

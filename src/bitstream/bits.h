@@ -17,8 +17,8 @@ struct BitsOutcome {
 };
 
 /// Evaluates `text` (at most kMaxTextLength characters, else ErrStreamWrite). Where the text has a
-/// group or a unary operator, the value comes behind the bytes of `older`, which may be null: the last
-/// two operators work on those bytes too. Throws std::bad_alloc before anything is delivered.
+/// group or a unary operator, the value comes behind the bytes of `older`, which may be null: the
+/// last two operators work on those bytes too. Throws std::bad_alloc before anything is delivered.
 ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
                     BitsOutcome& outcome);
 

@@ -17,8 +17,9 @@ void ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes);
 /// Reads binary digits, right-aligned. `bytes` has (digit count + 7) / 8 bytes.
 void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes);
 
-/// Writes a value of `bit_length` bits as "0x", two digits for each of the bytes the length needs, the
-/// last byte last, and the terminator. Bytes above are left out, missing ones are written as zeros.
+/// Writes a value of `bit_length` bits as "0x", two digits for each of the bytes the length needs,
+/// the last byte last, and the terminator. Bytes above are left out, missing ones are written as
+/// zeros.
 void WriteHexText(std::span<const std::uint8_t> bytes, int bit_length, char* text);
 
 }  // namespace zrt

@@ -1,5 +1,5 @@
-// Loops over bytes, eight at a time where the bytes allow it. They know no class: a span is a number,
-// most significant byte first, and two spans are aligned at their last bytes.
+// Loops over bytes, eight at a time where the bytes allow it. They know no class: a span is a
+// number, most significant byte first, and two spans are aligned at their last bytes.
 #pragma once
 
 #include <cstddef>

@@ -16,8 +16,9 @@ RowDataStream& RowDataStream::operator=(const RowDataStream& other) = default;
 void RowDataStream::CopyBlock(RowDataStream* source) {
   if (!source) return;
   const unsigned int size = source->GetTotalSize();
-  // A chain may be copied onto its own end, by itself or by a stream that shares its blocks: its size
-  // is taken before it grows, and its bytes are read one by one, since growing may move a block.
+  // A chain may be copied onto its own end, by itself or by a stream that shares its blocks: its
+  // size is taken before it grows, and its bytes are read one by one, since growing may move a
+  // block.
   const bool is_one_block = static_cast<unsigned int>(source->GetDataSize()) == size;
   if (is_one_block && source->GetDataBlock() != GetDataBlock()) {
     (void)zrt::AppendBytes(*this, {source->GetDataBlock(), size});

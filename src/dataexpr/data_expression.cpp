@@ -1,7 +1,8 @@
 // The run-length writer. Seven or more equal bytes become a replication, all else digits.
 //
-// The byte that ends a run, long or short, belongs to the digits and never opens the next run: after
-// 01, seven times 55 are a run of six. Readers do not mind, and texts stay the same for all time.
+// The byte that ends a run, long or short, belongs to the digits and never opens the next run:
+// after 01, seven times 55 are a run of six. Readers do not mind, and texts stay the same for all
+// time.
 #include "DataExpression.h"
 
 #include <charconv>

@@ -26,7 +26,7 @@ int ZRTExpression::Initialize(char* dir) {
     }
     if (!Handler) {
       if (!holdings_) holdings_ = std::make_unique<Holdings>();
-      holdings_->handler = std::shared_ptr<ErrorHandler>(new ErrorHandler);
+      holdings_->handler = std::make_shared<ErrorHandler>();
       Handler = holdings_->handler.get();
     }
     Handler->SetDefaultDir(dir);

@@ -1,4 +1,5 @@
-// The border for exceptions: inside the library they carry exhausted memory only, and none leaves it.
+// The border for exceptions: inside the library they carry exhausted memory only, and none leaves
+// it.
 #pragma once
 
 #include "ErrorCodes.h"

@@ -14,7 +14,8 @@ namespace {
 
 constexpr int kNotFound = -1;
 
-// Hands a scan's answer out; `code` is written only if there is one. Without memory nothing is found.
+// Hands a scan's answer out; `code` is written only if there is one. Without memory nothing is
+// found.
 template <class Scan>
 int AnswerOf(const char* text, unsigned short* code, const Scan& scan) {
   try {

@@ -2,7 +2,7 @@
 #include "frame/scopes.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 #include "hq4170.h"
 
@@ -11,15 +11,10 @@ namespace {
 
 constexpr std::size_t kMaskNameSlot = 30;  // 29 characters and the terminator
 
-constexpr std::array<char[kMaskNameSlot], 7> kMaskNames = {{
-    {"Usercode_MASK"},
-    {"FuseArray_MASK"},
-    {"EFuseArray_MASK"},
-    {"ID_MASK"},
-    {"FuseArray_MASK_TDO"},
-    {"FuseArray_MASK_TDI"},
-    {"FuseArray_DMASK"},
-}};
+constexpr char kMaskNames[7][kMaskNameSlot] = {
+    "Usercode_MASK",      "FuseArray_MASK",     "EFuseArray_MASK", "ID_MASK",
+    "FuseArray_MASK_TDO", "FuseArray_MASK_TDI", "FuseArray_DMASK",
+};
 
 }  // namespace
 
@@ -44,7 +39,7 @@ QLMDataField* Scopes::FindField(char* name) const {
 }
 
 bool IsMaskName(std::string_view name) {
-  return std::any_of(kMaskNames.begin(), kMaskNames.end(),
+  return std::any_of(std::begin(kMaskNames), std::end(kMaskNames),
                      [name](const char* row) { return name == row; });
 }
 

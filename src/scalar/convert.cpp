@@ -1,5 +1,5 @@
-// The conversions. std::from_chars reads floats, since the platform's own conversion obeys the locale
-// and reads hexadecimal.
+// The conversions. std::from_chars reads floats, since the platform's own conversion obeys the
+// locale and reads hexadecimal.
 #include "scalar/convert.h"
 
 #include <algorithm>

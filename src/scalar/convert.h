@@ -5,7 +5,8 @@
 
 namespace zrt {
 
-/// A token's float: truncated toward zero, to the nearest bound outside 32 bits, NaN to 0; as it is.
+/// A token's float: truncated toward zero, to the nearest bound outside 32 bits, NaN to 0; as it
+/// is.
 template <class Number>
 Number FromFloat(float value);
 template <>
@@ -19,8 +20,9 @@ Number FromInteger(int value) {
   return static_cast<Number>(value);
 }
 
-/// A literal of any kind: its leading decimal digits modulo 2 to the 32nd ("0x10" is 0); its leading
-/// decimal number rounded to double and then to float, infinity if too large ("0x10" is 0 here too).
+/// A literal of any kind: its leading decimal digits modulo 2 to the 32nd ("0x10" is 0); its
+/// leading decimal number rounded to double and then to float, infinity if too large ("0x10" is 0
+/// here too).
 template <class Number>
 Number FromLiteral(std::string_view text);
 template <>

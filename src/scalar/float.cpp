@@ -1,5 +1,5 @@
-// The float policy of the walk, and the float operators. Shifts are refused where a scan meets them,
-// the other operators that floats lack where they would be applied.
+// The float policy of the walk, and the float operators. Shifts are refused where a scan meets
+// them, the other operators that floats lack where they would be applied.
 #include "scalar/float.h"
 
 #include "scalar/operand.h"
@@ -37,19 +37,13 @@ class FloatPolicy {
 }  // namespace
 
 ZRTStatus ApplyToFloat(float& value, std::uint16_t code, float operand) {
-  switch (EffectOf(code, &OperatorRow::on_floats, Effect::kIgnored)) {
-    case Effect::kIgnored:
-      return kOk;
-    case Effect::kRefused:
-      return ErrInvalidOperator;
-    case Effect::kApplies:
-      break;
-  }
+  const Effect effect = EffectOf(code, &OperatorRow::on_floats, Effect::kIgnored);
+  if (effect != Effect::kApplies) return effect == Effect::kIgnored ? kOk : ErrInvalidOperator;
   switch (code) {
-    case OpAdd:      value += operand; break;
+    case OpAdd: value += operand; break;
     case OpSubtract: value -= operand; break;
     case OpMultiply: value *= operand; break;
-    default:         value /= operand; break;
+    default: value /= operand; break;
   }
   return kOk;
 }

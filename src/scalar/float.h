@@ -9,11 +9,12 @@
 
 namespace zrt {
 
-/// Evaluates `text` (at most kMaxTextLength characters, else ErrStreamWrite). `result` is written on
-/// success, and by an operator beside a group that is refused. Throws std::bad_alloc.
+/// Evaluates `text` (at most kMaxTextLength characters, else ErrStreamWrite). `result` is written
+/// on success, and by an operator beside a group that is refused. Throws std::bad_alloc.
 ZRTStatus SolveFloat(std::string_view text, const Scopes& scopes, float& result);
 
-/// Applies a binary operator to `value` in place. @return kOk or ErrInvalidOperator, value unchanged.
+/// Applies a binary operator to `value` in place. @return kOk or ErrInvalidOperator, value
+/// unchanged.
 ZRTStatus ApplyToFloat(float& value, std::uint16_t code, float operand);
 
 }  // namespace zrt

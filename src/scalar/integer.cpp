@@ -53,26 +53,20 @@ class IntegerPolicy {
 }  // namespace
 
 ZRTStatus ApplyToInteger(int& value, std::uint16_t code, int operand) {
-  switch (EffectOf(code, &OperatorRow::on_integers, Effect::kIgnored)) {
-    case Effect::kIgnored:
-      return kOk;
-    case Effect::kRefused:
-      return ErrInvalidOperator;
-    case Effect::kApplies:
-      break;
-  }
+  const Effect effect = EffectOf(code, &OperatorRow::on_integers, Effect::kIgnored);
+  if (effect != Effect::kApplies) return effect == Effect::kIgnored ? kOk : ErrInvalidOperator;
   const auto left = static_cast<std::uint32_t>(value);
   const auto right = static_cast<std::uint32_t>(operand);
   const std::uint32_t shift = right & 31U;
   switch (code) {
-    case OpAnd:        value &= operand; break;
-    case OpOr:         value |= operand; break;
-    case OpShiftLeft:  value = Wrapped(left << shift); break;
+    case OpAnd: value &= operand; break;
+    case OpOr: value |= operand; break;
+    case OpShiftLeft: value = Wrapped(left << shift); break;
     case OpShiftRight: value >>= shift; break;
-    case OpAdd:        value = Wrapped(left + right); break;
-    case OpSubtract:   value = Wrapped(left - right); break;
-    case OpMultiply:   value = Wrapped(left * right); break;
-    default:           return Divide(value, code, operand);
+    case OpAdd: value = Wrapped(left + right); break;
+    case OpSubtract: value = Wrapped(left - right); break;
+    case OpMultiply: value = Wrapped(left * right); break;
+    default: return Divide(value, code, operand);
   }
   return kOk;
 }

@@ -9,12 +9,13 @@
 
 namespace zrt {
 
-/// Evaluates `text` (at most kMaxTextLength characters, else ErrStreamWrite). `result` is written on
-/// success, and by an operator beside a group or a unary operand that is refused.
-/// Throws std::bad_alloc.
+/// Evaluates `text` (at most kMaxTextLength characters, else ErrStreamWrite). `result` is written
+/// on success, and by an operator beside a group or a unary operand that is refused. Throws
+/// std::bad_alloc.
 ZRTStatus SolveInteger(std::string_view text, const Scopes& scopes, int& result);
 
-/// Applies a binary operator to `value` in place. @return kOk or ErrInvalidOperator, value unchanged.
+/// Applies a binary operator to `value` in place. @return kOk or ErrInvalidOperator, value
+/// unchanged.
 ZRTStatus ApplyToInteger(int& value, std::uint16_t code, int operand);
 
 }  // namespace zrt

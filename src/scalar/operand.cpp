@@ -1,6 +1,8 @@
-// Reading integer and float operands. A token is asked for before the text is looked at as a number,
-// so a token may hide a literal.
+// Reading integer and float operands. A token is asked for before the text is looked at as a
+// number, so a token may hide a literal.
 #include "scalar/operand.h"
+
+#include <algorithm>
 
 #include "scalar/convert.h"
 #include "scalar/integer.h"
@@ -32,8 +34,7 @@ ZRTStatus ReadToken(ZRTTokens& token, int index, Number& value) {
       if (!has_index) return ErrBadTokenType;
       value = FromInteger<Number>(token.GetIntArrayValue(index));
       return kOk;
-    case TokenShape::kUnknown:
-      break;
+    case TokenShape::kUnknown: break;
   }
   return ErrBadTokenType;
 }
@@ -47,19 +48,24 @@ ZRTTokens* FindToken(std::string_view name, const Scopes& scopes) {
 }  // namespace
 
 ZRTStatus SplitOperand(std::string_view text, Operand& operand) {
-  const std::size_t open = text.find('[');
-  if (open == 0) return ErrMissingArrayName;
-  if (open == std::string_view::npos) {
-    if (text.find(']') != std::string_view::npos) return ErrStrayCloseBracket;
+  const auto is_bracket = [](char c) { return c == '[' || c == ']'; };
+  auto bracket = std::find_if(text.begin(), text.end(), is_bracket);
+  if (bracket == text.end()) {
     operand = {text, std::nullopt};
     return kOk;
   }
-  std::string_view index = DropLeadingBlanks(text.substr(open + 1));
+  if (*bracket == ']') {  // harmless if a "[" follows
+    bracket = std::find(bracket, text.end(), '[');
+    if (bracket == text.end()) return ErrStrayCloseBracket;
+  }
+  if (bracket == text.begin()) return ErrMissingArrayName;
+  const std::string_view name(text.begin(), bracket);
+  std::string_view index = DropLeadingBlanks({bracket + 1, text.end()});
   const std::size_t close = index.find(']');
   if (close == std::string_view::npos) return ErrMissingCloseBracket;
   index = DropTrailingBlanks(index.substr(0, close));
   if (index.empty()) return ErrEmptyIndex;
-  operand = {DropTrailingBlanks(text.substr(0, open)), index};
+  operand = {DropTrailingBlanks(name), index};
   return kOk;
 }
 

@@ -1,5 +1,6 @@
-// Operands: a name, a name with an index, or a literal. Splitting serves every kind of value; reading
-// serves integers and floats, which differ in how tokens and literals convert and in nothing else.
+// Operands: a name, a name with an index, or a literal. Splitting serves every kind of value;
+// reading serves integers and floats, which differ in how tokens and literals convert and in
+// nothing else.
 #pragma once
 
 #include <optional>

@@ -1,5 +1,5 @@
-// Building the marks of a text: one pass forward for positions and parentheses, and, only if the text
-// holds brackets at all, one pass back over the marks for the brackets' links.
+// Building the marks of a text: one pass forward for positions and parentheses, and, only if the
+// text holds brackets at all, one pass back over the marks for the brackets' links.
 #include "scan/marks.h"
 
 namespace zrt {
@@ -44,8 +44,7 @@ void MarkedText::LinkBrackets() {
   Brackets next;
   for (std::uint32_t mark = mark_count(); mark-- > 0;) {
     switch (ClassOf(CharOf(mark))) {
-      case CharClass::kOpenParenthesis:
-        break;  // keeps its match
+      case CharClass::kOpenParenthesis: break;  // keeps its match
       case CharClass::kOpenBracket:
         marks_[mark].link = next.close;
         next.open = mark;
@@ -54,9 +53,7 @@ void MarkedText::LinkBrackets() {
         marks_[mark].link = next.open;
         next.close = mark;
         break;
-      default:
-        marks_[mark].link = next.open < next.close ? next.open : next.close;
-        break;
+      default: marks_[mark].link = next.open < next.close ? next.open : next.close; break;
     }
   }
 }

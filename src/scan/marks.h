@@ -26,7 +26,8 @@ struct Mark {
 /// The marks of one text. The text stays the caller's and outlives the marks.
 class MarkedText {
  public:
-  /// To the operator scans of a whole text parentheses are ordinary characters; the walk wants them.
+  /// To the operator scans of a whole text parentheses are ordinary characters; the walk wants
+  /// them.
   enum class Parentheses : bool { kPlain, kMarked };
 
   /// `text` holds at most kMaxTextLength characters. Throws std::bad_alloc.

@@ -12,10 +12,10 @@ namespace zrt {
 
 /// A range of characters of a marked text with its range of marks.
 struct Piece {
-  std::uint32_t begin;
-  std::uint32_t end;
-  std::uint32_t first_mark;
-  std::uint32_t last_mark;  // one behind
+  std::uint32_t begin = 0;
+  std::uint32_t end = 0;
+  std::uint32_t first_mark = 0;
+  std::uint32_t last_mark = 0;  // one behind
 
   // Set where a scan is known to find nothing once it has passed over a bracket: see Walk.
   bool bracket_ends_scan = false;
@@ -40,16 +40,17 @@ Piece DropTrailingBlanks(const MarkedText& text, Piece piece);
 Piece PieceBefore(const MarkedText& text, const Piece& piece, const FoundOperator& found);
 Piece PieceBehind(const MarkedText& text, const Piece& piece, const FoundOperator& found);
 
-/// The first operator of the expression in `piece`. Passes over operators in brackets (also over any
-/// in front of a "]" when no "[" follows at all) and over the "-" of an exponent.
-/// Takes time in proportion to the marks up to the one found.
+/// The first operator of the expression in `piece`. Passes over operators in brackets (also over
+/// any in front of a "]" when no "[" follows at all) and over the "-" of an exponent. Takes time in
+/// proportion to the marks up to the one found.
 std::optional<FoundOperator> LeftMostOperator(const MarkedText& text, const Piece& piece);
 
-/// The operator that LeftMostOperator would find at the first character of `piece`, in constant time.
+/// The operator that LeftMostOperator would find at the first character of `piece`, in constant
+/// time.
 std::optional<FoundOperator> OperatorAtStart(const MarkedText& text, const Piece& piece);
 
-/// The right-most operator of a piece, again and again from what stands before it. All together take
-/// time in proportion to the piece's marks.
+/// The right-most operator of a piece, again and again from what stands before it. All together
+/// take time in proportion to the piece's marks.
 class RightScan {
  public:
   RightScan(const MarkedText& text, const Piece& piece);

@@ -44,24 +44,26 @@ constexpr Effect kI = Effect::kIgnored;
 constexpr Effect kR = Effect::kRefused;
 
 // "<" and ">" alone are OpNone like ",": the text is cut there, but nothing is done.
+// clang-format off
 inline constexpr std::array<OperatorRow, 15> kRows = {{
-    // code        text integer float bits
-    {OpNone,       ",",  kI, kI, kI},
-    {OpAnd,        "&",  kA, kR, kA},
-    {OpOr,         "|",  kA, kR, kA},
-    {OpLogicalNot, "!",  kR, kR, kA},
-    {OpBitwiseNot, "~",  kR, kR, kA},
-    {OpShiftLeft,  "<<", kA, kR, kA},
-    {OpShiftRight, ">>", kA, kR, kA},
-    {OpAdd,        "+",  kA, kA, kA},
-    {OpSubtract,   "-",  kA, kA, kA},
-    {OpDivide,     "/",  kA, kA, kA},
-    {OpMultiply,   "*",  kA, kA, kA},
-    {OpModulo,     "%",  kA, kR, kA},
-    {OpConcat,     "@",  kR, kR, kA},
-    {OpReplicate,  "^",  kR, kR, kA},
-    {OpBitReverse, "$",  kI, kI, kA},
+    // code        text  int float bits
+    {OpNone,       ",",  kI, kI,   kI},
+    {OpAnd,        "&",  kA, kR,   kA},
+    {OpOr,         "|",  kA, kR,   kA},
+    {OpLogicalNot, "!",  kR, kR,   kA},
+    {OpBitwiseNot, "~",  kR, kR,   kA},
+    {OpShiftLeft,  "<<", kA, kR,   kA},
+    {OpShiftRight, ">>", kA, kR,   kA},
+    {OpAdd,        "+",  kA, kA,   kA},
+    {OpSubtract,   "-",  kA, kA,   kA},
+    {OpDivide,     "/",  kA, kA,   kA},
+    {OpMultiply,   "*",  kA, kA,   kA},
+    {OpModulo,     "%",  kA, kR,   kA},
+    {OpConcat,     "@",  kR, kR,   kA},
+    {OpReplicate,  "^",  kR, kR,   kA},
+    {OpBitReverse, "$",  kI, kI,   kA},
 }};
+// clang-format on
 
 constexpr bool RowsStandAtTheirCodes() {
   for (std::size_t code = 0; code < kRows.size(); ++code) {

@@ -5,8 +5,8 @@
 // with neither is a chain, run from the left. There is no precedence and no syntax tree.
 //
 // The walk knows nothing of values, names or results: the policy of a kind of value says what is
-// that kind's own (see Policy below). Nothing here recurses: open levels stand on a stack of frames,
-// solved values on a stack of values.
+// that kind's own (see Policy below). Nothing here recurses: open levels stand on a stack of
+// frames, solved values on a stack of values.
 #pragma once
 
 #include <cstdint>
@@ -67,10 +67,10 @@ class Walk {
   // An open level: a piece with its middle, the "(" or the unary operator, and how far it is.
   struct Frame {
     Piece piece;
-    std::uint32_t middle_mark;
-    std::uint32_t right_mark;  // first mark of the right text
-    std::uint32_t right_begin;
-    Shape shape;
+    std::uint32_t middle_mark = kNoMark;
+    std::uint32_t right_mark = kNoMark;  // first mark of the right text
+    std::uint32_t right_begin = 0;
+    Shape shape = Shape::kGroup;
     std::uint8_t sides_done = 0;
     bool has_left = false;
     bool has_right = false;
@@ -216,8 +216,7 @@ ZRTStatus Walk<Policy>::Advance() {
     const bool first = frame.sides_done++ == 0;
     const Side side = first == (frame.shape == Shape::kGroup) ? Side::kRight : Side::kLeft;
     std::optional<Piece> piece;
-    const ZRTStatus status =
-        side == Side::kRight ? CutRight(frame, piece) : CutLeft(frame, piece);
+    const ZRTStatus status = side == Side::kRight ? CutRight(frame, piece) : CutLeft(frame, piece);
     if (status != kOk) return status;
     if (!piece) continue;
     const bool may_have_group = frame.shape == Shape::kGroup && side == Side::kRight;
