@@ -14,11 +14,15 @@ BitValue::BitValue(BitValue&& other) noexcept { *this = std::move(other); }
 BitValue& BitValue::operator=(BitValue&& other) noexcept {
   heap_ = std::move(other.heap_);
   inline_ = other.inline_;
-  first_ = std::exchange(other.first_, 0);
-  capacity_ = std::exchange(other.capacity_, kInlineSize);
-  byte_count_ = std::exchange(other.byte_count_, 0);
-  bit_length_ = std::exchange(other.bit_length_, 0);
-  low_bit_ = std::exchange(other.low_bit_, 0);
+  capacity_ = other.capacity_;
+  first_ = other.first_;
+  byte_count_ = other.byte_count_;
+  bit_length_ = other.bit_length_;
+  low_bit_ = other.low_bit_;
+  other.capacity_ = kInlineSize;
+  other.first_ = 0;
+  other.byte_count_ = 0;
+  other.low_bit_ = 0;
   return *this;
 }
 

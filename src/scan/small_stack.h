@@ -36,9 +36,13 @@ class SmallStack {
 
   T Pop() {
     T element = std::move(Top());
-    std::destroy_at(&Top());
-    --size_;
+    Drop(1);
     return element;
+  }
+
+  void Drop(std::size_t count) {
+    std::destroy_n(data_ + (size_ - count), count);
+    size_ -= count;
   }
 
  private:

@@ -149,10 +149,8 @@ ZRTStatus Walk<Policy>::Enter(Piece piece, Known known) {
   for (;;) {
     const auto [shape, mark] = LookAt(piece, known);
     if (shape == Shape::kChain) {
-      Value running{};
-      const ZRTStatus status = Chain(piece, running);
-      if (status == kOk) values_.Push(std::move(running));
-      return status;
+      values_.Push(Value{});
+      return Chain(piece, values_.Top());
     }
     if (shape == Shape::kGroup) {
       if (text_.MatchOf(mark) == kNoMark) return ErrUnbalancedParenthesis;
@@ -281,16 +279,19 @@ ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan,
   return kOk;
 }
 
-// Joins (left op middle) op right, the values being the topmost ones in the order they were solved.
+// Joins (left op middle) op right. The values are the topmost ones, in the order they were solved:
+// the middle first, then a group's right side before its left one, a unary operator's behind it.
 template <class Policy>
 ZRTStatus Walk<Policy>::Combine() {
   const Frame frame = frames_.Pop();
-  Value left{};
-  Value right{};
-  if (frame.shape == Shape::kUnary && frame.has_right) right = values_.Pop();
-  if (frame.has_left) left = values_.Pop();
-  if (frame.shape == Shape::kGroup && frame.has_right) right = values_.Pop();
-  Value middle = values_.Pop();
+  const std::size_t side_count = (frame.has_left ? 1U : 0U) + (frame.has_right ? 1U : 0U);
+  const std::size_t base = values_.size() - 1 - side_count;
+  const bool right_is_first = frame.shape == Shape::kGroup || !frame.has_left;
+  Value& middle = values_[base];
+  Value& first_side = values_[base + (side_count > 0 ? 1 : 0)];
+  Value& last_side = values_.Top();
+  Value& left = right_is_first ? last_side : first_side;
+  Value& right = right_is_first ? first_side : last_side;
 
   const bool replaces = Policy::kGroupReplacesLeftUnderNone && frame.left_code == OpNone;
   const bool joins_left = frame.has_left && !replaces;
@@ -300,11 +301,9 @@ ZRTStatus Walk<Policy>::Combine() {
   ZRTStatus status = kOk;
   if (joins_left) status = policy_.Apply(running, frame.left_code, middle);
   if (status == kOk && frame.has_right) status = policy_.Apply(running, frame.right_code, right);
-  if (is_result) {
-    policy_.Deliver(running);
-  } else if (status == kOk) {
-    values_.Push(std::move(running));
-  }
+  if (is_result) policy_.Deliver(running);
+  if (joins_left) middle = std::move(left);
+  values_.Drop(side_count);
   return status;
 }
 
