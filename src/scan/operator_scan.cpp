@@ -3,8 +3,6 @@
 // texts depend on both, so they are kept to the letter.
 #include "scan/operator_scan.h"
 
-#include "scan/text.h"
-
 namespace zrt {
 namespace {
 
@@ -29,37 +27,6 @@ FoundOperator OperatorAt(const MarkedText& text, const Piece& piece, std::uint32
 }
 
 }  // namespace
-
-Piece WholePiece(const MarkedText& text) { return {0, text.length(), 0, text.mark_count()}; }
-
-std::string_view ViewOf(const MarkedText& text, const Piece& piece) {
-  return text.text().substr(piece.begin, piece.end - piece.begin);
-}
-
-Piece DropLeadingBlanks(const MarkedText& text, Piece piece) {
-  while (piece.begin < piece.end && text.At(piece.begin) == ' ') ++piece.begin;
-  return piece;
-}
-
-Piece DropTrailingBlanks(const MarkedText& text, Piece piece) {
-  while (piece.begin < piece.end && text.At(piece.end - 1) == ' ') --piece.end;
-  return piece;
-}
-
-Piece PieceBefore(const MarkedText& text, const Piece& piece, const FoundOperator& found) {
-  Piece before = piece;
-  before.end = found.position;
-  before.last_mark = found.mark;
-  return DropTrailingBlanks(text, before);
-}
-
-Piece PieceBehind(const MarkedText& text, const Piece& piece, const FoundOperator& found) {
-  Piece behind = piece;
-  const std::uint32_t width = OperatorWidth(found.code);  // each character of it has its mark
-  behind.begin = found.position + width;
-  behind.first_mark = found.mark + width;
-  return DropLeadingBlanks(text, behind);
-}
 
 std::optional<FoundOperator> LeftMostOperator(const MarkedText& text, const Piece& piece) {
   std::uint32_t begin = piece.begin;

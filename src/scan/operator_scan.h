@@ -4,41 +4,11 @@
 
 #include <cstdint>
 #include <optional>
-#include <string_view>
 
 #include "scan/marks.h"
+#include "scan/piece.h"
 
 namespace zrt {
-
-/// A range of characters of a marked text with its range of marks.
-struct Piece {
-  std::uint32_t begin = 0;
-  std::uint32_t end = 0;
-  std::uint32_t first_mark = 0;
-  std::uint32_t last_mark = 0;  // one behind
-
-  // Set where a scan is known to find nothing once it has passed over a bracket: see Walk.
-  bool bracket_ends_scan = false;
-
-  [[nodiscard]] bool empty() const { return begin == end; }
-};
-
-struct FoundOperator {
-  std::uint32_t position;
-  std::uint32_t mark;
-  OperatorCode code;
-};
-
-Piece WholePiece(const MarkedText& text);
-std::string_view ViewOf(const MarkedText& text, const Piece& piece);
-
-/// `piece` without its leading or trailing blanks. Blanks carry no marks.
-Piece DropLeadingBlanks(const MarkedText& text, Piece piece);
-Piece DropTrailingBlanks(const MarkedText& text, Piece piece);
-
-/// What stands before `found`, without trailing blanks, and what stands behind it, without leading.
-Piece PieceBefore(const MarkedText& text, const Piece& piece, const FoundOperator& found);
-Piece PieceBehind(const MarkedText& text, const Piece& piece, const FoundOperator& found);
 
 /// The first operator of the expression in `piece`. Passes over operators in brackets (also over
 /// any in front of a "]" when no "[" follows at all) and over the "-" of an exponent. Takes time in
