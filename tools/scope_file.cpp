@@ -1,0 +1,205 @@
+// Reads a scope file: each function takes one kind of JSON value and its place in the file, and
+// refuses all that it does not know, since a misspelt key would silently hide a name.
+#include "scope_file.h"
+
+#include <cstdint>
+#include <initializer_list>
+#include <map>
+#include <new>
+#include <string_view>
+
+#include "files.h"
+#include "json_text.h"
+
+namespace {
+
+using nlohmann::json;
+using Place = json::json_pointer;
+
+[[noreturn]] void Refuse(const Place& place, const std::string& reason) {
+  throw JsonError((place.empty() ? std::string("/") : place.to_string()) + ": " + reason);
+}
+
+// The entry of an object; null, the reference, if it has none of that name.
+const json* Find(const json& object, const char* key) {
+  const auto found = object.find(key);
+  return found == object.end() ? nullptr : &*found;
+}
+
+void CheckObject(const json& value, const Place& place, std::initializer_list<const char*> known) {
+  if (!value.is_object()) Refuse(place, "an object is wanted here");
+  for (const auto& [key, entry] : value.items()) {
+    bool is_known = false;
+    for (const char* name : known) is_known = is_known || key == name;
+    if (!is_known) Refuse(place / key, "this key is not known here");
+  }
+}
+
+int ReadInt(const json& value, const Place& place, std::int64_t low = INT32_MIN,
+            std::int64_t high = INT32_MAX) {
+  if (!value.is_number_integer()) Refuse(place, "an integer is wanted here");
+  const bool is_huge = value.is_number_unsigned() && value.get<std::uint64_t>() > INT64_MAX;
+  if (is_huge || value.get<std::int64_t>() < low || value.get<std::int64_t>() > high) {
+    Refuse(place,
+           value.dump() + " is not from " + std::to_string(low) + " to " + std::to_string(high));
+  }
+  return value.get<int>();
+}
+
+float ReadFloat(const json& value, const Place& place) {
+  if (!value.is_number()) Refuse(place, "a number is wanted here");
+  return value.is_number_float() ? value.get<float>() : static_cast<float>(ReadInt(value, place));
+}
+
+template <class Value>
+std::vector<Value> ReadArray(const json& array, const Place& place,
+                             Value (*read)(const json&, const Place&)) {
+  if (!array.is_array()) Refuse(place, "an array is wanted here");
+  std::vector<Value> values;
+  values.reserve(array.size());
+  for (std::size_t i = 0; i < array.size(); ++i) values.push_back(read(array[i], place / i));
+  return values;
+}
+
+int ReadAnyInt(const json& value, const Place& place) { return ReadInt(value, place); }
+
+constexpr unsigned short kFloatScalar = 1, kIntScalar = 2, kFloatArray = 5, kIntArray = 6;
+
+ZRTTokens MakeToken(const char* name, unsigned short type, const json& value, const Place& place) {
+  const bool is_float = type % 2 == 1;
+  if (type < kFloatArray) {
+    return is_float ? ZRTTokens::FloatScalar(name, ReadFloat(value, place), type)
+                    : ZRTTokens::IntScalar(name, ReadInt(value, place), type);
+  }
+  return is_float ? ZRTTokens::FloatArray(name, ReadArray(value, place, ReadFloat), type)
+                  : ZRTTokens::IntArray(name, ReadArray(value, place, ReadAnyInt), type);
+}
+
+// The type of a value that does not tell its own. An array with a float in it is one of floats.
+unsigned short TypeOf(const json& value, const Place& place) {
+  if (value.is_number_float()) return kFloatScalar;
+  if (value.is_number()) return kIntScalar;
+  if (!value.is_array()) Refuse(place, "a number, an array of numbers or an object is wanted here");
+  for (const json& element : value) {
+    if (element.is_number_float()) return kFloatArray;
+  }
+  return kIntArray;
+}
+
+ZRTTokens ReadToken(const char* name, const json& value, const Place& place) {
+  if (!value.is_object()) return MakeToken(name, TypeOf(value, place), value, place);
+  constexpr int kFirstType = 1, kLastType = 8;
+  const json* type_value = Find(value, "type");
+  if (type_value == nullptr) Refuse(place, "the key \"type\" is missing");
+  const int type = ReadInt(*type_value, place / "type", kFirstType, kLastType);
+  const char* key = type < kFloatArray ? "value" : "values";
+  CheckObject(value, place, {"type", key});
+  const json* content = Find(value, key);
+  if (content == nullptr) Refuse(place, std::string("the key \"") + key + "\" is missing");
+  return MakeToken(name, static_cast<unsigned short>(type), *content, place / key);
+}
+
+std::vector<unsigned char> ReadBytes(const json& value, const Place& place) {
+  if (!value.is_string()) Refuse(place, "a text \"0x...\" is wanted here");
+  std::string_view digits = value.get_ref<const std::string&>();
+  if (digits.substr(0, 2) != "0x") Refuse(place, "the text does not begin with 0x");
+  digits.remove_prefix(2);
+  if (digits.size() % 2 != 0) Refuse(place, "the count of hexadecimal digits is odd");
+  if (digits.find_first_not_of("0123456789ABCDEFabcdef") != std::string_view::npos) {
+    Refuse(place, "there is a character that is no hexadecimal digit");
+  }
+  std::vector<unsigned char> bytes;
+  bytes.reserve(digits.size() / 2);
+  for (std::size_t i = 0; i < digits.size(); i += 2) {
+    const int byte = util_HexAnsi2Hex(digits[i]) * 16 + util_HexAnsi2Hex(digits[i + 1]);
+    bytes.push_back(static_cast<unsigned char>(byte));
+  }
+  return bytes;
+}
+
+void ReadRow(const json& row, const Place& place, QLMDataField* field) {
+  std::vector<unsigned char> bytes;
+  const json* width_value = nullptr;
+  if (row.is_object()) {
+    CheckObject(row, place, {"bytes", "width"});
+    const json* text = Find(row, "bytes");
+    if (text == nullptr) Refuse(place, "the key \"bytes\" is missing");
+    bytes = ReadBytes(*text, place / "bytes");
+    width_value = Find(row, "width");
+  } else {
+    bytes = ReadBytes(row, place);
+  }
+  if (bytes.size() > INT32_MAX / 8) Refuse(place, "the row has more bits than can be counted");
+  const int width = width_value == nullptr ? static_cast<int>(bytes.size() * 8)
+                                           : ReadInt(*width_value, place / "width", 0);
+  if (field->AddRow(width, bytes) == nullptr) throw std::bad_alloc();
+}
+
+void ReadField(const json& value, const Place& place, QLMDataField* field) {
+  if (!value.is_array()) return ReadRow(value, place, field);
+  for (std::size_t i = 0; i < value.size(); ++i) ReadRow(value[i], place / i, field);
+}
+
+template <class Set>
+using Sets = std::map<std::string, Set*>;  // by the key of each scope
+
+// Calls `read` with each name, value and place of a section, and the set that the name belongs to.
+template <class Set, class Read>
+void ReadSection(const json& root, const char* section, const Sets<Set>& sets, Read read) {
+  const json* scopes = Find(root, section);
+  if (scopes == nullptr) return;
+  const Place place = Place() / section;
+  if (!scopes->is_object()) Refuse(place, "an object is wanted here");
+  for (const auto& [scope, names] : scopes->items()) {
+    const auto set = sets.find(scope);
+    if (set == sets.end()) Refuse(place / scope, "this key is not known here");
+    if (!names.is_object()) Refuse(place / scope, "an object of names is wanted here");
+    for (const auto& [name, value] : names.items()) {
+      if (name.empty()) Refuse(place / scope, "a name is empty");
+      if (name.find('\0') != std::string::npos) Refuse(place / scope, "a name holds a NUL");
+      read(name.c_str(), value, place / scope / name, set->second);
+    }
+  }
+}
+
+}  // namespace
+
+void Scope::Load(const std::string& path) {
+  const Sets<ZRTTokenTree> trees = {
+      {"local",  &local_tokens_ },
+      {"global", &global_tokens_},
+  };
+  const Sets<QLMPlusData> data_sets = {
+      {"external", &external_data_},
+      {"local",    &local_data_   },
+      {"global",   &global_data_  },
+  };
+  const auto read_token = [](const char* name, const json& value, const Place& place,
+                             ZRTTokenTree* tree) { tree->Add(ReadToken(name, value, place)); };
+  const auto read_field = [this](const char* name, const json& value, const Place& place,
+                                 QLMPlusData* data) {
+    fields_.push_back(data->AddField(name));
+    ReadField(value, place, fields_.back());
+  };
+  const std::string text = ReadFile(path, kScopeFile);
+  try {
+    const json root = ParseJson(text);
+    CheckObject(root, Place(), {"tokens", "data"});
+    ReadSection(root, "tokens", trees, read_token);
+    ReadSection(root, "data", data_sets, read_field);
+  } catch (const JsonError& error) {
+    throw Failure{kScopeFile, path + ": " + error.what()};
+  }
+}
+
+void Scope::Attach(ZRTExpression* expression) {
+  expression->SetLocalTokenTree(&local_tokens_);
+  expression->SetGlobalTokenTree(&global_tokens_);
+  expression->SetExternalZRTData(&external_data_);
+  expression->SetLocalZRTData(&local_data_);
+  expression->SetGlobalZRTData(&global_data_);
+}
+
+void Scope::ResetRows() {
+  for (QLMDataField* field : fields_) field->ResetRowPointer();
+}
