@@ -15,7 +15,8 @@ namespace {
 constexpr int kSmallestBlock = 4;   // bytes: callers write so many without looking
 constexpr int kFirstCapacity = 32;  // bytes of a growing block
 
-std::atomic<int> default_block_size{0};
+// The one setting that objects share, as hosts set it for a whole run.
+std::atomic<int> default_block_size{0};  // NOLINT(*-avoid-non-const-global-variables)
 
 int FixedSize(int size) { return std::max(size, kSmallestBlock); }
 
@@ -47,11 +48,6 @@ struct LByteBuffer::Chain {
     added.start = before.start + static_cast<std::size_t>(before.size);
     added.chain = this;
     return &links.back()->handle;
-  }
-
-  void CutBehind(Block* block) {
-    links.resize(static_cast<std::size_t>(block->ordinal));
-    hint.store(0, std::memory_order_relaxed);
   }
 
   // A byte went into a block that others follow.
@@ -86,7 +82,7 @@ struct LByteBuffer::Chain {
 
   Block first;
   std::vector<std::unique_ptr<Link>> links;
-  std::atomic<int> hint{0};  // the block read last; readers in several threads may all set it
+  std::atomic<int> hint{0};  // the block read last, perhaps cut off; all readers set it
 };
 
 LByteBuffer::LByteBuffer() noexcept : block_size_(GetDefaultBlockSize()) {}
@@ -151,7 +147,7 @@ unsigned int LByteBuffer::GetTotalSize() {
 
 void LByteBuffer::ClearBuffer() {
   if (block_ == nullptr) return;
-  block_->chain->CutBehind(block_);
+  block_->chain->links.resize(static_cast<std::size_t>(block_->ordinal));
   block_->size = 0;
   block_->limit = block_->capacity;
 }
@@ -188,7 +184,7 @@ bool LByteBuffer::CopyFrom(const LByteBuffer& other) {
     block.size = source.size;
     block.limit = source.size;
     if (&source == &chain.Last()) return true;
-    target = target->AllocateNewBlock();
+    target = target->LByteBuffer::AllocateNewBlock();
     if (target == nullptr) return false;
   }
 }

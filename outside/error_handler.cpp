@@ -54,6 +54,7 @@ ErrorElement* ErrorHandler::GetErrorElement(unsigned short code, unsigned short 
   return found == list_.end() ? nullptr : &found->second;
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): as the contract has it
 void ErrorHandler::SetErrorOccured(char* text) {
   try {
     record_ = text == nullptr ? "" : text;
@@ -103,7 +104,7 @@ int ErrorHandler::Refuse(int status, int line, const char* reason) {
   try {
     list_error_ = line == 0 ? reason : "line " + std::to_string(line) + ": " + reason;
   } catch (const std::bad_alloc&) {
-    list_error_.clear();
+    list_error_ = "out of memory";  // short enough to need none
   }
   return status;
 }

@@ -45,8 +45,9 @@ class ZRT_OUTSIDE_EXPORT LString {
 /// A chain of byte blocks, held by its head; an index counts from the block called through the
 /// chain. A block grows in one piece if its head was made without a size, and else holds exactly
 /// that size and is full. Nothing is allocated before the first byte. Pointers to later blocks are
-/// valid until the chain ends or is cleared. Any number of threads may read a chain that nobody
-/// changes.
+/// valid until the chain ends or is cleared. Several threads may read a chain that nobody changes.
+/// The destructor is not virtual: delete a block by its own type.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): as the contract has it
 class ZRT_OUTSIDE_EXPORT LByteBuffer {
  public:
   LByteBuffer() noexcept;
@@ -58,9 +59,8 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   LByteBuffer(const LByteBuffer& other) noexcept;
 
   /// Afterwards both refer to the same blocks: a write through one is seen through the other, and
-  /// the last owner frees them. Blocks are shared by whole chains only: a block that
-  /// AllocateNewBlock() made gives a copy of the bytes from it on, and assigning to it does
-  /// nothing.
+  /// the last owner frees them. Only whole chains are shared: a block that AllocateNewBlock() made
+  /// gives a copy of the bytes from it on, and assigning to it does nothing.
   LByteBuffer& operator=(const LByteBuffer& other) noexcept;
 
   ~LByteBuffer();
@@ -111,8 +111,7 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   // ---- Host side -----------------------------------------------------------------------------
 
   /// Gives every LByteBuffer that is made without a size from now on blocks of `size` bytes (4 at
-  /// least) instead of a growing one; 0 goes back to growing. For tests that need chains. Any
-  /// thread.
+  /// least) that are full then; 0 goes back to growing. For tests that need chains. Any thread.
   static void SetDefaultBlockSize(int size) noexcept;
   static int GetDefaultBlockSize() noexcept;
 
@@ -166,6 +165,7 @@ class ZRT_OUTSIDE_EXPORT LObject {
 class ZRT_OUTSIDE_EXPORT ErrorElement {
  public:
   char* GetErrorMessage() { return message_.data(); }
+  // NOLINTNEXTLINE(readability-make-member-function-const): no caller is to rely on it
   unsigned short GetErrorField() { return field_; }
 
   // ---- Host side -----------------------------------------------------------------------------
@@ -188,8 +188,7 @@ class ZRT_OUTSIDE_EXPORT ErrorElement {
 ///   65030  8  1  Two operators have nothing between them.
 ///
 /// A code is a signed status or its low 16 bits: -32768 to 65535. Category and field are 0 to
-/// 65535. Lines that are empty or begin with "#" (after blanks) are skipped; a line may end in CR
-/// LF.
+/// 65535. Empty lines and lines that begin with "#" are skipped, a CR at a line's end is dropped.
 class ZRT_OUTSIDE_EXPORT ErrorHandler : public LObject {
  public:
   ErrorHandler();
@@ -213,17 +212,16 @@ class ZRT_OUTSIDE_EXPORT ErrorHandler : public LObject {
 
   // ---- Host side -----------------------------------------------------------------------------
 
-  static constexpr int kListUnreadable = -1;  // no such file, a read error, memory ran out
-  static constexpr int kListWrongLine =
-      -2;  // a line is no entry, or its code and category are taken
+  static constexpr int kListUnreadable = -1;  // no such file, a read error, no memory
+  static constexpr int kListWrongLine = -2;   // no entry, or code and category are taken
 
   /// The text recorded last, empty if there is none.
-  const char* GetErrorText() { return record_.c_str(); }
+  const char* GetErrorText() const { return record_.c_str(); }
 
   /// Why the last Initialize() failed: the number of the wrong line, counted from 1 (0 if no line
   /// is to blame), and a text with line and reason, empty if nothing failed.
-  int GetErrorLine() { return error_line_; }
-  const char* GetListError() { return list_error_.c_str(); }
+  int GetErrorLine() const { return error_line_; }
+  const char* GetListError() const { return list_error_.c_str(); }
 
  private:
   using Key = std::pair<unsigned short, unsigned short>;  // code, category
@@ -268,16 +266,14 @@ class ZRT_OUTSIDE_EXPORT RBTree {
   RBTreeNode* Search(RBTreeNode* from, char* key);
   RBTreeNode* GetRoot() { return root_.get(); }
 
-  // ---- Host side -----------------------------------------------------------------------------
-
-  /// Stores `object` under `key` and returns it. An object already there is destroyed. Throws
-  /// std::bad_alloc with the tree unchanged.
-  LObject* Insert(const char* key, std::unique_ptr<LObject> object);
+ protected:
+  /// For trees of one kind of object: stores `object` under `key`, which no node has yet.
+  /// Throws std::bad_alloc with the tree unchanged.
+  void Insert(const char* key, std::unique_ptr<LObject> object);
 
  private:
   using Tree = std::unique_ptr<RBTreeNode>;
 
-  static RBTreeNode* Find(RBTreeNode* from, const char* key);
   static bool IsRed(const Tree& tree) { return tree != nullptr && tree->red_; }
   static void Place(Tree* tree, Tree node);
   static void RotateLeft(Tree* tree);
@@ -286,8 +282,7 @@ class ZRT_OUTSIDE_EXPORT RBTree {
   Tree root_;
 };
 
-/// Copies, appends `n` characters of `src` from position `m` on, terminated; `n` 0 takes all of
-/// them.
+/// Copies, appends `n` characters of `src` from position `m` on, terminated; `n` 0 takes them all.
 ZRT_OUTSIDE_EXPORT void util_strncpy(char* dst, const char* src, int n, int m);
 ZRT_OUTSIDE_EXPORT void util_strncpy(char* dst, char* src, int n, int m);
 ZRT_OUTSIDE_EXPORT void util_strncat(char* dst, const char* src, int n, int m);

@@ -47,14 +47,14 @@ class ZRT_OUTSIDE_EXPORT QLMDataField : public LObject {
   /// added, if memory runs out.
   LByteBuffer* AddRow(int width, const std::vector<unsigned char>& bytes);
 
-  const char* GetFieldName() { return name_.c_str(); }
+  const char* GetFieldName() const { return name_.c_str(); }
 
  private:
   friend class QLMPlusData;
 
   struct Row {
     LByteBuffer bytes;
-    int width;  // bits
+    int width = 0;  // bits
   };
 
   Row* RowAt(std::size_t place) { return place < rows_.size() ? rows_[place].get() : nullptr; }

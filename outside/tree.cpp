@@ -7,21 +7,7 @@
 
 LObject::~LObject() = default;
 
-RBTreeNode* RBTree::Search(RBTreeNode* from, char* key) { return Find(from, key); }
-
-LObject* RBTree::Insert(const char* key, std::unique_ptr<LObject> object) {
-  LObject* stored = object.get();
-  if (RBTreeNode* node = Find(root_.get(), key)) {
-    node->object_ = std::move(object);
-    return stored;
-  }
-  // Made before the descent, which can then not fail halfway.
-  Place(&root_, Tree(new RBTreeNode(key, std::move(object))));
-  root_->red_ = false;
-  return stored;
-}
-
-RBTreeNode* RBTree::Find(RBTreeNode* from, const char* key) {
+RBTreeNode* RBTree::Search(RBTreeNode* from, char* key) {
   while (from != nullptr && key != nullptr) {
     const int order = std::strcmp(key, from->key_.c_str());
     if (order == 0) return from;
@@ -30,12 +16,20 @@ RBTreeNode* RBTree::Find(RBTreeNode* from, const char* key) {
   return nullptr;
 }
 
+void RBTree::Insert(const char* key, std::unique_ptr<LObject> object) {
+  // Made before the descent, which can then not fail halfway.
+  Place(&root_, Tree(new RBTreeNode(key, std::move(object))));
+  root_->red_ = false;
+}
+
+// NOLINTNEXTLINE(misc-no-recursion): as deep as the tree, twice the logarithm of its size
 void RBTree::Place(Tree* tree, Tree node) {
   if (*tree == nullptr) {
     *tree = std::move(node);
     return;
   }
-  Place(node->key_ < (*tree)->key_ ? &(*tree)->left_ : &(*tree)->right_, std::move(node));
+  Tree* side = node->key_ < (*tree)->key_ ? &(*tree)->left_ : &(*tree)->right_;
+  Place(side, std::move(node));
   if (IsRed((*tree)->right_) && !IsRed((*tree)->left_)) RotateLeft(tree);
   if (IsRed((*tree)->left_) && IsRed((*tree)->left_->left_)) RotateRight(tree);
   if (IsRed((*tree)->left_) && IsRed((*tree)->right_)) {

@@ -40,15 +40,17 @@ ZRTTokens ZRTTokens::FloatArray(const char* name, std::vector<float> values, uns
 
 ZRTTokens* ZRTTokenTree::GetToken(char* name) {
   RBTreeNode* node = Search(GetRoot(), name);
+  // NOLINTNEXTLINE(*-pro-type-static-cast-downcast): Add() puts nothing else into the tree
   return node == nullptr ? nullptr : static_cast<ZRTTokens*>(node->GetObject());
 }
 
 ZRTTokens* ZRTTokenTree::Add(ZRTTokens token) {
-  std::string name = token.GetName();
-  if (ZRTTokens* known = GetToken(name.data())) {
+  if (ZRTTokens* known = GetToken(token.name_.data())) {
     *known = std::move(token);
     return known;
   }
-  return static_cast<ZRTTokens*>(
-      Insert(name.c_str(), std::make_unique<ZRTTokens>(std::move(token))));
+  auto added = std::make_unique<ZRTTokens>(std::move(token));
+  ZRTTokens* stored = added.get();
+  Insert(stored->GetName(), std::move(added));
+  return stored;
 }

@@ -11,6 +11,7 @@
 /// 4 integer scalars, 5 and 7 float arrays, 6 and 8 integer arrays.
 class ZRT_OUTSIDE_EXPORT ZRTTokens : public LObject {
  public:
+  // NOLINTNEXTLINE(readability-make-member-function-const): no caller is to rely on it
   unsigned short GetTokenType() { return type_; }
 
   /// The value of a scalar.
@@ -30,9 +31,11 @@ class ZRT_OUTSIDE_EXPORT ZRTTokens : public LObject {
   static ZRTTokens IntArray(const char* name, std::vector<int> values, unsigned short type = 6);
   static ZRTTokens FloatArray(const char* name, std::vector<float> values, unsigned short type = 5);
 
-  const char* GetName() { return name_.c_str(); }
+  const char* GetName() const { return name_.c_str(); }
 
  private:
+  friend class ZRTTokenTree;
+
   ZRTTokens(const char* name, unsigned short type)
       : name_(name == nullptr ? "" : name), type_(type) {}
 
