@@ -1,0 +1,150 @@
+// What the tests share: doors to the private members of the evaluator, scopes, and streams in the
+// notation of people, "0ABC/12" for the 12 bits ABC in two bytes. Knows nothing of a single test.
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ZRTExpression.h"
+
+// Each file that includes this has doors of its own: an explicit instantiation may stand only once
+// in a program.
+namespace {  // NOLINT(google-build-namespaces)
+
+// Access is not checked in an explicit instantiation, so its argument may name a private member,
+// which the friend then hands out: SolveFloatExpression(expression, "1+2", &value).
+template <typename Tag, typename Tag::Type kMember>
+struct Opened {
+  friend constexpr typename Tag::Type Member(Tag) { return kMember; }
+};
+
+template <typename Result, typename... Args>
+class Door {
+ public:
+  using Type = Result (ZRTExpression::*)(Args...);
+  constexpr explicit Door(Type member) : member_(member) {}
+  Result operator()(ZRTExpression& expression, Args... arguments) const {
+    return (expression.*member_)(arguments...);
+  }
+
+ private:
+  Type member_;
+};
+
+#define ZRT_DOOR(name, ...)                                \
+  struct name##Tag {                                       \
+    using Type = Door<__VA_ARGS__>::Type;                  \
+    friend constexpr Type Member(name##Tag);               \
+  };                                                       \
+  template struct Opened<name##Tag, &ZRTExpression::name>; \
+  [[maybe_unused]] constexpr Door<__VA_ARGS__> name(Member(name##Tag{}))
+
+ZRT_DOOR(ProcessException, int, int, unsigned long, const char*);
+ZRT_DOOR(SetErrorInstruction, void, char*);
+ZRT_DOOR(GetLeftMostOperator, int, const char*, unsigned short*);
+ZRT_DOOR(GetRightMostOperator, int, const char*, unsigned short*);
+ZRT_DOOR(GetSubExpression, int, char*, int, int*);
+ZRT_DOOR(IsNumber, int, const char*);
+ZRT_DOOR(IsHexDigit, bool, char);
+ZRT_DOOR(SearchToken, ZRTTokens*, char*);
+ZRT_DOOR(GetTokenFromTree, ZRTTokens*, ZRTTokenTree*, char*);
+ZRT_DOOR(IsIgnoreInst, bool, char*);
+ZRT_DOOR(IsToken, bool, const char*);
+ZRT_DOOR(SolveIntegerExpression, int, const char*, int*);
+ZRT_DOOR(ExecuteIntegerOperator, int, int*, unsigned short, int);
+ZRT_DOOR(SolveFloatExpression, int, const char*, float*);
+ZRT_DOOR(GetFloatValue, int, char*, float*);
+ZRT_DOOR(ExecuteFloatOperator, int, float*, unsigned short, float);
+ZRT_DOOR(GetBitStreamValue, int, char*, RowDataStream*);
+ZRT_DOOR(ExecuteBitStreamOperator, int, RowDataStream*, unsigned short, RowDataStream*);
+
+struct ErrorInstructionTag {
+  using Type = char* ZRTExpression::*;
+  friend constexpr Type Member(ErrorInstructionTag);
+};
+template struct Opened<ErrorInstructionTag, &ZRTExpression::ErrorInstruction>;
+[[maybe_unused]] constexpr auto kErrorInstruction = Member(ErrorInstructionTag{});
+
+}  // namespace
+
+/// All five scopes, empty at first, and an evaluator that looks at them.
+struct World {
+  World() {
+    expression.SetLocalTokenTree(&local_tokens);
+    expression.SetGlobalTokenTree(&global_tokens);
+    expression.SetExternalZRTData(&external_data);
+    expression.SetLocalZRTData(&local_data);
+    expression.SetGlobalZRTData(&global_data);
+  }
+
+  ZRTTokenTree local_tokens, global_tokens;
+  QLMPlusData external_data, local_data, global_data;
+  ZRTExpression expression;
+};
+
+/// Bytes and bit length from "0ABC/12". The bytes need not agree with the length.
+struct Bits {
+  explicit Bits(std::string_view notation) {
+    const std::size_t slash = notation.find('/');
+    for (std::size_t i = 0; i + 1 < slash; i += 2) {
+      bytes.push_back(
+          static_cast<unsigned char>(std::stoi(std::string(notation.substr(i, 2)), nullptr, 16)));
+    }
+    bit_length = std::stoi(std::string(notation.substr(slash + 1)));
+  }
+
+  std::vector<unsigned char> bytes;
+  int bit_length = 0;
+};
+
+/// Adds rows, each as "0ABC/12", to the field of that name.
+inline QLMDataField* AddRows(QLMPlusData& data, const char* name,
+                             std::initializer_list<const char*> rows) {
+  QLMDataField* field = data.AddField(name);
+  for (const char* row : rows) field->AddRow(Bits(row).bit_length, Bits(row).bytes);
+  return field;
+}
+
+/// Appends bytes and sets the bit length, as a host does it: a block at a time.
+inline void Fill(RowDataStream& stream, std::string_view notation) {
+  const Bits bits(notation);
+  for (const unsigned char b : bits.bytes) {
+    LByteBuffer* last = stream.GetLastBlock(&stream);
+    if (last->WriteData(b) == 0) last->AllocateNewBlock()->WriteData(b);
+  }
+  stream.BitLength = bits.bit_length;
+}
+
+/// A stream as "0ABC/12"; "/0" is the empty one.
+inline std::string Hex(RowDataStream& stream) {
+  std::string text;
+  for (unsigned i = 0; i < stream.GetTotalSize(); ++i) {
+    const unsigned char b = stream.ReadData(static_cast<int>(i));
+    text += {util_Hex2HexAnsi(b / 16), util_Hex2HexAnsi(b % 16)};
+  }
+  return text + "/" + std::to_string(stream.BitLength);
+}
+
+/// The value of `text` as "0ABC/12", or its status as "-511".
+inline std::string Evaluate(ZRTExpression& expression, const char* text) {
+  RowDataStream stream;
+  const int status = expression.GetBitStream(text, &stream);
+  return status == 0 ? Hex(stream) : std::to_string(status);
+}
+
+/// Streams made in its lifetime have blocks of that many bytes; 0 lets them grow.
+class BlockSize {
+ public:
+  explicit BlockSize(int size) : before_(LByteBuffer::GetDefaultBlockSize()) {
+    LByteBuffer::SetDefaultBlockSize(size);
+  }
+  BlockSize(const BlockSize&) = delete;
+  BlockSize& operator=(const BlockSize&) = delete;
+  ~BlockSize() { LByteBuffer::SetDefaultBlockSize(before_); }
+
+ private:
+  int before_;
+};
