@@ -22,7 +22,7 @@ void Put(char* dst, std::string_view part) {
   dst[part.size()] = '\0';
 }
 
-std::string_view Part(const char* src, int n, int m) {
+std::string_view Slice(const char* src, int n, int m) {
   std::string_view part(src);
   part.remove_prefix(Clamp(m, part.size()));
   return n == 0 ? part : part.substr(0, Clamp(n, part.size()));
@@ -63,12 +63,12 @@ void LString::TrimRight(char* text) {
   text[std::string_view(text).find_last_not_of(' ') + 1] = '\0';  // npos + 1 is 0
 }
 
-void util_strncpy(char* dst, const char* src, int n, int m) { Put(dst, Part(src, n, m)); }
+void util_strncpy(char* dst, const char* src, int n, int m) { Put(dst, Slice(src, n, m)); }
 
-void util_strncpy(char* dst, char* src, int n, int m) { Put(dst, Part(src, n, m)); }
+void util_strncpy(char* dst, char* src, int n, int m) { Put(dst, Slice(src, n, m)); }
 
 void util_strncat(char* dst, const char* src, int n, int m) {
-  const std::string_view part = Part(src, n, m);
+  const std::string_view part = Slice(src, n, m);
   Put(dst + std::strlen(dst), part);
 }
 
