@@ -1,4 +1,5 @@
-// Runs the tests, under the locale that ZRT_TEST_LOCALE names if it is set. Knows of no single test.
+// Runs the tests, under the locale that ZRT_TEST_LOCALE names if it is set. Knows of no single
+// test.
 #include <gtest/gtest.h>
 
 #include <clocale>

@@ -1,0 +1,169 @@
+// The object: its set-up, who releases what when it is copied, and error reports.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+
+#include "support.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// A directory for one test, with a list if it is given one, gone at the end.
+class Directory {
+ public:
+  explicit Directory(const char* list = nullptr) {
+    std::string name = testing::TempDir() + "/zrt_XXXXXX";
+    path_ = mkdtemp(name.data());
+    if (list) std::ofstream(path_ + "/ErrorList.txt") << list;
+  }
+  Directory(const Directory&) = delete;
+  Directory& operator=(const Directory&) = delete;
+  ~Directory() { fs::remove_all(path_); }
+  char* path() { return path_.data(); }
+
+ private:
+  std::string path_;
+};
+
+TEST(Expression, KeepsADirectoryThatCanBeEntered) {
+  const fs::path before = fs::current_path();
+  char empty[] = "", bad[] = "no such directory", dots[] = "./.";
+  std::string doubled = "/" + before.string();
+  ZRTExpression expression;
+  EXPECT_EQ(expression.GetDefaultDir(), nullptr);
+  EXPECT_EQ(expression.SetDefaultDir(bad), ErrBadDirectory);
+  EXPECT_EQ(expression.GetDefaultDir(), nullptr);
+  for (char* dir : {empty, dots, doubled.data()}) {
+    EXPECT_EQ(expression.SetDefaultDir(dir), 0);
+    EXPECT_EQ(expression.SetDefaultDir(bad), ErrBadDirectory);
+    EXPECT_STREQ(expression.GetDefaultDir(), dir);
+  }
+  EXPECT_EQ(expression.SetDefaultDir(expression.GetDefaultDir() + 1), 0);  // its own text
+  EXPECT_EQ(expression.GetDefaultDir(), before);
+  EXPECT_EQ(expression.SetDefaultDir(nullptr), 0);
+  EXPECT_STREQ(expression.GetDefaultDir(), "");
+  EXPECT_EQ(fs::current_path(), before);
+}
+
+TEST(Expression, EntersNothingIfItCouldNotComeBack) {
+  const fs::path before = fs::current_path();
+  Directory directory;
+  const std::string deep = directory.path() + ("/" + std::string(250, 'd'));
+  fs::create_directory(deep);
+  fs::current_path(deep);
+  char root[] = "/";
+  ZRTExpression expression;
+  EXPECT_EQ(expression.SetDefaultDir(root), ErrBadDirectory);
+  EXPECT_EQ(fs::current_path(), deep);
+  fs::current_path(before);
+  EXPECT_EQ(expression.GetDefaultDir(), nullptr);
+}
+
+TEST(Expression, KeepsACopyOfTheErrorInstruction) {
+  ZRTExpression expression;
+  char text[] = "frame 1", empty[] = "";
+  SetErrorInstruction(expression, text);
+  EXPECT_STREQ(expression.*kErrorInstruction, text);
+  SetErrorInstruction(expression, expression.*kErrorInstruction + 6);
+  EXPECT_STREQ(expression.*kErrorInstruction, "1");
+  SetErrorInstruction(expression, empty);
+  EXPECT_EQ(expression.*kErrorInstruction, nullptr);
+  SetErrorInstruction(expression, nullptr);
+}
+
+// What is released twice, too early or never, the sanitizers see.
+TEST(Expression, CopiesShareTheHandlerUntilTheLastOneEnds) {
+  Directory directory("65036 8 7 M\n");
+  char text[] = "frame 1";
+  ZRTTokenTree tokens;
+  tokens.Add(ZRTTokens::IntScalar("a", 5));
+  auto first = std::make_unique<ZRTExpression>();
+  ASSERT_EQ(first->Initialize(directory.path()), 0);
+  SetErrorInstruction(*first, text);
+  first->SetGlobalTokenTree(&tokens);
+  ErrorHandler* handler = first->GetErrorHandler();
+  const char* own = first->GetDefaultDir();
+  const ZRTExpression& same = *first;
+  *first = same;
+  EXPECT_EQ(first->GetErrorHandler(), handler);
+  EXPECT_EQ(first->GetDefaultDir(), own);
+
+  ZRTExpression copy(*first), target;
+  ASSERT_EQ(target.Initialize(directory.path()), 0);
+  target = copy;
+  EXPECT_NE(target.GetDefaultDir(), own);
+  first.reset();
+  for (ZRTExpression* expression : {&copy, &target}) {
+    int value = 0;
+    EXPECT_STREQ(expression->GetDefaultDir(), directory.path());
+    EXPECT_STREQ(expression->*kErrorInstruction, text);
+    EXPECT_EQ(expression->GetErrorHandler(), handler);
+    EXPECT_EQ(ProcessException(*expression, ErrBadDirectory, 8, text), 7);
+    EXPECT_EQ(expression->GetIntegerOperand("a", &value), 0);
+  }
+  target = ZRTExpression();
+  EXPECT_EQ(target.GetErrorHandler(), nullptr);
+  EXPECT_EQ(target.GetDefaultDir(), nullptr);
+  EXPECT_EQ(ProcessException(copy, -1, 8, nullptr), -1);
+}
+
+TEST(Expression, LoadsTheErrorListAndRecordsItsOwnFailures) {
+  Directory listed("65036 8 7 M\n"), without, wrong("no entry\n");
+  char bad[] = "no such directory";
+  const char* fallback = "\nZRT Template Process Error.\n";
+  ZRTExpression expression;
+  EXPECT_EQ(ProcessException(expression, ErrBadDirectory, 8, "T"), -1);
+  EXPECT_EQ(expression.Initialize(bad), ErrBadDirectory);
+  EXPECT_EQ(expression.GetErrorHandler(), nullptr);
+  EXPECT_LT(expression.Initialize(without.path()), 0);
+  EXPECT_STREQ(expression.GetDefaultDir(), without.path());
+  ErrorHandler* handler = expression.GetErrorHandler();
+  ASSERT_NE(handler, nullptr);
+  EXPECT_STREQ(handler->GetErrorText(), fallback);
+  EXPECT_EQ(expression.Initialize(listed.path()), 0);
+  EXPECT_EQ(expression.Initialize(bad), ErrBadDirectory);
+  EXPECT_STREQ(handler->GetErrorText(), "\nM\nno such directory\n");
+  EXPECT_STREQ(expression.GetDefaultDir(), listed.path());
+  EXPECT_LT(expression.Initialize(wrong.path()), 0);
+  EXPECT_STREQ(handler->GetErrorText(), fallback);
+  EXPECT_EQ(expression.GetErrorHandler(), handler);
+}
+
+TEST(Expression, ReportsWithAndWithoutAnEntry) {
+  const std::string longest(65535, 'x'), too_long(65536, 'x'),
+      fallback = "ZRT Template Process Error.\n";
+  struct Row {
+    int code;
+    unsigned long category;
+    const char* text;
+    int result;
+    std::string record;
+  };
+  const Row rows[] = {
+      {-500,           8,         "T",              7,     "\nM\nT\n"              },
+      {65036 - 131072, 8 + 65536, "T",              7,     "\nM\nT\n"              },
+      {-500,           8,         nullptr,          7,     "\nM\n\n"               },
+      {-500,           8,         "",               7,     "\nM\n\n"               },
+      {-500,           8,         too_long.c_str(), 7,     "\nM\n\n"               },
+      {-500,           8,         longest.c_str(),  7,     "\nM\n" + longest + "\n"},
+      {-511,           8,         "T",              65535, "\nN\nT\n"              },
+      {-500,           9,         "T",              -1,    "\nT"                   },
+      {-501,           8,         nullptr,          -1,    "\n" + fallback         },
+      {-501,           8,         "",               -1,    "\n" + fallback         },
+      {-501,           8,         too_long.c_str(), -1,    "\n"                    },
+  };
+  Directory directory("-500 8 7 M\n-511 8 65535 N\n");
+  ZRTExpression expression;
+  ASSERT_EQ(expression.Initialize(directory.path()), 0);
+  for (const Row& row : rows) {
+    SCOPED_TRACE(std::to_string(row.code) + row.record.substr(0, 9));
+    EXPECT_EQ(ProcessException(expression, row.code, row.category, row.text), row.result);
+    EXPECT_EQ(expression.GetErrorHandler()->GetErrorText(), row.record);
+  }
+}
+
+}  // namespace
