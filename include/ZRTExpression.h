@@ -64,9 +64,8 @@ class ZRT_EXPORT ZRTExpression {
   /// Tests that `dir` can be entered and keeps a copy of it, character for character. Null or empty
   /// sets the empty text untested. The process's current directory changes during the test and is
   /// the same afterwards: not to be called while another thread depends on it.
-  /// @return 0; ErrBadDirectory if `dir` cannot be entered or the current directory cannot be
-  /// saved;
-  ///         ErrStreamWrite if memory runs out. On failure the object keeps what it had.
+  /// @return 0; ErrBadDirectory if `dir` cannot be entered or if the current directory cannot be
+  ///         saved; ErrStreamWrite if memory runs out. On failure the object keeps what it had.
   int SetDefaultDir(char* dir);
 
   /// The directory as it was given, owned by the object; null before the first SetDefaultDir.
@@ -120,11 +119,11 @@ class ZRT_EXPORT ZRTExpression {
   ///   GetBitStream("(0xFF^2)@0x12", &stream)   // FF FF 12, BitLength 24
   ///
   /// @param text    not null, not changed.
-  /// @param result  not null, the caller's; hand it in empty with BitLength 0. A text with neither
-  /// a
-  ///                group nor a unary operator empties it first and leaves the value of the chain
-  ///                so far in it if it fails. Any other text appends behind what it holds and
-  ///                touches nothing if it fails before its last two operators are applied.
+  /// @param result  not null, the caller's; hand it in empty with BitLength 0. A text without a
+  ///                group and a unary operator empties it first and leaves the value of the chain
+  ///                so far in it if it fails; too long a text, or one for which there is no memory
+  ///                from the start, leaves it alone. Any other text appends behind what it holds
+  ///                and touches nothing if it fails before its last two operators are applied.
   /// @return 0, or any status of ErrorCodes.h but ErrBadDirectory.
   int GetBitStream(const char* text, RowDataStream* result);
 
@@ -152,8 +151,7 @@ class ZRT_EXPORT ZRTExpression {
   QLMDataField* SearchDataFieldSTAPLimpl(char* name);
 
  private:
-  // The doors below are exported with the class. Each does by itself what its public kin do with
-  // it.
+  // The doors below are exported with the class. Each does alone what its public kin do with it.
 
   int ProcessException(int code, unsigned long category, const char* text);
   void SetErrorInstruction(char* text);

@@ -113,7 +113,10 @@ LByteBuffer::~LByteBuffer() = default;
 LByteBuffer* LByteBuffer::AllocateNewBlock() {
   if (!EnsureChain()) return nullptr;
   try {
-    return block_->chain->Append(block_size_);
+    LByteBuffer* added = block_->chain->Append(block_size_);
+    if (added->Grow()) return added;  // its first bytes have their place before anyone writes
+    block_->chain->links.pop_back();
+    return nullptr;
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
@@ -127,8 +130,7 @@ void LByteBuffer::CopyBlock(LByteBuffer* source) {
     const unsigned char b = source->ReadData(static_cast<int>(i));
     if (last->WriteData(b) != 0) continue;
     last = last->AllocateNewBlock();
-    if (last == nullptr) return;
-    last->WriteData(b);
+    if (last == nullptr || last->WriteData(b) == 0) return;
   }
 }
 

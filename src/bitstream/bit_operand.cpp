@@ -20,11 +20,7 @@ namespace {
 constexpr std::size_t kMaxHexDigits = std::size_t{std::numeric_limits<std::int32_t>::max() / 8} * 2;
 
 void SetWord(BitValue& value, int word) {
-  const auto bits = static_cast<std::uint32_t>(word);
-  const auto bytes = value.Rebuild(sizeof(bits));
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    bytes[i] = static_cast<std::uint8_t>(bits >> (24 - 8 * i));
-  }
+  StoreWord(word, value.Rebuild(sizeof(word)));
   value.set_bit_length(32);
 }
 
@@ -47,7 +43,10 @@ ZRTStatus ReadField(QLMDataField& field, int index, BitValue& value) {
 // A mask name that no scope holds is a field with one empty row. Without an index the answer is
 // known; with one, which rows there are is the closed library's to say.
 ZRTStatus ReadMaskField(int index, BitValue& value) {
-  if (index <= 0) return kOk;
+  if (index <= 0) {
+    value.set_bit_length(0);
+    return kOk;
+  }
   QLMDataField field;
   field.AddRow(0);
   return ReadField(field, index, value);
@@ -85,7 +84,7 @@ ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
     case NumberBinary:
     case NumberBinaryLong: {
       const std::string_view digits = text.substr(1);
-      ReadBinaryDigits(digits, value.Rebuild((digits.size() + 7) / 8));
+      ReadBinaryDigits(digits, value.Rebuild(BytesFor(static_cast<std::int64_t>(digits.size()))));
       value.set_bit_length(static_cast<int>(digits.size()));
       return kOk;
     }

@@ -13,7 +13,8 @@ namespace zrt {
 /// field's row pointer on, unless it is the field's only one.
 /// @return kOk, ErrMissingArrayName, ErrMissingCloseBracket, ErrEmptyIndex, ErrStrayCloseBracket,
 ///         ErrNegativeIndex, ErrBadTokenType, ErrUnknownOperand: `value` as it was; ErrStreamWrite
-///         if a field has no such row (the bit length is the one told for it) or memory runs out.
+///         if a field has no such row (the bit length is the one told for it), if a hexadecimal
+///         literal has more bits than 2147483647, or if memory runs out.
 ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, BitValue& value);
 
 }  // namespace zrt

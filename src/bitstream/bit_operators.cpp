@@ -4,7 +4,6 @@
 #include "bitstream/bit_operators.h"
 
 #include <algorithm>
-#include <limits>
 #include <new>
 #include <numeric>
 #include <utility>
@@ -15,32 +14,28 @@
 namespace zrt {
 namespace {
 
-constexpr std::size_t kWordSize = 4;  // bytes of a 32-bit value
-constexpr std::int64_t kMaxBitLength = std::numeric_limits<std::int32_t>::max();
+constexpr std::size_t kLeadingWordSize = 4;  // bytes
 
-constexpr std::size_t BytesFor(std::int64_t bit_count) {
-  return bit_count > 0 ? static_cast<std::size_t>((bit_count + 7) / 8) : 0;
+constexpr bool FitsBitLength(std::int64_t bit_count) {
+  return bit_count == static_cast<std::int32_t>(bit_count);
 }
 
 // The first four bytes, whatever the size: a shorter value stands in the high-order bytes.
 int LeadingWord(BitValue& value) {
   const auto bytes = value.Bytes();
   std::uint32_t word = 0;
-  for (std::size_t i = 0; i < kWordSize; ++i) {
+  for (std::size_t i = 0; i < kLeadingWordSize; ++i) {
     word = (word << 8) | (i < bytes.size() ? bytes[i] : std::uint32_t{0});
   }
   return static_cast<int>(word);
 }
 
 void SetLeadingWord(BitValue& value, int word) {
-  const auto bits = static_cast<std::uint32_t>(word);
   const auto bytes = value.Bytes();
-  for (std::size_t i = 0; i < std::min(bytes.size(), kWordSize); ++i) {
-    bytes[i] = static_cast<std::uint8_t>(bits >> (24 - 8 * i));
-  }
+  StoreWord(word, bytes.first(std::min(bytes.size(), kLeadingWordSize)));
 }
 
-bool IsTooWide(const BitValue& value) { return value.byte_count() > kWordSize; }
+bool IsTooWide(const BitValue& value) { return value.byte_count() > kLeadingWordSize; }
 
 ZRTStatus Calculate(BitValue& left, std::uint16_t code, BitValue& right) {
   if (IsTooWide(right) || IsTooWide(left)) return ErrOperandTooWide;
@@ -62,26 +57,24 @@ ZRTStatus Shift(BitValue& left, std::uint16_t code, BitValue& right) {
 // Lays `left` above `right`. The shorter one goes into the longer one's buffer.
 ZRTStatus Concatenate(BitValue& left, BitValue& right) {
   const std::int64_t total = std::int64_t{left.bit_length()} + right.bit_length();
-  if (total > kMaxBitLength) return ErrStreamWrite;
+  if (!FitsBitLength(total)) return ErrStreamWrite;
   const std::size_t size = BytesFor(total);
 
   // The left side begins in the right one's top byte where that is partial, else in the byte above.
   const std::size_t in_byte = static_cast<unsigned>(right.bit_length()) % 8;
-  const bool has_place = in_byte == 0 || right.byte_count() > 0;
-  const std::size_t whole_bytes = right.byte_count() - (in_byte > 0 && has_place ? 1 : 0);
-  const bool right_fits = right.byte_count() <= size;
+  const bool has_place = right.byte_count() <= size && (in_byte == 0 || right.byte_count() > 0);
+  const std::size_t whole_bytes = right.byte_count() - (has_place && in_byte > 0 ? 1 : 0);
   const bool left_fits = has_place && whole_bytes + left.byte_count() <= size;
-  const bool fits = right_fits && (left.byte_count() == 0 || left_fits);
-  const bool lays_left = right_fits && has_place;
+  const bool fits = right.byte_count() <= size && (left.byte_count() == 0 || left_fits);
   const std::size_t up_bits = 8 * whole_bytes + in_byte;
 
   const int bit_length = fits ? static_cast<int>(total) : left.bit_length();
-  if (lays_left && left.byte_count() >= right.byte_count()) {
+  if (has_place && left.byte_count() >= right.byte_count()) {
     left.Reshape(up_bits, size);
     left.Or(0, right.Bytes());
   } else {
     right.Reshape(0, size);
-    if (lays_left) right.Or(up_bits, left.Bytes());
+    if (has_place) right.Or(up_bits, left.Bytes());
     left = std::move(right);
   }
   left.set_bit_length(bit_length);
@@ -135,9 +128,10 @@ ZRTStatus Replicate(BitValue& left, BitValue& right) {
   if (IsTooWide(right)) return ErrOperandTooWide;
   const std::int64_t count = std::max(LeadingWord(right), 0);
   const std::int64_t total = count * left.bit_length();
-  if (total > kMaxBitLength || total < -kMaxBitLength) return ErrStreamWrite;
+  if (!FitsBitLength(total)) return ErrStreamWrite;
   BitValue result;
   const auto target = result.Rebuild(BytesFor(total));
+  std::ranges::fill(target, std::uint8_t{0});
   bool fits = true;
   if (count > 0 && left.byte_count() > 0) {
     fits = left.bit_length() > 0;
@@ -161,7 +155,8 @@ void ReverseInto(BitValue& left, BitValue& right) {
   const auto target = result.Rebuild(left.byte_count());
   const auto source = right.Bytes();
   const std::size_t count = std::min(source.size(), target.size());
-  std::copy_n(source.last(count).begin(), count, target.begin());
+  std::ranges::fill(std::ranges::copy(source.last(count), target.begin()).out, target.end(),
+                    std::uint8_t{0});
   kernels::Mirror(target.first(count));
   result.set_bit_length(left.bit_length());
   left = std::move(result);
@@ -186,9 +181,16 @@ ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right) {
 
 }  // namespace
 
+std::optional<ZRTStatus> StatusWithoutValues(std::uint16_t code) {
+  switch (EffectOf(code, &OperatorRow::on_bits, Effect::kRefused)) {
+    case Effect::kIgnored: return kOk;
+    case Effect::kRefused: return ErrInvalidOperator;
+    default: return std::nullopt;
+  }
+}
+
 ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right) {
-  const Effect effect = EffectOf(code, &OperatorRow::on_bits, Effect::kRefused);
-  if (effect != Effect::kApplies) return effect == Effect::kIgnored ? kOk : ErrInvalidOperator;
+  if (const auto status = StatusWithoutValues(code)) return *status;
   try {
     return Apply(left, code, right);
   } catch (const std::bad_alloc&) {

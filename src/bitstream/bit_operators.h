@@ -2,12 +2,16 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "ErrorCodes.h"
 #include "bitstream/bit_value.h"
 #include "scan/operators.h"
 
 namespace zrt {
+
+/// The status of an operator that looks at no value, since it does nothing or is none.
+std::optional<ZRTStatus> StatusWithoutValues(std::uint16_t code);
 
 /// Applies the operator `code` to `left` in place. A right side that is missing is an empty value.
 /// `right` may be used up.

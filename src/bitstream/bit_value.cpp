@@ -37,10 +37,8 @@ std::span<std::uint8_t> BitValue::Bytes() {
 
 std::span<std::uint8_t> BitValue::Rebuild(std::size_t byte_count) {
   if (byte_count > capacity_) {
-    heap_ = std::make_unique<std::uint8_t[]>(byte_count);
+    heap_ = std::make_unique_for_overwrite<std::uint8_t[]>(byte_count);
     capacity_ = byte_count;
-  } else {
-    std::memset(buffer(), 0, byte_count);
   }
   first_ = 0;
   byte_count_ = byte_count;

@@ -10,6 +10,18 @@
 
 namespace zrt {
 
+/// The bytes that so many bits need; none for a negative count.
+constexpr std::size_t BytesFor(std::int64_t bit_count) {
+  return bit_count > 0 ? static_cast<std::size_t>((bit_count + 7) / 8) : 0;
+}
+
+/// Writes the high-order bytes of a word, most significant first, as many as there is room for.
+constexpr void StoreWord(std::int32_t word, std::span<std::uint8_t> bytes) {
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    bytes[i] = static_cast<std::uint8_t>(static_cast<std::uint32_t>(word) >> (24 - 8 * i));
+  }
+}
+
 /// Bytes and a bit length, two separate facts. A value is tidy if the count is what the length
 /// needs and the spare bits above the length are 0; "~" and the rows of data fields make untidy
 /// ones, and nothing here masks bits above the bit length.
@@ -34,8 +46,8 @@ class BitValue {
   /// The bytes, in their place: moves them if they stand shifted. Valid until the value changes.
   std::span<std::uint8_t> Bytes();
 
-  /// Makes the value `byte_count` zero bytes and gives them to be filled; the bit length stays.
-  /// Throws std::bad_alloc, leaving the value as it was.
+  /// Makes the value `byte_count` bytes of no known content and gives them to be filled; the bit
+  /// length stays. Throws std::bad_alloc, leaving the value as it was.
   std::span<std::uint8_t> Rebuild(std::size_t byte_count);
 
   /// The number becomes (number << up) modulo 2 to the power 8 * byte_count, in that many bytes.

@@ -37,9 +37,10 @@ class BitsPolicy {
     value.Reshape(0, older_size + value.byte_count());
     CopyBytes(*older_, value.Bytes().data());
   }
-  void Deliver(BitValue& value) {
+  void Deliver(BitValue& value, bool is_added) {
     outcome_.value = std::move(value);
-    outcome_.is_delivered = true;
+    outcome_.place =
+        is_added ? BitsOutcome::Place::kBehindOlder : BitsOutcome::Place::kInsteadOfOlder;
   }
 
  private:

@@ -1,6 +1,7 @@
 // Bit-vector evaluation.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include "ErrorCodes.h"
@@ -12,13 +13,16 @@ namespace zrt {
 
 /// What an evaluation leaves of its result.
 struct BitsOutcome {
+  enum class Place : std::uint8_t { kNone, kBehindOlder, kInsteadOfOlder };
+
   BitValue value;
-  bool is_delivered = false;  // else the result is not touched
+  Place place = Place::kNone;  // none: the result is not touched
 };
 
 /// Evaluates `text` (at most kMaxTextLength characters, else ErrStreamWrite). Where the text has a
-/// group or a unary operator, the value comes behind the bytes of `older`, which may be null: the
-/// last two operators work on those bytes too. Throws std::bad_alloc before anything is delivered.
+/// group or a unary operator, the value comes behind the bytes of `older`, which may be null. The
+/// operators beside that group work on those bytes too, and the outcome then holds them.
+/// Throws std::bad_alloc before anything is delivered.
 ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
                     BitsOutcome& outcome);
 

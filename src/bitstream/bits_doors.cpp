@@ -15,9 +15,14 @@ using zrt::Guarded;
 namespace {
 
 int StatusAfterStoring(int status, BitsOutcome& outcome, RowDataStream& result) {
-  if (!outcome.is_delivered || StoreValue(result, outcome.value)) return status;
-  return status == kOk ? ErrStreamWrite : status;
+  if (outcome.place == BitsOutcome::Place::kNone) return status;
+  if (outcome.place == BitsOutcome::Place::kInsteadOfOlder) result.ClearBuffer();
+  const bool is_stored = AddValue(result, outcome.value);
+  return is_stored || status != kOk ? status : ErrStreamWrite;
 }
+
+// A failure with any other status leaves the value, and so the stream, as it was.
+bool MayHaveChangedValue(int status) { return status == kOk || status == ErrStreamWrite; }
 
 void Load(RowDataStream& stream, BitValue& value) {
   LoadBytes(stream, value);
@@ -56,10 +61,10 @@ int ZRTExpression::SolveBitStreamExpression(char* text, RowDataStream* result) {
 int ZRTExpression::GetBitStreamValue(char* text, RowDataStream* stream) {
   return Guarded([&]() -> int {
     BitValue value;
+    value.set_bit_length(stream->BitLength);  // kept where memory runs out before a field is found
     const int status = zrt::ReadBits(text, CurrentScopes(), value);
-    if (status != kOk && status != ErrStreamWrite) return status;
-    stream->BitLength = value.bit_length();
-    return zrt::AppendBytes(*stream, value.Bytes()) ? status : ErrStreamWrite;
+    if (!MayHaveChangedValue(status)) return status;
+    return AddValue(*stream, value) ? status : ErrStreamWrite;
   });
 }
 
@@ -68,10 +73,12 @@ int ZRTExpression::ExecuteBitStreamOperator(RowDataStream* left, unsigned short 
   return Guarded([&]() -> int {
     BitValue value;
     BitValue operand;
+    if (const auto status = zrt::StatusWithoutValues(code)) return *status;
     Load(*left, value);
     if (right) Load(*right, operand);
     const int status = zrt::ApplyToBits(value, code, operand);
-    const bool is_unchanged = status != kOk && status != ErrStreamWrite;
-    return is_unchanged || StoreValue(*left, value) ? status : ErrStreamWrite;
+    if (!MayHaveChangedValue(status)) return status;
+    left->ClearBuffer();
+    return AddValue(*left, value) ? status : ErrStreamWrite;
   });
 }

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstring>
 
+#include "bitstream/bit_value.h"
 #include "hq4170.h"
 
 namespace zrt {
@@ -66,7 +67,7 @@ void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes) {
 }
 
 void WriteHexText(std::span<const std::uint8_t> bytes, int bit_length, char* text) {
-  const std::size_t wanted = bit_length > 0 ? (static_cast<std::size_t>(bit_length) + 7) / 8 : 0;
+  const std::size_t wanted = BytesFor(bit_length);
   const std::size_t count = std::min(wanted, bytes.size());
   *text++ = '0';
   *text++ = 'x';

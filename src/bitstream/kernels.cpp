@@ -16,9 +16,13 @@ constexpr std::uint64_t SwapFields(std::uint64_t word, unsigned width, std::uint
   return ((word >> width) & mask) | ((word & mask) << width);
 }
 constexpr std::uint64_t SwapBytes(std::uint64_t word) {
+#if defined(__GNUC__)
+  return __builtin_bswap64(word);  // clang does not see a byte swap in the steps below
+#else
   word = SwapFields(word, 8, 0x00FF00FF00FF00FFU);
   word = SwapFields(word, 16, 0x0000FFFF0000FFFFU);
   return (word >> 32) | (word << 32);
+#endif
 }
 constexpr std::uint64_t MirrorEachByte(std::uint64_t word) {
   word = SwapFields(word, 1, 0x5555555555555555U);

@@ -22,18 +22,10 @@ void LoadBytes(LByteBuffer& chain, BitValue& value) {
 }
 
 bool AppendBytes(LByteBuffer& head, std::span<const std::uint8_t> bytes) {
-  LByteBuffer* block = head.GetLastBlock(&head);
-  for (const std::uint8_t byte : bytes) {
-    if (block->WriteData(byte) != 0) continue;
-    block = block->AllocateNewBlock();
-    if (!block) return false;
-    block->WriteData(byte);
-  }
-  return true;
+  return AppendEach(head, bytes.size(), [bytes](std::size_t index) { return bytes[index]; });
 }
 
-bool StoreValue(RowDataStream& stream, BitValue& value) {
-  stream.ClearBuffer();
+bool AddValue(RowDataStream& stream, BitValue& value) {
   stream.BitLength = value.bit_length();
   return AppendBytes(stream, value.Bytes());
 }

@@ -27,7 +27,7 @@ class FloatPolicy {
   }
   static void ApplyUnary(float&, OperatorCode) {}  // never reached: there are none
   static void BeginResult(float&) {}
-  void Deliver(float value) { result_ = value; }
+  void Deliver(float value, bool /*is_added*/) { result_ = value; }
 
  private:
   const Scopes& scopes_;

@@ -43,7 +43,7 @@ class IntegerPolicy {
     value = code == OpBitwiseNot ? ~value : static_cast<int>(value == 0);
   }
   static void BeginResult(int&) {}
-  void Deliver(int value) { result_ = value; }
+  void Deliver(int value, bool /*is_added*/) { result_ = value; }
 
  private:
   const Scopes& scopes_;

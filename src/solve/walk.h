@@ -41,8 +41,9 @@ enum class GroupNegation : std::uint8_t {
 ///   Read(text, value)            reads one operand; on failure `value` is what a result then shows
 ///   Apply(value, code, operand)  a binary operator, in place; may use the operand up
 ///   ApplyUnary(value, code)      a unary operator, in place
-///   BeginResult(value)           `value` is about to become the result in place: 1+(2)
-///   Deliver(value)               `value` is the result, also what a failure leaves of it
+///   BeginResult(value)           operators are about to make `value` the result in place: 1+(2)
+///   Deliver(value, is_added)     `value` is the result, also what a failure leaves of it; added to
+///                                what the result holds where no operator works on that: (2)
 template <class Policy>
 class Walk {
  public:
@@ -139,7 +140,7 @@ template <class Policy>
 ZRTStatus Walk<Policy>::DeliverChain(const Piece& piece) {
   Value running{};
   const ZRTStatus status = Chain(piece, running);
-  if (status == kOk || Policy::kKeepsPartialChain) policy_.Deliver(running);
+  if (status == kOk || Policy::kKeepsPartialChain) policy_.Deliver(running, false);
   return status;
 }
 
@@ -297,11 +298,11 @@ ZRTStatus Walk<Policy>::Combine() {
   const bool joins_left = frame.has_left && !replaces;
   Value& running = joins_left ? left : middle;
   const bool is_result = frames_.empty();
-  if (is_result) policy_.BeginResult(running);
+  if (is_result && side_count > 0) policy_.BeginResult(running);
   ZRTStatus status = kOk;
   if (joins_left) status = policy_.Apply(running, frame.left_code, middle);
   if (status == kOk && frame.has_right) status = policy_.Apply(running, frame.right_code, right);
-  if (is_result) policy_.Deliver(running);
+  if (is_result) policy_.Deliver(running, side_count == 0);
   if (joins_left) middle = std::move(left);
   values_.Drop(side_count);
   return status;
