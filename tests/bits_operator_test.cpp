@@ -46,7 +46,7 @@ BitValue ToValue(const Model& model) {
   return value;
 }
 
-std::string Zeros(std::size_t count) { return std::string(count, '0'); }
+std::string Zeros(std::size_t count) { return std::string().append(count, '0'); }
 
 // The low `count` bits, with zeros above where there are not so many.
 std::string Low(const std::string& bits, std::size_t count) {
@@ -86,7 +86,7 @@ bool Lay(std::string& target, const Placed& piece) {
 }
 
 ZRTStatus LayAll(Model& left, int bit_length, const std::vector<Placed>& pieces) {
-  std::string target = Zeros(static_cast<unsigned>(bit_length + 7) / 8 * 8);
+  std::string target = Zeros(static_cast<std::size_t>(bit_length + 7) / 8 * 8);
   const bool fits =
       std::ranges::all_of(pieces, [&](const Placed& piece) { return Lay(target, piece); });
   left = {target, fits ? bit_length : left.bit_length};
@@ -157,7 +157,7 @@ TEST(BitsOperator, Examples) {
   std::istringstream examples(kExamples);
   std::string before, text, right, equals, after;
   while (examples >> before >> text >> right >> equals >> after) {
-    SCOPED_TRACE(before + " " + text + " " + right);
+    SCOPED_TRACE(testing::Message() << before << ' ' << text << ' ' << right);
     const auto code = std::ranges::find(operator_table::kRows, text, &OperatorRow::text)->code;
     const std::string operand = right == "same" ? before : right == "none" ? "/0" : right;
     for (const int block_size : {0, 4, 7, 256}) {
@@ -175,16 +175,16 @@ TEST(BitsOperator, Examples) {
 }
 
 struct Step {
-  std::uint16_t code;
+  std::uint16_t code = OpNone;
   Model right;
   bool is_swapped = false;  // the operand on the left
 };
 
 // Values are not looked at between the operators, so that they stand shifted and with slack around.
-void Compare(Model model, std::vector<Step> steps) {
+void Compare(Model model, const std::vector<Step>& steps) {
   std::string told = Show(model);
   BitValue value = ToValue(model);
-  for (auto& [code, right, is_swapped] : steps) {
+  for (auto [code, right, is_swapped] : steps) {
     if (model.bits.size() > 4000) break;
     told += (is_swapped ? " after " : " ") + std::to_string(code) + " " + Show(right);
     BitValue operand = ToValue(right);

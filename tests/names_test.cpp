@@ -1,113 +1,78 @@
-// Names: the order of the scopes, mask names, the fuse array's second name, and how long what a
-// lookup made stays valid.
+// Names: the order of the scopes, the mask names, and the second search for the fuse array's data.
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 #include "support.h"
 
 namespace {
 
-const char kOut[] = "FuseArray_TDO";
-const char kIn[] = "FuseArray_TDI";
-
-TEST(Names, TheInnerScopeWins) {
+TEST(Names, TheInnermostScopeThatHoldsANameWins) {
   World world;
-  ZRTExpression& expression = world.expression;
-  char name[] = "ID_MASK", empty[] = "";  // a mask name that is held is a name like any other
-  QLMPlusData* const sets[] = {&world.global_data, &world.local_data, &world.external_data};
-  for (QLMPlusData* set : sets) {
-    QLMDataField* field = AddRows(*set, name, {"AA/8"});
-    EXPECT_EQ(expression.SearchDataField(name), field);
-    EXPECT_EQ(expression.SearchDataFieldSTAPLimpl(name), field);
-  }
+  std::string name = "n";
+  EXPECT_EQ(world.expression.SearchDataField(name.data()), nullptr);
+  EXPECT_EQ(SearchToken(world.expression, name.data()), nullptr);
   for (ZRTTokenTree* tree : {&world.global_tokens, &world.local_tokens}) {
-    EXPECT_EQ(SearchToken(expression, empty), nullptr);
-    EXPECT_EQ(GetTokenFromTree(expression, tree, name), nullptr);
-    ZRTTokens* token = tree->Add(ZRTTokens::IntScalar(name, 1));
-    EXPECT_EQ(SearchToken(expression, name), token);
-    EXPECT_EQ(GetTokenFromTree(expression, tree, name), token);
+    ZRTTokens* token = tree->Add(ZRTTokens::IntScalar("n", 1));
+    EXPECT_EQ(SearchToken(world.expression, name.data()), token);
+    EXPECT_EQ(GetTokenFromTree(world.expression, tree, name.data()), token);
   }
-  ZRTTokens* token = world.global_tokens.GetToken(name);
-  expression.SetLocalTokenTree(nullptr);
-  expression.SetExternalZRTData(nullptr);
-  expression.SetLocalZRTData(nullptr);
-  EXPECT_EQ(SearchToken(expression, name), token);
-  EXPECT_EQ(expression.SearchDataField(name), world.global_data.GetDataField(name));
-  expression.SetGlobalTokenTree(nullptr);
-  expression.SetGlobalZRTData(nullptr);
-  EXPECT_EQ(SearchToken(expression, name), nullptr);
-  EXPECT_EQ(SearchToken(expression, nullptr), nullptr);
-  EXPECT_EQ(expression.SearchDataField(nullptr), nullptr);
-  EXPECT_EQ(expression.SearchDataFieldSTAPLimpl(nullptr), nullptr);
+  for (QLMPlusData* data : {&world.global_data, &world.local_data, &world.external_data}) {
+    QLMDataField* field = data->AddField("n");
+    EXPECT_EQ(world.expression.SearchDataField(name.data()), field);
+    EXPECT_EQ(world.expression.SearchDataFieldSTAPLimpl(name.data()), field);
+  }
 }
 
-TEST(Names, MaskNamesMakeFieldsThatLiveAsLongAsTheObject) {
-  auto expression = std::make_unique<ZRTExpression>();
+TEST(Names, MaskNamesAreFieldsOfOneEmptyRow) {
+  World world;
   for (std::string name : {"Usercode_MASK", "FuseArray_MASK", "EFuseArray_MASK", "ID_MASK",
                            "FuseArray_MASK_TDO", "FuseArray_MASK_TDI", "FuseArray_DMASK"}) {
-    SCOPED_TRACE(name);
-    QLMDataField* first = expression->SearchDataField(name.data());
-    QLMDataField* second = expression->SearchDataFieldSTAPLimpl(name.data());
-    ASSERT_TRUE(first && second);
-    EXPECT_NE(first, second);
-    EXPECT_EQ(Evaluate(*expression, name.c_str()), "/0");
-    *expression = ZRTExpression();  // takes a set-up over; what was handed out stays
-    EXPECT_EQ(first->GetFieldName(), name);
+    EXPECT_TRUE(IsIgnoreInst(world.expression, name.data())) << name;
+    QLMDataField* first = world.expression.SearchDataField(name.data());
+    QLMDataField* second = world.expression.SearchDataFieldSTAPLimpl(name.data());
+    ASSERT_TRUE(first && second && first != second) << name;
+    EXPECT_EQ(first->GetFieldName(), name);  // still there after the second search
     EXPECT_EQ(first->GetRowCount(), 1);
-    EXPECT_EQ(first->GetRowWidth(1), 0);
-    EXPECT_EQ(first->GetRow(1)->GetTotalSize(), 0U);
-    EXPECT_TRUE(IsIgnoreInst(*expression, name.data()));
+    QLMDataField* held = world.global_data.AddField(name.c_str());
+    EXPECT_EQ(world.expression.SearchDataField(name.data()), held);
   }
-  for (std::string name : {"", "usercode_mask", "ID_MASK2", "ID_MAS", kOut, kIn}) {
-    EXPECT_FALSE(IsIgnoreInst(*expression, name.data())) << name;
-    EXPECT_EQ(expression->SearchDataFieldSTAPLimpl(name.data()), nullptr) << name;
-    EXPECT_EQ(expression->SearchDataField(name.data()), nullptr);
+  for (std::string name : {"id_mask", "ID_MASK2", "ID_MAS", "", "FuseArray_TDO"}) {
+    EXPECT_FALSE(IsIgnoreInst(world.expression, name.data())) << name;
   }
 }
 
-TEST(Names, TheFuseArrayHasASecondName) {
+TEST(Names, FuseArrayOutputFallsBackToItsInput) {
+  const std::string out = "FuseArray_TDO", in = "FuseArray_TDI";
+  for (const std::string& held : {out, in, std::string("x")}) {
+    World world;
+    QLMDataField* field = world.local_data.AddField(held.c_str());
+    std::string name = out;
+    QLMDataField* const exact = held == out ? field : nullptr;
+    EXPECT_EQ(world.expression.SearchDataFieldSTAPLimpl(name.data()), exact);
+    EXPECT_EQ(name, out);
+    EXPECT_EQ(world.expression.SearchDataField(name.data()), held == "x" ? nullptr : field);
+    EXPECT_EQ(name, held == out ? out : in);  // rewritten, whatever comes of the search
+    name = in;
+    EXPECT_EQ(world.expression.SearchDataField(name.data()), held == in ? field : nullptr);
+  }
+  // The token search behind a failed second search sees the new name; integers ask as written.
   World world;
-  ZRTExpression& expression = world.expression;
-  std::string name = kOut;
-  EXPECT_EQ(expression.SearchDataFieldSTAPLimpl(name.data()), nullptr);
-  EXPECT_EQ(name, kOut);
-  EXPECT_EQ(expression.SearchDataField(name.data()), nullptr);
-  EXPECT_EQ(name, kIn);  // rewritten, whatever came of the search
-
-  // Behind the failed search, vectors and IsToken ask for the second name, integers do not.
+  world.local_tokens.Add(ZRTTokens::IntScalar(in.c_str(), 7));
   int value = 0;
-  world.global_tokens.Add(ZRTTokens::IntScalar(kOut, 7));
-  EXPECT_EQ(Evaluate(expression, kOut), std::to_string(ErrUnknownOperand));
-  EXPECT_FALSE(IsToken(expression, kOut));
-  EXPECT_EQ(expression.GetIntegerOperand(kOut, &value), 0);
-  world.local_tokens.Add(ZRTTokens::IntScalar(kIn, 9));
-  EXPECT_EQ(Evaluate(expression, kOut), "00000009/32");
-  EXPECT_TRUE(IsToken(expression, kOut));
-
-  QLMDataField* in = AddRows(world.global_data, kIn, {"5A/8"});
-  EXPECT_EQ(expression.SearchDataField((name = kOut).data()), in);
-  EXPECT_EQ(Evaluate(expression, kOut), "5A/8");
-  QLMDataField* out = AddRows(world.global_data, kOut, {"A5/8"});
-  EXPECT_EQ(expression.SearchDataField((name = kOut).data()), out);
-  EXPECT_EQ(name, kOut);
+  EXPECT_TRUE(IsToken(world.expression, out.c_str()));
+  EXPECT_EQ(Evaluate(world.expression, out.c_str()), "00000007/32");
+  EXPECT_EQ(world.expression.GetIntegerOperand(out.c_str(), &value), ErrUnknownOperand);
 }
 
-TEST(Names, IsTokenCutsTheTextDownToTheName) {
+TEST(Names, IsTokenCutsAtTheFirstDotAndBracket) {
   World world;
-  const std::string long_name(300, 'n');
-  for (const char* name : {"Speed", "a", ".abc", "b]", long_name.c_str()}) {
-    world.local_tokens.Add(ZRTTokens::IntScalar(name, 1));
+  world.global_tokens.Add(ZRTTokens::IntScalar("Speed", 1));
+  world.external_data.AddField("a");
+  for (const char* text : {"Speed", "Speed.unit", "Speed[2]", "a[1].b", "FuseArray_MASK.x"}) {
+    EXPECT_TRUE(IsToken(world.expression, text)) << text;
   }
-  AddRows(world.local_data, "Field", {"01/8"});
-  for (const std::string& text :
-       {std::string("Speed"), std::string("Speed.unit"), std::string("Speed[2]"),
-        std::string("a[1].b"), std::string("a.b[1"), std::string(".abc"), std::string("Field[0]"),
-        std::string("ID_MASK.x"), long_name + "[1]"}) {
-    EXPECT_TRUE(IsToken(world.expression, text.c_str())) << text;
-  }
-  for (const char* text : {"", "Speed [2]", " Speed", "[3]", ".a", "Spee", "Speed+1", "ID_MASK "}) {
+  for (const char* text : {"", "Speed [2]", ".Speed", "[3]", "speed"}) {
     EXPECT_FALSE(IsToken(world.expression, text)) << text;
   }
 }

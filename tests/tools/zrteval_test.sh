@@ -5,8 +5,8 @@
 #   zrteval_test.sh PROGRAM DATA_DIR
 set -uo pipefail
 
-zrteval="$1"
-data="$2"
+zrteval="$(realpath "$1")"
+data="$(realpath "$2")"
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 cd "$work" || exit 1
