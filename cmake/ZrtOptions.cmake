@@ -25,6 +25,8 @@ target_compile_options(zrt_options INTERFACE
 target_compile_definitions(zrt_options INTERFACE "$<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>")
 
 if(ZRT_SANITIZE)
+  # GCC loses its way in instrumented code and reports -Wmaybe-uninitialized in its own library.
+  target_compile_options(zrt_options INTERFACE "$<${zrt_gcc}:-Wno-maybe-uninitialized>")
   # Findings end the program, so that no test passes over them. Some optimisation keeps the tests of
   # large vectors bearable.
   target_compile_options(zrt_options INTERFACE $<$<CONFIG:Debug>:-O1>

@@ -14,7 +14,7 @@ using nlohmann::json;
 
 class Builder : public nlohmann::json_sax<json> {
  public:
-  json Take() { return std::move(root_); }
+  explicit Builder(json* root) : root_(root) {}
 
   bool null() override { return Put(nullptr); }
   bool boolean(bool value) override { return Put(value); }
@@ -54,7 +54,7 @@ class Builder : public nlohmann::json_sax<json> {
 
  private:
   json* Place(json value) {
-    if (open_.empty()) return &(root_ = std::move(value));
+    if (open_.empty()) return &(*root_ = std::move(value));
     json& parent = *open_.back();
     return parent.is_array() ? &parent.emplace_back(std::move(value))
                              : &(parent[key_] = std::move(value));
@@ -91,7 +91,7 @@ class Builder : public nlohmann::json_sax<json> {
     throw JsonError(place.to_string() + ": " + reason);
   }
 
-  json root_;
+  json* root_;
   std::vector<json*> open_;  // an open value's parent gets no further value before it is closed
   std::vector<std::string> outer_keys_;  // the key under which each of them was opened
   std::string key_;
@@ -100,7 +100,8 @@ class Builder : public nlohmann::json_sax<json> {
 }  // namespace
 
 json ParseJson(const std::string& text) {
-  Builder builder;
+  json root;
+  Builder builder(&root);
   json::sax_parse(text, &builder, json::input_format_t::json, true, true);
-  return builder.Take();
+  return root;
 }

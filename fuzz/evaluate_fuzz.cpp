@@ -1,0 +1,103 @@
+// Any text to every evaluator over a rich scope. What must hold: no crash and no status beyond the
+// table; the same value as a stream and as text, from blocks of any size, from the chain's own
+// evaluator and from the text in parentheses. Knows no right value.
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <utility>
+
+#include "support.h"
+
+// A few characters ask for gigabits: arrays of more than a megabyte find no memory.
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
+  return size > (1 << 20) ? nullptr : operator new(size, tag);
+}
+void* operator new[](std::size_t size) {
+  return size > (1 << 20) ? throw std::bad_alloc() : operator new(size);
+}
+void operator delete[](void* place) noexcept { operator delete(place); }
+void operator delete[](void* place, std::size_t /*size*/) noexcept { operator delete(place); }
+
+namespace {
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+struct Scope : World {
+  Scope() {
+    local_tokens.Add(ZRTTokens::IntScalar("n", 2));
+    local_tokens.Add(ZRTTokens::IntArray("t", {1, -20, 300, 4}));
+    global_tokens.Add(ZRTTokens::FloatScalar("f", -2.75F));
+    global_tokens.Add(ZRTTokens::FloatArray("e", {1.5F, 1e30F}));
+    AddRows(external_data, "A", {"0ABC/12", "FA01/3", "55/0", "C3C3C3C3C3C3C3C3C3/90"});
+    AddRows(local_data, "S", {"AB/8"});
+    AddRows(global_data, "FuseArray_TDI", {"010203/17"});
+  }
+};
+
+using Outcome = std::pair<int, std::string>;  // the status, and what the evaluation left
+
+template <class Number>
+Outcome Scalar(int (ZRTExpression::*evaluate)(const char*, Number*), const std::string& text) {
+  Scope scope;
+  Number number = 77;
+  const int status = (scope.expression.*evaluate)(text.c_str(), &number);
+  return {status, std::to_string(number)};
+}
+
+Outcome Stream(std::string text, bool is_chain = false, int block_size = 0) {
+  const BlockSize setting(block_size);
+  Scope scope;
+  RowDataStream stream;
+  const int status = is_chain ? scope.expression.SolveBitStreamExpression(text.data(), &stream)
+                              : scope.expression.GetBitStream(text.c_str(), &stream);
+  return {status, Hex(stream)};
+}
+
+// As many bytes as the length needs, and nothing after a failure.
+void CheckHexText(const std::string& text, const Outcome& stream) {
+  const std::size_t slash = stream.second.find('/');
+  const std::size_t digits = (std::stoul(stream.second.substr(slash + 1)) + 7) / 8 * 2;
+  std::string hex_text(digits + 3, '?');
+  Scope scope;
+  Require(scope.expression.GetBitStream(text.c_str(), hex_text.data()) == stream.first);
+  const std::string padded = std::string(digits, '0') + stream.second.substr(0, slash);
+  const std::string expected = "0x" + padded.substr(padded.size() - digits) + '\0';
+  Require(stream.first == 0 ? hex_text == expected : hex_text[0] == '?');
+}
+
+// What a failure leaves may differ. Memory may run out for one and not for the other.
+void RequireSame(const Outcome& one, const Outcome& other, bool is_exact) {
+  if (one.first == ErrStreamWrite || other.first == ErrStreamWrite) return;
+  if (std::max(one.second.size(), other.second.size()) > (1 << 18)) return;
+  Require(one.first == other.first && (one == other || (!is_exact && one.first != 0)));
+}
+
+void CheckText(const std::string& text) {
+  const Outcome stream = Stream(text);
+  const Outcome integer = Scalar(&ZRTExpression::GetIntegerOperand, text);
+  const Outcome real = Scalar(&ZRTExpression::GetFloatOperand, text);
+  for (const int status : {stream.first, integer.first, real.first}) {
+    Require(status == 0 || (status >= ErrStreamWrite && status <= ErrMissingOperand));
+  }
+  if (stream.first != ErrStreamWrite) CheckHexText(text, stream);
+  RequireSame(stream, Stream(text, false, 5), true);
+  if (text.find_first_of("(~!$") == std::string::npos)
+    RequireSame(stream, Stream(text, true), true);
+  int depth = 0;
+  const auto nests = [&depth](char c) { return (depth += (c == '(') - (c == ')')) >= 0; };
+  if (!std::ranges::all_of(text, nests) || depth != 0) return;
+  const std::string grouped = "(" + text + ")";
+  RequireSame(stream, Stream(grouped), false);
+  RequireSame(integer, Scalar(&ZRTExpression::GetIntegerOperand, grouped), false);
+  RequireSame(real, Scalar(&ZRTExpression::GetFloatOperand, grouped), false);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+  CheckText(std::string(data, std::find(data, data + size, '\0')));
+  return 0;
+}
