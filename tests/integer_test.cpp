@@ -50,22 +50,22 @@ void Check(const std::vector<Row>& rows, bool as_operands = false) {
 TEST(Integer, Operands) {
   const std::string n300(300, 'n'), zeros(300, '0'), nines(1000, '9');
   Check({
-      {5,                      "a;5[1];5 [f];4294967301;12;my name;" + n300 + ";" + n300 + "+0"               },
-      {2,                      "f;2.5"                                                                        },
-      {-2,                     "g;fa[1];fa[ a-4 ]"                                                            },
-      {20,                     "arr[1];arr[ 1 ];arr [1];arr[1]x;arr[1]];arr[a-4];b8[1][9];arr[" + zeros + "1]"},
-      {0,                      "arr[4];0x10;#101;.5;e5;nan;4294967296"                                        },
-      {1,                      "1e5;1.;18446744073709551617"                                                  },
-      {-1,                     "f7[0];" + nines                                                               },
-      {kMin,                   "2147483648;low"                                                               },
-      {kMax,                   "6442450943;high"                                                              },
-      {ErrBadTokenType,        "arr;fa;a[0];f[0];t0;t0[0];t9;t9[0]"                                           },
-      {ErrEmptyIndex,          "arr[];arr[ ]"                                                                 },
-      {ErrMissingCloseBracket, "arr[;arr[1;x[ "                                                               },
-      {ErrStrayCloseBracket,   "arr];arr[~1];~A[~1];1+2];arr[1]+2];]"                                         },
-      {ErrMissingArrayName,    "[1];[;[]"                                                                     },
-      {ErrNegativeIndex,       "arr[-1];arr[0-1];arr[x];x[x];arr[arr[0]]"                                     },
-      {ErrUnknownOperand,      "; ;x;x[1];1.5e3;size-1;A;5 ; 5;\t5;5\t"                                       },
+      {5,                      "a;5[1];5 [f];4294967301;12;my name;" + n300 + ";" + n300 + "+0"},
+      {2,                      "f;2.5"                                                         },
+      {-2,                     "g;fa[1];fa[ a-4 ]"                                             },
+      {20,                     "arr[ 1 ];arr [1];arr[1]];arr[a-4];b8[1]x;arr[" + zeros + "1]"  },
+      {0,                      "arr[4];0x10;#101;.5;e5;nan;4294967296"                         },
+      {1,                      "1e5;1.;18446744073709551617"                                   },
+      {-1,                     "f7[0];" + nines                                                },
+      {kMin,                   "2147483648;low"                                                },
+      {kMax,                   "6442450943;high"                                               },
+      {ErrBadTokenType,        "arr;fa;a[0];f[0];t0;t0[0];t9;t9[0]"                            },
+      {ErrEmptyIndex,          "arr[];arr[ ]"                                                  },
+      {ErrMissingCloseBracket, "arr[;arr[1;x[ "                                                },
+      {ErrStrayCloseBracket,   "arr];arr[~1];~A[~1];1+2];arr[1]+2];]"                          },
+      {ErrMissingArrayName,    "[1];[;[]"                                                      },
+      {ErrNegativeIndex,       "arr[-1];arr[0-1];arr[x];x[x];arr[arr[0]]"                      },
+      {ErrUnknownOperand,      "; ;x;x[1];1.5e3;size-1;A;5 ; 5;\t5;5\t"                        },
   });
 }
 

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <system_error>
@@ -91,10 +92,20 @@ std::string BitText(RowDataStream* stream, BitFormat format) {
   return bits;
 }
 
+// The language knows no "+" in an exponent and no fraction beside one: 1.5e+20 becomes 15e19.
 std::string FloatText(float value) {
   if (std::isnan(value)) return "nan";  // to_chars would tell the sign of it
-  char text[32];
-  return {text, std::to_chars(std::begin(text), std::end(text), value).ptr};
+  char buffer[32];
+  const std::string text(buffer, std::to_chars(std::begin(buffer), std::end(buffer), value).ptr);
+  const std::size_t exponent_mark = text.find('e');
+  if (exponent_mark == std::string::npos) return text;
+  std::string digits = text.substr(0, exponent_mark);
+  int exponent = std::atoi(text.c_str() + exponent_mark + 1);
+  if (const std::size_t point = digits.find('.'); point != std::string::npos) {
+    digits.erase(point, 1);
+    exponent -= static_cast<int>(digits.size() - point);
+  }
+  return digits + "e" + std::to_string(exponent);
 }
 
 void Explainer::LoadList() {

@@ -39,7 +39,7 @@ check() {
 scope="$data/example-scope.jsonc"
 check 0 $'20\n14' '' int '2+3*4' '2+(3*4)'
 check 0 $'6\n1\n255' '' int --scope "$scope" rows 'order[rows/2]' limit
-check 0 $'0.33333334\ninf\n-inf\nnan\n1e+20\n0.1' '' float 1/3 1/0 0-1/0 0/0 1e20 0.1
+check 0 $'0.33333334\ninf\n-inf\nnan\n1e20\n15e19\n0.1' '' float 1/3 1/0 0-1/0 0/0 1e20 1e20*1.5 0.1
 check 0 $'0xFFFFFFFF1234\n0x05\n0x' '' bits '(0xFF^4)@0x1234' '#101' '#1^(0x00000000)'
 check 0 $'10111 5\n00000101 8\n 0' '' bits --format bin --length '#101@#11' 0x05 '#1^(0x00000000)'
 check 0 $'0x0F1E2D\n0x3C4B5A\n0x0ABC' '' bits --scope "$scope" fuses fuses fuses
