@@ -102,7 +102,7 @@ TEST(TokenTree, FindsEveryNameAmongManyAndKeepsPlaces) {
   for (int i = 99999; i <= 200000; ++i) {
     ZRTTokens* token = tree.GetToken(std::to_string(i).data());
     ASSERT_EQ(token != nullptr, i >= 100000 && i < 200000);
-    if (token) EXPECT_EQ(token->GetIntArrayValue(1), i);
+    EXPECT_EQ(token ? token->GetIntArrayValue(1) : i, i);
   }
 }
 
