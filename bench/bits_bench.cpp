@@ -89,7 +89,7 @@ void Operator(benchmark::State& state, zrt::OperatorCode code, int count) {
   zrt::BitValue left = Vector(kByteCount);
   zrt::BitValue right = count == 0 ? Vector(kByteCount) : Word(count);
   while (state.KeepRunning()) {
-    if (zrt::ApplyToBits(left, code, right) != kOk) state.SkipWithError("refused");
+    if (zrt::ApplyToBits(left, code, right) != zrt::kOk) state.SkipWithError("refused");
     benchmark::ClobberMemory();
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(kByteCount));
@@ -110,7 +110,8 @@ void Replicate(benchmark::State& state) {
     zrt::BitValue pattern = Word(5);
     pattern.Reshape(0, (static_cast<std::size_t>(bit_count) + 7) / 8);
     pattern.set_bit_length(bit_count);
-    if (zrt::ApplyToBits(pattern, zrt::OpReplicate, count) != kOk) state.SkipWithError("refused");
+    if (zrt::ApplyToBits(pattern, zrt::OpReplicate, count) != zrt::kOk)
+      state.SkipWithError("refused");
     benchmark::ClobberMemory();
   }
   state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(kByteCount));

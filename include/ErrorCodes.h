@@ -3,41 +3,47 @@
 // A status leaves the library as a plain `int`, so a host compares it with the names below:
 //
 //   int value = 0;
-//   if (expression.GetIntegerOperand("1+", &value) == ErrUnknownOperand) ...
+//   if (expression.GetIntegerOperand("1+x", &value) == ErrUnknownOperand) ...
 //
 // The first failure ends an evaluation, and its status reaches the caller unchanged.
 #pragma once
 
-enum [[nodiscard]] ZRTStatus : int{
-    kOk = 0,
-    /// The directory given cannot be entered.
-    ErrBadDirectory = -500,
-    /// Two operators of a chain have nothing between them.
-    ErrMissingOperand = -506,
-    /// A token's type does not suit the use, with or without an index.
-    ErrBadTokenType = -507,
-    /// A "(" has no matching ")".
-    ErrUnbalancedParenthesis = -508,
-    /// The text behind a group does not begin with an operator, or the text before a group or a
-    /// unary operator has no operator with something in front of it.
-    ErrMisplacedOperator = -509,
-    /// The operator does not exist for this kind of value.
-    ErrInvalidOperator = -510,
-    /// An operand is neither a known name nor a number of a kind that serves here; also an empty
-    /// text.
-    ErrUnknownOperand = -511,
-    /// "[" without "]".
-    ErrMissingCloseBracket = -512,
-    /// Nothing between "[" and "]".
-    ErrEmptyIndex = -513,
-    /// "]" in an operand with no "[".
-    ErrStrayCloseBracket = -514,
-    /// An operand begins with "[".
-    ErrMissingArrayName = -515,
-    /// An index expression fails or gives a negative value.
-    ErrNegativeIndex = -516,
-    /// A stream of more than 4 bytes where a 32-bit value is needed.
-    ErrOperandTooWide = -517,
-    /// A store into a stream is refused, a data field has no row to read, or memory has run out.
-    ErrStreamWrite = -518,
+// The formatter takes the attribute for an initialiser.
+// clang-format off
+enum [[nodiscard]] ZRTStatus : int {
+  /// The directory given cannot be entered.
+  ErrBadDirectory = -500,
+  /// Two operators of a chain have nothing between them.
+  ErrMissingOperand = -506,
+  /// A token's type does not suit the use, with or without an index.
+  ErrBadTokenType = -507,
+  /// A "(" has no matching ")".
+  ErrUnbalancedParenthesis = -508,
+  /// The text behind a group does not begin with an operator, or the text before a group or a
+  /// unary operator has no operator with something in front of it.
+  ErrMisplacedOperator = -509,
+  /// The operator does not exist for this kind of value.
+  ErrInvalidOperator = -510,
+  /// An operand is neither a known name nor a number of a kind that serves here; also an empty
+  /// text.
+  ErrUnknownOperand = -511,
+  /// "[" without "]".
+  ErrMissingCloseBracket = -512,
+  /// Nothing between "[" and "]".
+  ErrEmptyIndex = -513,
+  /// "]" in an operand with no "[".
+  ErrStrayCloseBracket = -514,
+  /// An operand begins with "[".
+  ErrMissingArrayName = -515,
+  /// An index expression fails or gives a negative value.
+  ErrNegativeIndex = -516,
+  /// A stream of more than 4 bytes where a 32-bit value is needed.
+  ErrOperandTooWide = -517,
+  /// A store into a stream is refused, a data field has no row to read, or memory has run out.
+  ErrStreamWrite = -518,
 };
+// clang-format on
+
+namespace zrt {
+inline constexpr ZRTStatus kOk{};
+}

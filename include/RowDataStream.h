@@ -28,13 +28,13 @@
 class ZRT_EXPORT RowDataStream : public LByteBuffer {
  public:
   /// An empty stream with BitLength 0.
-  RowDataStream() noexcept;
+  RowDataStream();
 
   /// A copy of the bytes of `other`, and its BitLength.
   RowDataStream(const RowDataStream& other);
 
   /// An empty stream whose BitLength is `bitLength` (bits). `size` reserves nothing.
-  RowDataStream(int size, int bitLength) noexcept;
+  RowDataStream(int size, int bitLength);
 
   ~RowDataStream();
 

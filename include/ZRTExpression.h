@@ -57,8 +57,8 @@ class ZRT_EXPORT ZRTExpression {
   /// Sets the default directory to `dir` and loads "ErrorList.txt" from it. May be called again.
   /// @return 0 or above on success; ErrBadDirectory if `dir` cannot be entered (nothing changes);
   ///         ErrStreamWrite if memory runs out; else the handler's negative status if the list
-  ///         cannot be read, with the directory set and the handler in place. Each failure of the
-  ///         first and the last kind is recorded in the handler, if there is one.
+  ///         cannot be read, with the directory set and the handler in place. Each failure is
+  ///         recorded in the handler, if there is one.
   int Initialize(char* dir);
 
   /// Tests that `dir` can be entered and keeps a copy of it, character for character. Null or empty

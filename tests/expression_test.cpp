@@ -115,6 +115,7 @@ TEST(Expression, LoadsTheErrorListAndRecordsItsOwnFailures) {
   ASSERT_NE(handler, nullptr);
   EXPECT_STREQ(handler->GetErrorText(), fallback);
   EXPECT_EQ(expression.Initialize(listed.path()), 0);
+  EXPECT_EQ(expression.Initialize(expression.GetDefaultDir()), 0);  // its own text
   EXPECT_EQ(expression.Initialize(bad), ErrBadDirectory);
   EXPECT_STREQ(handler->GetErrorText(), "\nM\nno such directory\n");
   EXPECT_STREQ(expression.GetDefaultDir(), listed.path());

@@ -62,7 +62,7 @@ TEST(Integer, Operands) {
       {ErrBadTokenType,        "arr;fa;a[0];f[0];t0;t0[0];t9;t9[0]"                            },
       {ErrEmptyIndex,          "arr[];arr[ ]"                                                  },
       {ErrMissingCloseBracket, "arr[;arr[1;x[ "                                                },
-      {ErrStrayCloseBracket,   "arr];arr[~1];~A[~1];1+2];arr[1]+2];]"                          },
+      {ErrStrayCloseBracket,   "arr];arr[~1];~A[~1];1+2];arr[1]+2];];~e-]+["                   },
       {ErrMissingArrayName,    "[1];[;[]"                                                      },
       {ErrNegativeIndex,       "arr[-1];arr[0-1];arr[x];x[x];arr[arr[0]]"                      },
       {ErrUnknownOperand,      "; ;x;x[1];1.5e3;size-1;A;5 ; 5;\t5;5\t"                        },
@@ -135,7 +135,7 @@ TEST(Integer, DoorsToSolverAndOperators) {
   const std::string_view refuses = "   xx       xx  ";
   for (unsigned short code = 0; code < 16; ++code) {
     value = 21;
-    const int expected = refuses[code] == 'x' ? ErrInvalidOperator : kOk;
+    const int expected = refuses[code] == 'x' ? ErrInvalidOperator : zrt::kOk;
     EXPECT_EQ(ExecuteIntegerOperator(expression, &value, code, 3), expected) << code;
     EXPECT_EQ(value, results[code]) << code;
   }

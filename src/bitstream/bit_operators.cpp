@@ -4,8 +4,8 @@
 #include "bitstream/bit_operators.h"
 
 #include <algorithm>
+#include <bit>
 #include <new>
-#include <numeric>
 #include <utility>
 
 #include "bitstream/kernels.h"
@@ -98,14 +98,15 @@ class Copies {
 
   // Lays copies 0 to `count` - 1. After a whole block of copies, which ends at a byte, all repeats.
   void Lay(std::size_t count) const {
-    const std::size_t block = 8 / std::gcd(bit_count_, std::size_t{8});  // copies
+    const int block_log = 3 - std::min(std::countr_zero(bit_count_), 3);
+    const std::size_t block = std::size_t{1} << block_log;  // copies
     std::size_t laid = 0;
     if (count > block) {
       for (; laid < block; ++laid) LayOne(laid, false);
-      const std::size_t block_size = block * bit_count_ / 8;  // bytes
-      const std::size_t blocks = (count - 1) / block;
+      const std::size_t block_size = (bit_count_ << block_log) / 8;  // bytes
+      const std::size_t blocks = (count - 1) >> block_log;
       kernels::Repeat(target_.last(blocks * block_size), block_size);
-      laid = blocks * block;
+      laid = blocks << block_log;
     }
     for (; laid < count; ++laid) LayOne(laid, laid + 1 == count);
   }
@@ -127,23 +128,24 @@ class Copies {
 ZRTStatus Replicate(BitValue& left, BitValue& right) {
   if (IsTooWide(right)) return ErrOperandTooWide;
   const std::int64_t count = std::max(LeadingWord(right), 0);
-  const std::int64_t total = count * left.bit_length();
+  const int bit_count = left.bit_length();
+  const std::int64_t total = count * bit_count;
   if (!FitsBitLength(total)) return ErrStreamWrite;
   BitValue result;
   const auto target = result.Rebuild(BytesFor(total));
   std::ranges::fill(target, std::uint8_t{0});
   bool fits = true;
   if (count > 0 && left.byte_count() > 0) {
-    fits = left.bit_length() > 0;
+    fits = bit_count > 0;
     if (fits) {
-      const Copies copies(target, left.Bytes(), static_cast<std::size_t>(left.bit_length()));
+      const Copies copies(target, left.Bytes(), static_cast<std::size_t>(bit_count));
       const auto wanted = static_cast<std::size_t>(count);
       const std::size_t misfit = copies.FirstMisfit(wanted);
       fits = misfit == wanted;
       copies.Lay(fits ? wanted : misfit + 1);
     }
   }
-  result.set_bit_length(fits ? static_cast<int>(total) : left.bit_length());
+  result.set_bit_length(fits ? static_cast<int>(total) : bit_count);
   left = std::move(result);
   return fits ? kOk : ErrStreamWrite;
 }

@@ -18,11 +18,11 @@ int StatusAfterStoring(int status, BitsOutcome& outcome, RowDataStream& result) 
   if (outcome.place == BitsOutcome::Place::kNone) return status;
   if (outcome.place == BitsOutcome::Place::kInsteadOfOlder) result.ClearBuffer();
   const bool is_stored = AddValue(result, outcome.value);
-  return is_stored || status != kOk ? status : ErrStreamWrite;
+  return is_stored || status != zrt::kOk ? status : ErrStreamWrite;
 }
 
 // A failure with any other status leaves the value, and so the stream, as it was.
-bool MayHaveChangedValue(int status) { return status == kOk || status == ErrStreamWrite; }
+bool MayHaveChangedValue(int status) { return status == zrt::kOk || status == ErrStreamWrite; }
 
 void Load(RowDataStream& stream, BitValue& value) {
   LoadBytes(stream, value);
@@ -43,7 +43,7 @@ int ZRTExpression::GetBitStream(const char* text, char* hexText) {
   return Guarded([&] {
     BitsOutcome outcome;
     const int status = SolveBits(text, CurrentScopes(), nullptr, outcome);
-    if (status == kOk) {
+    if (status == zrt::kOk) {
       zrt::WriteHexText(outcome.value.Bytes(), outcome.value.bit_length(), hexText);
     }
     return status;

@@ -3,11 +3,11 @@
 
 #include "bitstream/stream_bytes.h"
 
-RowDataStream::RowDataStream() noexcept : BitLength(0) {}
+RowDataStream::RowDataStream() : BitLength(0) {}
 
 RowDataStream::RowDataStream(const RowDataStream& other) = default;
 
-RowDataStream::RowDataStream(int /*size*/, int bitLength) noexcept : BitLength(bitLength) {}
+RowDataStream::RowDataStream(int /*size*/, int bitLength) : BitLength(bitLength) {}
 
 RowDataStream::~RowDataStream() = default;
 

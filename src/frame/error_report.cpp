@@ -1,5 +1,6 @@
 // Error reports: the error list's loading, and the one way into the handler's record. Evaluators do
 // not report; a host has their status.
+#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
@@ -29,7 +30,8 @@ int ZRTExpression::Initialize(char* dir) {
       holdings_->handler = std::make_shared<ErrorHandler>();
       Handler = holdings_->handler.get();
     }
-    Handler->SetDefaultDir(dir);
+    // Not `dir` itself: it may have been the object's own text, which is released by now.
+    Handler->SetDefaultDir(dir ? DefaultDir : nullptr);
     std::string file(kListFile);  // the handler wants it writable
     const int status = Handler->Initialize(file.data(), kCategory);
     if (status < 0) ProcessException(status, kCategory, "");
@@ -53,7 +55,7 @@ int ZRTExpression::ProcessException(int code, unsigned long category, const char
     std::string message("\n");
     message.append(entry->GetErrorMessage()).append(detail).append("\n");
     Handler->SetErrorOccured(message.data());
-    return entry->GetErrorField();
+    return static_cast<unsigned short>(entry->GetErrorField());
   } catch (const std::bad_alloc&) {
     return kNoEntry;  // nothing is recorded
   }

@@ -59,7 +59,7 @@ ZRTExpression& ZRTExpression::operator=(const ZRTExpression& source) noexcept {
   // The fields made for mask names stay with the object that handed them out.
   if (!holdings_ && source.Handler) holdings_.reset(new (std::nothrow) Holdings);
   if (holdings_) {
-    holdings_->handler = source.Handler ? source.holdings_->handler : nullptr;
+    holdings_->handler = source.holdings_ ? source.holdings_->handler : nullptr;
     Handler = holdings_->handler.get();
   }
   return *this;
@@ -71,7 +71,7 @@ int ZRTExpression::SetDefaultDir(char* dir) {
   char* copy = CopyText(is_empty ? "" : dir);
   if (!copy) return ErrStreamWrite;
   Replace(DefaultDir, copy);
-  return kOk;
+  return zrt::kOk;
 }
 
 char* ZRTExpression::GetDefaultDir() { return DefaultDir; }

@@ -1,7 +1,7 @@
 // The object's doors to names: the searches through the scopes, and the fields made for mask names
 // that no scope holds. A pointer or false is the whole answer; null also where memory runs out.
-#include <cstring>
-#include <string_view>
+#include <memory>
+#include <utility>
 
 #include "ZRTExpression.h"
 #include "frame/holdings.h"
@@ -35,7 +35,9 @@ ZRTTokens* ZRTExpression::SearchToken(char* name) {
 
 ZRTTokens* ZRTExpression::GetTokenFromTree(ZRTTokenTree* tree, char* name) {
   RBTreeNode* node = name ? tree->Search(tree->GetRoot(), name) : nullptr;
-  return node ? static_cast<ZRTTokens*>(node->GetObject()) : nullptr;
+  // The contract leaves open as what a node hands its token out: this cast reads any pointer to it.
+  using Token = ZRTTokens*;
+  return node ? Token(node->GetObject()) : nullptr;
 }
 
 bool ZRTExpression::IsIgnoreInst(char* name) { return zrt::IsMaskName(name); }

@@ -1,5 +1,6 @@
 // The object's doors to the scans of text. They do not touch the object.
 #include <cstring>
+#include <optional>
 
 #include "ZRTExpression.h"
 #include "frame/guard.h"
@@ -52,7 +53,7 @@ int ZRTExpression::GetSubExpression(char* text, int open, int* close) {
     const std::int64_t match = marked.first_stray_close();
     const std::int64_t last_read = match < 0 ? std::int64_t{marked.length()} - 1 : match;
     *close = static_cast<int>(open + 1 + last_read);
-    return match < 0 ? ErrUnbalancedParenthesis : kOk;
+    return match < 0 ? ErrUnbalancedParenthesis : zrt::kOk;
   });
 }
 

@@ -2,6 +2,7 @@
 // linked, so that no later question reads the text again. Knows nothing of values or of solving.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string_view>

@@ -157,7 +157,7 @@ ZRTStatus Walk<Policy>::Enter(Piece piece, Known known) {
       if (text_.MatchOf(mark) == kNoMark) return ErrUnbalancedParenthesis;
       const Frame frame = OpenGroup(piece, mark);
       const std::uint32_t close = text_.MatchOf(mark);
-      // A group alone inside another needs no frame: nothing is left to do behind it.
+      // A group alone in its piece needs no frame, but for the outermost one, which delivers.
       const bool alone = frame.right_begin == piece.end && text_.PositionOf(mark) == piece.begin;
       if (!alone || frames_.empty()) frames_.Push(Frame(frame));
       piece = {text_.PositionOf(mark) + 1, text_.PositionOf(close), mark + 1, close};
@@ -183,9 +183,11 @@ typename Walk<Policy>::Frame Walk<Policy>::OpenGroup(const Piece& piece,
 
 // The operand ends at the first operator behind the unary one; what follows is the right text.
 //
-// Once a scan inside an operand has passed over a bracket, it meets the very brackets that the scan
-// which cut the operand went over, and finds nothing: the operand ends where that scan ended. The
-// mark on the piece spares a scan to the same end at every level of ~a[~a[~a[1]...
+// Once a scan inside an operand has passed over a bracket, it finds nothing more. Usually it has
+// met the very "]" that the scan which cut the operand went over, and goes on as that one did. Or
+// the operand holds no "[" from there on; then the first scan hid nothing there either, and every
+// operator left is the "-" of an exponent, which any scan passes over. The mark on the piece spares
+// a scan to the same end at every level of ~a[~a[~a[1]...
 template <class Policy>
 typename Walk<Policy>::Frame Walk<Policy>::OpenUnary(const Piece& piece, std::uint32_t unary_mark,
                                                      Piece& operand) const {
