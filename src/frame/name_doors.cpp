@@ -15,7 +15,7 @@ QLMDataField* ZRTExpression::SearchDataFieldSTAPLimpl(char* name) {
     if (!holdings_) holdings_ = std::make_unique<Holdings>();
     auto field = std::make_unique<QLMDataField>();
     field->SetFieldName(name);
-    field->AddRow(0);
+    if (!field->AddRow(0)) return nullptr;
     return holdings_->mask_fields.emplace_back(std::move(field)).get();
   } catch (...) {
     return nullptr;
