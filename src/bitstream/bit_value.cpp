@@ -64,7 +64,7 @@ void BitValue::Reshape(std::size_t up_bits, std::size_t byte_count) {
   first_ = first_ + size - new_size;  // up or down, as the size asks for
   std::memset(buffer() + first_, 0, new_high_bytes);
   byte_count_ = byte_count;
-  low_bit_ = static_cast<unsigned>(low_bit);
+  low_bit_ = static_cast<std::uint8_t>(low_bit);
   ClearAboveNumber();
 }
 

@@ -60,7 +60,7 @@ class BitValue {
   void And(std::span<const std::uint8_t> bytes);
 
  private:
-  static constexpr std::size_t kInlineSize = 24;
+  static constexpr std::size_t kInlineSize = 19;
 
   [[nodiscard]] std::size_t stored_size() const { return byte_count_ + (low_bit_ > 0 ? 1 : 0); }
   std::uint8_t* buffer() { return heap_ ? heap_.get() : inline_.data(); }
@@ -73,7 +73,7 @@ class BitValue {
   std::size_t first_ = 0;  // of the stored bytes, in the buffer
   std::size_t byte_count_ = 0;
   int bit_length_ = 0;
-  unsigned low_bit_ = 0;  // 0 to 7
+  std::uint8_t low_bit_ = 0;  // 0 to 7
   std::array<std::uint8_t, kInlineSize> inline_{};
 };
 

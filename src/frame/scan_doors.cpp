@@ -1,9 +1,9 @@
 // The object's doors to the scans of text. They do not touch the object.
 #include <cstring>
+#include <limits>
 #include <optional>
 
 #include "ZRTExpression.h"
-#include "frame/guard.h"
 #include "scan/marks.h"
 #include "scan/number.h"
 #include "scan/operator_scan.h"
@@ -46,15 +46,12 @@ int ZRTExpression::GetRightMostOperator(const char* text, unsigned short* code) 
 
 int ZRTExpression::GetSubExpression(char* text, int open, int* close) {
   *close = open;
-  return zrt::Guarded([&] {
-    const std::string_view behind(text + open + 1);
-    if (behind.size() > zrt::kMaxTextLength) return ErrStreamWrite;
-    const MarkedText marked(behind, MarkedText::Parentheses::kMarked);
-    const std::int64_t match = marked.first_stray_close();
-    const std::int64_t last_read = match < 0 ? std::int64_t{marked.length()} - 1 : match;
-    *close = static_cast<int>(open + 1 + last_read);
-    return match < 0 ? ErrUnbalancedParenthesis : zrt::kOk;
-  });
+  int depth = 1;
+  while (depth > 0 && *close < std::numeric_limits<int>::max() && text[*close + 1] != '\0') {
+    const char c = text[++*close];
+    depth += c == '(' ? 1 : c == ')' ? -1 : 0;
+  }
+  return depth > 0 ? ErrUnbalancedParenthesis : zrt::kOk;
 }
 
 int ZRTExpression::IsNumber(const char* text) {

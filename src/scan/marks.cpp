@@ -2,6 +2,8 @@
 // text holds brackets at all, one pass back over the marks for the brackets' links.
 #include "scan/marks.h"
 
+#include <algorithm>
+
 namespace zrt {
 
 MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(text) {
@@ -12,7 +14,7 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
   for (std::uint32_t position = 0; position < length; ++position) {
     const CharClass char_class = ClassOf(text[position]);
     if (char_class == CharClass::kPlain) continue;
-    const auto mark = static_cast<std::uint32_t>(marks_.size());
+    const std::uint32_t mark = mark_count_;
     std::uint32_t link = kNoMark;
     if (char_class == CharClass::kOpenParenthesis) {
       if (!marks_parentheses) continue;
@@ -24,13 +26,12 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
         const std::uint32_t outer = marks_[innermost_open].link;
         marks_[innermost_open].link = mark;
         innermost_open = outer;
-      } else if (first_stray_close_ < 0) {
-        first_stray_close_ = position;
       }
     } else if (char_class != CharClass::kOperator && first_bracket_ == kNoMark) {
       first_bracket_ = mark;
     }
-    marks_.Push({position, link});
+    if (mark_count_ == kInlineMarks) MoveToHeap(position);
+    marks_[mark_count_++] = {position, link};
   }
   while (innermost_open != kNoMark) {
     const std::uint32_t outer = marks_[innermost_open].link;
@@ -38,6 +39,15 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
     innermost_open = outer;
   }
   if (has_brackets()) LinkBrackets();
+}
+
+// The marks still to come are counted, so that no long text has them twice while they grow.
+void MarkedText::MoveToHeap(std::uint32_t position) {
+  const auto to_come = std::ranges::count_if(
+      text_.substr(position), [](char c) { return ClassOf(c) != CharClass::kPlain; });
+  heap_ = std::make_unique_for_overwrite<Mark[]>(kInlineMarks + static_cast<std::size_t>(to_come));
+  std::ranges::copy(inline_, heap_.get());
+  marks_ = heap_.get();
 }
 
 void MarkedText::LinkBrackets() {

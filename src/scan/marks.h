@@ -2,13 +2,14 @@
 // linked, so that no later question reads the text again. Knows nothing of values or of solving.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <string_view>
 
 #include "scan/operators.h"
-#include "scan/small_stack.h"
 
 namespace zrt {
 
@@ -33,12 +34,12 @@ class MarkedText {
 
   /// `text` holds at most kMaxTextLength characters. Throws std::bad_alloc.
   MarkedText(std::string_view text, Parentheses parentheses);
+  MarkedText(const MarkedText&) = delete;
+  MarkedText& operator=(const MarkedText&) = delete;
 
   [[nodiscard]] std::string_view text() const { return text_; }
   [[nodiscard]] std::uint32_t length() const { return static_cast<std::uint32_t>(text_.size()); }
-  [[nodiscard]] std::uint32_t mark_count() const {
-    return static_cast<std::uint32_t>(marks_.size());
-  }
+  [[nodiscard]] std::uint32_t mark_count() const { return mark_count_; }
   [[nodiscard]] char At(std::uint32_t position) const { return text_[position]; }
   [[nodiscard]] std::uint32_t PositionOf(std::uint32_t mark) const { return marks_[mark].position; }
   [[nodiscard]] char CharOf(std::uint32_t mark) const { return text_[marks_[mark].position]; }
@@ -57,18 +58,18 @@ class MarkedText {
   [[nodiscard]] bool has_brackets() const { return first_bracket_ != kNoMark; }
   [[nodiscard]] Brackets BracketsFrom(std::uint32_t mark) const;
 
-  /// The position of the first ")" that no "(" before it opens, -1 if there is none.
-  [[nodiscard]] std::int64_t first_stray_close() const { return first_stray_close_; }
-
  private:
+  void MoveToHeap(std::uint32_t position);
   void LinkBrackets();
 
   static constexpr std::size_t kInlineMarks = 96;
 
   std::string_view text_;
-  SmallStack<Mark, kInlineMarks> marks_;
+  std::uint32_t mark_count_ = 0;
   std::uint32_t first_bracket_ = kNoMark;
-  std::int64_t first_stray_close_ = -1;
+  std::array<Mark, kInlineMarks> inline_;  // left uninitialised: it would cost time
+  std::unique_ptr<Mark[]> heap_;
+  Mark* marks_ = inline_.data();
 };
 
 }  // namespace zrt

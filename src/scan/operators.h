@@ -9,7 +9,7 @@
 
 namespace zrt {
 
-enum OperatorCode : std::uint16_t {
+enum OperatorCode : std::uint8_t {
   OpNone,
   OpAnd,
   OpOr,

@@ -17,7 +17,7 @@
 #include "ErrorCodes.h"
 #include "scan/marks.h"
 #include "scan/operator_scan.h"
-#include "scan/small_stack.h"
+#include "solve/small_stack.h"
 
 namespace zrt {
 
@@ -59,24 +59,23 @@ class Walk {
 
  private:
   enum class Shape : std::uint8_t { kChain, kUnary, kGroup };
-  enum class Side : std::uint8_t { kLeft, kRight };
 
   // What is known of a piece before it is looked at, so that no stretch is searched twice for
   // groups: the pieces of a text without a group have none either.
   enum class Known : std::uint8_t { kNothing, kNoGroup, kChain };
 
-  // An open level: a piece with its middle, the "(" or the unary operator, and how far it is.
+  // An open level: a piece with its middle, the "(" or the unary operator, and how far it is. Deep
+  // texts have millions of them, so it is kept small.
   struct Frame {
     Piece piece;
     std::uint32_t middle_mark = kNoMark;
     std::uint32_t right_mark = kNoMark;  // first mark of the right text
-    std::uint32_t right_begin = 0;
-    Shape shape = Shape::kGroup;
-    std::uint8_t sides_done = 0;
-    bool has_left = false;
-    bool has_right = false;
     OperatorCode left_code = OpNone;
     OperatorCode right_code = OpNone;
+    bool is_group : 1 = false;
+    bool has_left : 1 = false;
+    bool has_right : 1 = false;
+    std::uint8_t sides_done : 2 = 0;
   };
 
   struct Look {
@@ -89,7 +88,7 @@ class Walk {
   ZRTStatus Advance();
   ZRTStatus Combine();
 
-  Frame OpenGroup(const Piece& piece, std::uint32_t open_mark) const;
+  Piece RightOf(const Frame& frame) const;
   Frame OpenUnary(const Piece& piece, std::uint32_t unary_mark, Piece& operand) const;
 
   // Cut one side of the top frame into `side`; an empty one is no failure and no side.
@@ -154,12 +153,13 @@ ZRTStatus Walk<Policy>::Enter(Piece piece, Known known) {
       return Chain(piece, values_.Top());
     }
     if (shape == Shape::kGroup) {
-      if (text_.MatchOf(mark) == kNoMark) return ErrUnbalancedParenthesis;
-      const Frame frame = OpenGroup(piece, mark);
       const std::uint32_t close = text_.MatchOf(mark);
+      if (close == kNoMark) return ErrUnbalancedParenthesis;
+      Frame frame{piece, mark, close + 1};
+      frame.is_group = true;
       // A group alone in its piece needs no frame, but for the outermost one, which delivers.
-      const bool alone = frame.right_begin == piece.end && text_.PositionOf(mark) == piece.begin;
-      if (!alone || frames_.empty()) frames_.Push(Frame(frame));
+      const bool alone = text_.PositionOf(mark) == piece.begin && RightOf(frame).empty();
+      if (!alone || frames_.empty()) frames_.Push(std::move(frame));
       piece = {text_.PositionOf(mark) + 1, text_.PositionOf(close), mark + 1, close};
       known = Known::kNothing;
     } else {
@@ -173,12 +173,16 @@ ZRTStatus Walk<Policy>::Enter(Piece piece, Known known) {
 }
 
 template <class Policy>
-typename Walk<Policy>::Frame Walk<Policy>::OpenGroup(const Piece& piece,
-                                                     std::uint32_t open_mark) const {
-  const std::uint32_t close = text_.MatchOf(open_mark);
-  Frame frame{piece, open_mark, close + 1, text_.PositionOf(close) + 1, Shape::kGroup};
-  while (frame.right_begin < piece.end && text_.At(frame.right_begin) == ' ') ++frame.right_begin;
-  return frame;
+Piece Walk<Policy>::RightOf(const Frame& frame) const {
+  Piece right = frame.piece;
+  right.first_mark = frame.right_mark;
+  if (frame.is_group) {
+    right.begin = text_.PositionOf(frame.right_mark - 1) + 1;
+    return DropLeadingBlanks(text_, right);
+  }
+  const bool is_there = right.first_mark < right.last_mark;
+  right.begin = is_there ? text_.PositionOf(right.first_mark) : right.end;
+  return right;
 }
 
 // The operand ends at the first operator behind the unary one; what follows is the right text.
@@ -195,10 +199,9 @@ typename Walk<Policy>::Frame Walk<Policy>::OpenUnary(const Piece& piece, std::ui
   operand.begin = text_.PositionOf(unary_mark) + 1;
   operand.first_mark = unary_mark + 1;
   operand = DropLeadingBlanks(text_, operand);
-  Frame frame{piece, unary_mark, piece.last_mark, piece.end, Shape::kUnary};
+  Frame frame{piece, unary_mark, piece.last_mark};
   if (const auto found = LeftMostOperator(text_, operand)) {
     frame.right_mark = found->mark;
-    frame.right_begin = found->position;
     operand = PieceBefore(text_, operand, *found);
   }
   operand.bracket_ends_scan = true;
@@ -210,30 +213,28 @@ typename Walk<Policy>::Frame Walk<Policy>::OpenUnary(const Piece& piece, std::ui
 template <class Policy>
 ZRTStatus Walk<Policy>::Advance() {
   Frame& frame = frames_.Top();
-  if (frame.sides_done == 0 && frame.shape == Shape::kUnary) {
+  if (frame.sides_done == 0 && !frame.is_group) {
     policy_.ApplyUnary(values_.Top(), EntryOf(text_.CharOf(frame.middle_mark)).code);
   }
   while (frame.sides_done < 2) {
-    const bool first = frame.sides_done++ == 0;
-    const Side side = first == (frame.shape == Shape::kGroup) ? Side::kRight : Side::kLeft;
-    std::optional<Piece> piece;
-    const ZRTStatus status = side == Side::kRight ? CutRight(frame, piece) : CutLeft(frame, piece);
+    const bool is_right = frame.is_group == (frame.sides_done == 0);
+    ++frame.sides_done;
+    std::optional<Piece> side;
+    const ZRTStatus status = is_right ? CutRight(frame, side) : CutLeft(frame, side);
     if (status != kOk) return status;
-    if (!piece) continue;
-    const bool may_have_group = frame.shape == Shape::kGroup && side == Side::kRight;
-    const bool is_chain = frame.shape == Shape::kUnary && side == Side::kLeft;
-    return Enter(*piece, may_have_group ? Known::kNothing
-                         : is_chain     ? Known::kChain
-                                        : Known::kNoGroup);
+    if (!side) continue;
+    Known known = Known::kNoGroup;  // the first group is behind it, or the piece has none
+    if (frame.is_group && is_right) known = Known::kNothing;
+    if (!frame.is_group && !is_right)
+      known = Known::kChain;  // the first unary operator is behind it
+    return Enter(*side, known);
   }
   return Combine();
 }
 
 template <class Policy>
 ZRTStatus Walk<Policy>::CutRight(Frame& frame, std::optional<Piece>& side) const {
-  Piece right = frame.piece;
-  right.begin = frame.right_begin;
-  right.first_mark = frame.right_mark;
+  const Piece right = RightOf(frame);
   if (right.empty()) return kOk;
   const auto found = OperatorAtStart(text_, right);
   if (!found) return ErrMisplacedOperator;
@@ -254,7 +255,7 @@ ZRTStatus Walk<Policy>::CutLeft(Frame& frame, std::optional<Piece>& side) {
   if (left.empty()) return kOk;
   RightScan scan(text_, left);
   auto found = scan.Last();
-  if (frame.shape == Shape::kGroup) {
+  if (frame.is_group) {
     const ZRTStatus status = CutNegations(frame, scan, found);
     if (status != kOk || scan.rest().empty()) return status;
   }
@@ -275,7 +276,7 @@ ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan,
     const bool alone = PieceBefore(text_, scan.rest(), *found).empty();
     if (Policy::kGroupNegation == GroupNegation::kIfAlone && !alone) return kOk;
     // The group's value lies below the right side's, if there is one.
-    policy_.ApplyUnary(values_[values_.size() - 1 - (frame.has_right ? 1 : 0)], code);
+    policy_.ApplyUnary(values_.Below(frame.has_right ? 1 : 0), code);
     scan.CutBefore(*found);
     found = scan.Last();
   }
@@ -288,10 +289,9 @@ template <class Policy>
 ZRTStatus Walk<Policy>::Combine() {
   const Frame frame = frames_.Pop();
   const std::size_t side_count = (frame.has_left ? 1U : 0U) + (frame.has_right ? 1U : 0U);
-  const std::size_t base = values_.size() - 1 - side_count;
-  const bool right_is_first = frame.shape == Shape::kGroup || !frame.has_left;
-  Value& middle = values_[base];
-  Value& first_side = values_[base + (side_count > 0 ? 1 : 0)];
+  const bool right_is_first = frame.is_group || !frame.has_left;
+  Value& middle = values_.Below(side_count);
+  Value& first_side = values_.Below(side_count > 0 ? side_count - 1 : 0);
   Value& last_side = values_.Top();
   Value& left = right_is_first ? last_side : first_side;
   Value& right = right_is_first ? first_side : last_side;
@@ -306,7 +306,7 @@ ZRTStatus Walk<Policy>::Combine() {
   if (status == kOk && frame.has_right) status = policy_.Apply(running, frame.right_code, right);
   if (is_result) policy_.Deliver(running, side_count == 0);
   if (joins_left) middle = std::move(left);
-  values_.Drop(side_count);
+  for (std::size_t side = 0; side < side_count; ++side) values_.Drop();
   return status;
 }
 
