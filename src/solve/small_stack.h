@@ -86,10 +86,10 @@ class SmallStack {
   T* top_;    // one behind the top element
   T* end_;
   std::size_t level_ = 0;
-  bool has_spare_ = false;           // the room above this one is there, empty
-  std::array<T*, kMaxRooms> rooms_;  // from level 1 on
-  alignas(
-      T) std::byte inline_[sizeof(T) * kInlineCount];  // like rooms_, not initialised for nothing
+  bool has_spare_ = false;  // the room above this one is there, empty
+  // From level 1 on. Neither this nor the inline room is initialised: it would cost time.
+  std::array<T*, kMaxRooms> rooms_;
+  alignas(T) std::byte inline_[sizeof(T) * kInlineCount];
 };
 
 }  // namespace zrt
