@@ -1,19 +1,14 @@
-// Runs the documents. Each example of language.md is evaluated over the names that the document
-// declares; each C++ block of embedding.md is code of this file, fenced by comments, and the two
-// must be equal to the letter. Knows of the evaluator what a host knows.
+// Runs the document for hosts: each C++ block of embedding.md is code of this file, fenced by
+// comments, and the two must be equal to the letter.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
-#include <memory>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -44,29 +39,6 @@ std::map<std::string, Lines> BlocksOf(const char* path) {
   }
   EXPECT_FALSE(block || blocks.empty()) << path;
   return blocks;
-}
-
-template <typename T>
-std::vector<T> Rest(std::istream& words) {
-  return {std::istream_iterator<T>(words), {}};
-}
-
-std::unique_ptr<World> Declare(const Lines& lines) {
-  auto world = std::make_unique<World>();
-  ZRTTokenTree& tokens = world->local_tokens;
-  for (const std::string& line : lines) {
-    std::istringstream words(line);
-    std::string kind, name, equals, row;
-    words >> kind >> name >> equals;
-    const char* key = name.c_str();
-    if (kind == "int") tokens.Add(ZRTTokens::IntScalar(key, Rest<int>(words).at(0)));
-    if (kind == "ints") tokens.Add(ZRTTokens::IntArray(key, Rest<int>(words)));
-    if (kind == "float") tokens.Add(ZRTTokens::FloatScalar(key, Rest<float>(words).at(0)));
-    if (kind == "floats") tokens.Add(ZRTTokens::FloatArray(key, Rest<float>(words)));
-    while (kind == "field" && words >> row) AddRows(world->external_data, key, {row.c_str()});
-    EXPECT_TRUE(words.eof()) << line;
-  }
-  return world;
 }
 
 TEST(Docs, EachBlockOfEmbeddingIsCodeOfThisFile) {
@@ -125,6 +97,12 @@ std::string RunLengthText(LByteBuffer& data) {
 }
 // ```
 
+TEST(Docs, RunLengthText) {
+  RowDataStream stream;
+  Fill(stream, "55555555555555/56");
+  EXPECT_EQ(RunLengthText(stream), "(0x55^7)");
+}
+
 // ```cpp
 std::string MessageFor(ZRTExpression& expression, int status) {
   ErrorHandler* handler = expression.GetErrorHandler();  // null before Initialize
@@ -146,55 +124,6 @@ TEST(Docs, Messages) {
   EXPECT_EQ(MessageFor(expression, ErrUnknownOperand), "Neither a known name nor a number.");
   EXPECT_EQ(MessageFor(expression, -1), "status -1");
   std::filesystem::remove_all(dir);
-}
-
-// The value of a text, or its status as a number.
-std::string Outcome(ZRTExpression& expression, const std::string& kind, const char* text) {
-  if (kind == "zrt-bits") return Evaluate(expression, text);
-  if (kind == "zrt-write") {
-    RowDataStream stream;
-    EXPECT_EQ(expression.GetBitStream(text, &stream), 0);
-    std::string written = RunLengthText(stream);
-    if (written.empty()) return "nothing";
-    EXPECT_EQ(Evaluate(expression, written.c_str()), Hex(stream));
-    return written;
-  }
-  int integer = 0;
-  float real = 0;
-  const bool is_float = kind == "zrt-float";
-  EXPECT_TRUE(is_float || kind == "zrt-int") << "an unknown kind of block: " << kind;
-  const int status = is_float ? expression.GetFloatOperand(text, &real)
-                              : expression.GetIntegerOperand(text, &integer);
-  if (status != 0 || !is_float) return std::to_string(status != 0 ? status : integer);
-  char digits[32];
-  return {digits, std::to_chars(digits, std::end(digits), real).ptr};
-}
-
-TEST(Docs, EachExampleOfTheLanguageGivesWhatItSays) {
-  const std::regex kExample(R"((".*"|\S.*?) +-> +(\S+)(?: +;.*)?)");
-  const auto blocks = BlocksOf(ZRT_DOCS_DIR "/language.md");
-  std::map<std::string, std::string> names;  // of the statuses: "-511  ErrUnknownOperand ..."
-  for (const std::string& line : blocks.at("zrt-status")) {
-    if (!line.empty()) names[line.substr(0, 4)] = line.substr(6, line.find(' ', 6) - 6);
-  }
-  for (const auto& [kind, lines] : blocks) {
-    if (kind == "text" || kind == "zrt-scope" || kind == "zrt-status") continue;
-    auto world = Declare(blocks.at("zrt-scope"));
-    for (const std::string& line : lines) {
-      std::smatch match;
-      if (line.empty()) {
-        world = Declare(blocks.at("zrt-scope"));  // the rows of fields begin anew in each block
-      } else if (std::regex_match(line, match, kExample)) {
-        std::string text = match[1];
-        if (text.front() == '"') text = text.substr(1, text.size() - 2);
-        std::string outcome = Outcome(world->expression, kind, text.c_str());
-        if (names.contains(outcome)) outcome = names[outcome];
-        EXPECT_EQ(outcome, match[2]) << line;
-      } else {
-        ADD_FAILURE() << "no example: " << line;
-      }
-    }
-  }
 }
 
 }  // namespace

@@ -6,7 +6,9 @@
 #include <cstdlib>
 #include <limits>
 #include <new>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "support.h"
 
@@ -44,7 +46,7 @@ void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); 
 
 namespace {
 
-std::string Repeated(const char* piece, std::size_t count) {
+std::string Repeated(const std::string& piece, std::size_t count) {
   std::string text;
   for (std::size_t i = 0; i < count; ++i) text += piece;
   return text;
@@ -62,54 +64,31 @@ struct Evaluations {
                  expression.GetBitStream(text.c_str(), &stream)} {}
 };
 
-// A text of `count` pieces: some before, one in the middle, some behind.
-struct Shape {
-  const char* before;
-  const char* middle;
-  const char* behind;
-  int integer_status, bits_status;
-};
-
-constexpr Shape kShapes[] = {
-    {"(",              "1",    ")",      0,                        0                       },
-    {"(1)+",           "1",    "",       0,                        0                       },
-    {"1+",             "1",    "",       0,                        0                       },
-    {"~1+",            "1",    "",       0,                        0                       },
-    {"1+(",            "1",    ")",      0,                        0                       },
-    {"(",              "1",    ")+1",    0,                        0                       },
-    {"(",              "1",    "",       ErrUnbalancedParenthesis, ErrUnbalancedParenthesis},
-    {"~",              "1",    "]",      ErrStrayCloseBracket,     ErrStrayCloseBracket    },
-    {"~a[",            "1",    "]",      ErrUnknownOperand,        ErrNegativeIndex        },
-    {"~b[+]c[",        "1",    "]e-",    ErrNegativeIndex,         ErrNegativeIndex        },
-    {"a[",             "1",    "]",      ErrNegativeIndex,         ErrNegativeIndex        },
-    {"#101@",          "#101", "",       ErrInvalidOperator,       0                       },
-    {"(#101)@",        "#101", "",       ErrInvalidOperator,       0                       },
-    {"~#101@",         "#101", "",       ErrInvalidOperator,       0                       },
-    {"#101@(",         "#101", ")",      ErrInvalidOperator,       0                       },
-    {"(",              "#101", ")@#101", ErrInvalidOperator,       0                       },
-    {"#101@#11&0x1F@", "#101", "",       ErrInvalidOperator,       0                       },
-    {"#101@#1<<0@",    "#101", "",       ErrInvalidOperator,       0                       },
-};
+// Texts of `count` pieces: some before ("." for none), one in the middle, some behind.
+constexpr const char* kShapes = R"(
+  ( 1 )     (1)+ 1 .    1+ 1 .      ~1+ 1 .      1+( 1 )    ( 1 )+1    ( 1 .    ~ 1 ]    a[ 1 ]
+  ~a[ 1 ]   ~b[+]c[ 1 ]e-           #101@ #101 .          (#101)@ #101 .        ~#101@ #101 .
+  #101@( #101 )         ( #101 )@#101         #101@#11&0x1F@ #101 .             #101@#1<<0@ #101 .)";
 
 // Memory stands for work here: it counts exactly. Each piece kept again at every level would show.
 TEST(Growth, PiecesAndLevelsCostInProportion) {
   ZRTExpression expression;
-  for (const Shape& shape : kShapes) {
-    SCOPED_TRACE(std::string(shape.before) + shape.middle + shape.behind);
-    const std::size_t most = &shape == kShapes ? 1000000 : 100000;
-    long bytes[2] = {};
-    for (const std::size_t half : {0U, 1U}) {
-      const std::size_t count = half == 0 ? most : most / 2;
-      const std::string text =
-          Repeated(shape.before, count) + shape.middle + Repeated(shape.behind, count);
-      const long before = allocated_bytes;
+  std::istringstream shapes(kShapes);
+  std::size_t most = 1000000;
+  for (std::string before, middle, behind; shapes >> before >> middle >> behind; most = 30000) {
+    if (behind == ".") behind.clear();
+    std::vector<int> statuses;
+    std::vector<long> bytes;
+    for (const std::size_t count : {std::size_t{9}, most / 2, most}) {
+      const std::string text = Repeated(before, count) + middle + Repeated(behind, count);
+      const long bytes_before = allocated_bytes;
       RowDataStream stream;
       const Evaluations evaluations(expression, text, stream);
-      bytes[half] = allocated_bytes - before;
-      EXPECT_EQ(evaluations.statuses[0], shape.integer_status);
-      EXPECT_EQ(evaluations.statuses[2], shape.bits_status);
+      bytes.push_back(allocated_bytes - bytes_before);
+      statuses.insert(statuses.end(), evaluations.statuses, std::end(evaluations.statuses));
     }
-    EXPECT_LT(bytes[0], 3 * bytes[1] + 1000);
+    EXPECT_LT(bytes[2], 3 * bytes[1] + 1000) << before << middle << behind;
+    for (std::size_t i = 3; i < statuses.size(); ++i) EXPECT_EQ(statuses[i], statuses[i % 3]);
   }
 }
 

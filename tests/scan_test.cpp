@@ -1,6 +1,7 @@
 // The scans of text: operators from both sides, matching parentheses, kinds of number literals.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -22,57 +23,28 @@ std::string Find(const decltype(GetLeftMostOperator)& scan, const std::string& t
 // The first "[" and the first "]" hide what stands between them, and a scan from the right ends
 // there. To that one only the first "e-" and the first "E-" are exponents.
 TEST(Scan, FindsOperatorsFromBothSides) {
-  struct Row {
-    const char *text, *left, *right;
-  };
-  const Row rows[] = {
-      {"",               "-1?", "-1?"},
-      {"  1 + 2*3 ",     "4+",  "7*" },
-      {"-(1+2)-3",       "0-",  "6-" },
-      {"1<2>3",          "1,",  "3," },
-      {"1<<<2",          "1<",  "2<" },
-      {">><",            "0>",  "2," },
-      {"1e-5",           "-1?", "-1?"},
-      {"1E- 5 - 2",      "6-",  "6-" },
-      {"e--",            "2-",  "2-" },
-      {"1e-5+2E-3",      "4+",  "4+" },
-      {"1E-5+2e-3",      "4+",  "4+" },
-      {"1e-5+2e-3",      "4+",  "7-" },
-      {"1e-5E-6e-7",     "-1?", "8-" },
-      {"a[1+2]",         "-1?", "-1?"},
-      {"a[1+2]  -3",     "8-",  "8-" },
-      {"1+a[2-3]",       "1+",  "-1?"},
-      {"a[1+2]+b[3-4]",  "6+",  "10-"},
-      {"a[1-2]b[3-4]+5", "12+", "12+"},
-      {"a[b[1]+2]",      "6+",  "6+" },
-      {"1+[2]e-3",       "1+",  "1+" },
-      {"1+2]-3",         "4-",  "4-" },
-      {"1+2[",           "1+",  "1+" },
-      {"1]+[2-3]",       "2+",  "5-" },
-  };
-  for (const auto& [text, left, right] : rows) {
+  std::istringstream cases(R"(
+    x -1? -1?         ''1'+'2*3' 4+ 7*   -(1+2)-3 0- 6-    1<2>3 1, 3,    1<<<2 1< 2<    >>< 0> 2,
+    1e-5 -1? -1?      1E-'5'-'2 6- 6-    e-- 2- 2-         1e-5+2E-3 4+ 4+      1E-5+2e-3 4+ 4+
+    1e-5+2e-3 4+ 7-   1e-5E-6e-7 -1? 8-  a[1+2] -1? -1?    a[1+2]''-3 8- 8-     1+a[2-3] 1+ -1?
+    a[1+2]+b[3-4] 6+ 10-    a[1-2]b[3-4]+5 12+ 12+         a[b[1]+2] 6+ 6+      1+[2]e-3 1+ 1+
+    1+2]-3 4- 4-      1+2[ 1+ 1+         1]+[2-3] 2+ 5-)");
+  for (std::string text, left, right; cases >> text >> left >> right;) {
+    std::ranges::replace(text, '\'', ' ');
     EXPECT_EQ(Find(GetLeftMostOperator, text), left) << text;
     EXPECT_EQ(Find(GetRightMostOperator, text), right) << text;
   }
+  EXPECT_EQ(Find(GetRightMostOperator, ""), "-1?");
 }
 
 TEST(Scan, FindsTheMatchingParenthesis) {
-  struct Row {
-    std::string text;
-    int open, close, status;
-  };
-  Row rows[] = {
-      {"((a)b)", 0, 5, 0                       },
-      {"((a)b)", 1, 3, 0                       },
-      {"([)]",   0, 2, 0                       },
-      {"x(a",    1, 2, ErrUnbalancedParenthesis},
-      {"(()",    0, 2, ErrUnbalancedParenthesis},
-  };
   ZRTExpression expression;
-  for (auto& [text, open, close, status] : rows) {
-    int found = -1;
-    EXPECT_EQ(GetSubExpression(expression, text.data(), open, &found), status) << text;
-    EXPECT_EQ(found, close) << text;
+  std::istringstream cases("((a)b) 0 5  ((a)b) 1 3  ([)] 0 2  x(a 1 -2  (() 0 -2  x( 1 -1");
+  std::string text;
+  for (int open = 0, close = 0; cases >> text >> open >> close;) {
+    int found = -1;  // a close below 0 is the last character read without a match
+    const int status = GetSubExpression(expression, text.data(), open, &found);
+    EXPECT_EQ(status == 0 ? found : -found, close) << text;
   }
 }
 
