@@ -25,23 +25,11 @@ void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-struct Scope : World {
-  Scope() {
-    local_tokens.Add(ZRTTokens::IntScalar("n", 2));
-    local_tokens.Add(ZRTTokens::IntArray("t", {1, -20, 300, 4}));
-    global_tokens.Add(ZRTTokens::FloatScalar("f", -2.75F));
-    global_tokens.Add(ZRTTokens::FloatArray("e", {1.5F, 1e30F}));
-    AddRows(external_data, "A", {"0ABC/12", "FA01/3", "55/0", "C3C3C3C3C3C3C3C3C3/90"});
-    AddRows(local_data, "S", {"AB/8"});
-    AddRows(global_data, "FuseArray_TDI", {"010203/17"});
-  }
-};
-
 using Outcome = std::pair<int, std::string>;  // the status, and what the evaluation left
 
 template <class Number>
 Outcome Scalar(int (ZRTExpression::*evaluate)(const char*, Number*), const std::string& text) {
-  Scope scope;
+  RichWorld scope;
   Number number = 77;
   const int status = (scope.expression.*evaluate)(text.c_str(), &number);
   return {status, std::to_string(number)};
@@ -49,7 +37,7 @@ Outcome Scalar(int (ZRTExpression::*evaluate)(const char*, Number*), const std::
 
 Outcome Stream(std::string text, bool is_chain = false, int block_size = 0) {
   const BlockSize setting(block_size);
-  Scope scope;
+  RichWorld scope;
   RowDataStream stream;
   const int status = is_chain ? scope.expression.SolveBitStreamExpression(text.data(), &stream)
                               : scope.expression.GetBitStream(text.c_str(), &stream);

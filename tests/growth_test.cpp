@@ -132,9 +132,8 @@ TEST(Growth, ExhaustedMemoryIsAStatus) {
   for (const std::string& text : texts) {
     bool is_short_of_memory = true;
     for (long left = 0; is_short_of_memory; ++left) {
-      RowDataStream stream;
+      RowDataStream stream, short_stream;
       const Evaluations plain(world.expression, text, stream);
-      RowDataStream short_stream;
       allocations_left = left;
       const Evaluations evaluations(world.expression, text, short_stream);
       is_short_of_memory = allocations_left == 0;

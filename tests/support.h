@@ -2,10 +2,15 @@
 // notation of people, "0ABC/12" for the 12 bits ABC in two bytes. Knows nothing of a single test.
 #pragma once
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "ZRTExpression.h"
@@ -21,52 +26,33 @@ struct Opened {
   friend constexpr typename Tag::Type Member(Tag) { return kMember; }
 };
 
-template <typename Result, typename... Args>
-class Door {
- public:
-  using Type = Result (ZRTExpression::*)(Args...);
-  constexpr explicit Door(Type member) : member_(member) {}
-  Result operator()(ZRTExpression& expression, Args... arguments) const {
-    return (expression.*member_)(arguments...);
-  }
+#define ZRT_DOOR(name, ...)                                          \
+  struct name##Tag {                                                 \
+    using Type = std::type_identity_t<__VA_ARGS__> ZRTExpression::*; \
+    friend constexpr Type Member(name##Tag);                         \
+  };                                                                 \
+  template struct Opened<name##Tag, &ZRTExpression::name>;           \
+  [[maybe_unused]] constexpr auto name = std::mem_fn(Member(name##Tag{}))
 
- private:
-  Type member_;
-};
-
-#define ZRT_DOOR(name, ...)                                \
-  struct name##Tag {                                       \
-    using Type = Door<__VA_ARGS__>::Type;                  \
-    friend constexpr Type Member(name##Tag);               \
-  };                                                       \
-  template struct Opened<name##Tag, &ZRTExpression::name>; \
-  [[maybe_unused]] constexpr Door<__VA_ARGS__> name(Member(name##Tag{}))
-
-ZRT_DOOR(ProcessException, int, int, unsigned long, const char*);
-ZRT_DOOR(SetErrorInstruction, void, char*);
-ZRT_DOOR(GetLeftMostOperator, int, const char*, unsigned short*);
-ZRT_DOOR(GetRightMostOperator, int, const char*, unsigned short*);
-ZRT_DOOR(GetSubExpression, int, char*, int, int*);
-ZRT_DOOR(IsNumber, int, const char*);
-ZRT_DOOR(IsHexDigit, bool, char);
-ZRT_DOOR(SearchToken, ZRTTokens*, char*);
-ZRT_DOOR(GetTokenFromTree, ZRTTokens*, ZRTTokenTree*, char*);
-ZRT_DOOR(IsIgnoreInst, bool, char*);
-ZRT_DOOR(IsToken, bool, const char*);
-ZRT_DOOR(SolveIntegerExpression, int, const char*, int*);
-ZRT_DOOR(ExecuteIntegerOperator, int, int*, unsigned short, int);
-ZRT_DOOR(SolveFloatExpression, int, const char*, float*);
-ZRT_DOOR(GetFloatValue, int, char*, float*);
-ZRT_DOOR(ExecuteFloatOperator, int, float*, unsigned short, float);
-ZRT_DOOR(GetBitStreamValue, int, char*, RowDataStream*);
-ZRT_DOOR(ExecuteBitStreamOperator, int, RowDataStream*, unsigned short, RowDataStream*);
-
-struct ErrorInstructionTag {
-  using Type = char* ZRTExpression::*;
-  friend constexpr Type Member(ErrorInstructionTag);
-};
-template struct Opened<ErrorInstructionTag, &ZRTExpression::ErrorInstruction>;
-[[maybe_unused]] constexpr auto kErrorInstruction = Member(ErrorInstructionTag{});
+ZRT_DOOR(ProcessException, int(int, unsigned long, const char*));
+ZRT_DOOR(SetErrorInstruction, void(char*));
+ZRT_DOOR(GetLeftMostOperator, int(const char*, unsigned short*));
+ZRT_DOOR(GetRightMostOperator, int(const char*, unsigned short*));
+ZRT_DOOR(GetSubExpression, int(char*, int, int*));
+ZRT_DOOR(IsNumber, int(const char*));
+ZRT_DOOR(IsHexDigit, bool(char));
+ZRT_DOOR(SearchToken, ZRTTokens*(char*));
+ZRT_DOOR(GetTokenFromTree, ZRTTokens*(ZRTTokenTree*, char*));
+ZRT_DOOR(IsIgnoreInst, bool(char*));
+ZRT_DOOR(IsToken, bool(const char*));
+ZRT_DOOR(SolveIntegerExpression, int(const char*, int*));
+ZRT_DOOR(ExecuteIntegerOperator, int(int*, unsigned short, int));
+ZRT_DOOR(SolveFloatExpression, int(const char*, float*));
+ZRT_DOOR(GetFloatValue, int(char*, float*));
+ZRT_DOOR(ExecuteFloatOperator, int(float*, unsigned short, float));
+ZRT_DOOR(GetBitStreamValue, int(char*, RowDataStream*));
+ZRT_DOOR(ExecuteBitStreamOperator, int(RowDataStream*, unsigned short, RowDataStream*));
+ZRT_DOOR(ErrorInstruction, char*);
 
 }  // namespace
 
@@ -108,6 +94,29 @@ inline QLMDataField* AddRows(QLMPlusData& data, const char* name,
   return field;
 }
 
+/// Names of every kind, hidden, of odd types and widths, with rows that agree and that do not.
+struct RichWorld : World {
+  RichWorld() {
+    local_tokens.Add(ZRTTokens::IntScalar("n", 2));
+    local_tokens.Add(ZRTTokens::IntScalar("neg", -2, 4));
+    local_tokens.Add(ZRTTokens::IntScalar("hidden", 7));
+    local_tokens.Add(ZRTTokens::IntScalar("10", 99));
+    local_tokens.Add(ZRTTokens::IntArray("t", {10, 20, 30}));
+    local_tokens.Add(ZRTTokens::FloatScalar("f", 2.5F));
+    global_tokens.Add(ZRTTokens::IntScalar("FuseArray_TDI", 5));
+    global_tokens.Add(ZRTTokens::IntScalar("odd", 1, 9));
+    AddRows(external_data, "A", {"11/8", "22/8"});
+    AddRows(local_data, "A", {"EE/8"});
+    AddRows(local_data, "B", {"11/8", "22/8", "33/8", "44/8"});
+    AddRows(global_data, "hidden", {"0ABC/12"});
+    AddRows(global_data, "Long", {"0102030405060708090A/75"});
+    AddRows(global_data, "Spare", {"FFFF/12"});
+    AddRows(global_data, "More", {"AABB/8"});
+    AddRows(global_data, "Less", {"AB/24"});
+    AddRows(global_data, "None", {});
+  }
+};
+
 /// Appends bytes and sets the bit length, as a host does it: a block at a time.
 inline void Fill(RowDataStream& stream, std::string_view notation) {
   const Bits bits(notation);
@@ -147,4 +156,21 @@ class BlockSize {
 
  private:
   int before_;
+};
+
+/// A directory for one test, with an error list if it is given one, gone at the end.
+class Directory {
+ public:
+  explicit Directory(const char* list = nullptr) {
+    std::string name = std::filesystem::temp_directory_path() / "zrt_XXXXXX";
+    path_ = mkdtemp(name.data());
+    if (list) std::ofstream(path_ + "/ErrorList.txt") << list;
+  }
+  Directory(const Directory&) = delete;
+  Directory& operator=(const Directory&) = delete;
+  ~Directory() { std::filesystem::remove_all(path_); }
+  char* path() { return path_.data(); }
+
+ private:
+  std::string path_;
 };

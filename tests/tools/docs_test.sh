@@ -1,19 +1,39 @@
 #!/usr/bin/env bash
-# Evaluates each example of the language's document over the scope file that stands in it. Knows of
-# the evaluator what the host program prints.
+# Runs the documents. Each example of language.md is evaluated over the scope file that stands in it;
+# each C++ block of embedding.md is code of docs_test.cpp, where comments fence it, and the two must
+# be equal to the letter. Knows of the evaluator what the host program prints.
 #
-#   language_test.sh PROGRAM LANGUAGE_DOCUMENT
+#   docs_test.sh PROGRAM SOURCE_DIR
 set -uo pipefail
 
 zrteval="$(realpath "$1")"
-document="$(realpath "$2")"
+source_dir="$(realpath "$2")"
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 cd "$work" || exit 1
 
-# Each fenced block goes to a file of its own, such as 07.zrt-bits.
-awk '/^```/ { name = name ? "" : sprintf("%02d.%s", ++count, substr($0, 4)); next }
-     name { print > name }' "$document"
+# The blocks of a file, each in a file of its own, such as 07.zrt-bits, without the fence's indent.
+split() {
+  mkdir "$1" && (cd "$1" && awk '
+    /^ *(\/\/ )?```/ {
+      indent = match($0, /[^ ]/)
+      kind = substr($0, index($0, "```") + 3)
+      name = name ? "" : sprintf("%02d.%s", ++count, kind)
+      next
+    }
+    name { print substr($0, indent) > name }' "$source_dir/$2")
+}
+split embedding docs/embedding.md
+split code tests/docs_test.cpp
+cat embedding/*.cpp > embedding.cpp
+cat code/*.cpp > code.cpp
+diff embedding.cpp code.cpp || exit 1
+mv embedding/*.zrt-list ErrorList.txt
+"$zrteval" int --data-dir . x 2> message
+grep -q 'Neither a known name nor a number.$' message || { cat message; exit 1; }
+
+split language docs/language.md
+cd language || exit 1
 mv ./*.jsonc scope.jsonc
 # The table of statuses says which name belongs to which number.
 awk '{ print "s/^" $1 " " $2 "$/" $2 "/" }' ./*.zrt-status > names.sed
