@@ -16,8 +16,8 @@ namespace {
 
 constexpr long kUnlimited = std::numeric_limits<long>::max();
 
-long allocation_count = 0, allocated_bytes = 0;
-long allocations_left = kUnlimited;
+thread_local long allocation_count = 0, allocated_bytes = 0;  // of this thread, as all below
+thread_local long allocations_left = kUnlimited;
 
 void* Allocate(std::size_t size) noexcept {
   ++allocation_count;

@@ -2,8 +2,6 @@
 // number, so a token may hide a literal.
 #include "scalar/operand.h"
 
-#include <algorithm>
-
 #include "scalar/convert.h"
 #include "scalar/integer.h"
 #include "scalar/token_type.h"
@@ -48,24 +46,19 @@ ZRTTokens* FindToken(std::string_view name, const Scopes& scopes) {
 }  // namespace
 
 ZRTStatus SplitOperand(std::string_view text, Operand& operand) {
-  const auto is_bracket = [](char c) { return c == '[' || c == ']'; };
-  auto bracket = std::find_if(text.begin(), text.end(), is_bracket);
-  if (bracket == text.end()) {
+  const std::size_t open = text.find('[');
+  if (open == std::string_view::npos) {  // behind a "[", a "]" too many is harmless
+    if (text.find(']') != std::string_view::npos) return ErrStrayCloseBracket;
     operand = {text, std::nullopt};
     return kOk;
   }
-  if (*bracket == ']') {  // harmless if a "[" follows
-    bracket = std::find(bracket, text.end(), '[');
-    if (bracket == text.end()) return ErrStrayCloseBracket;
-  }
-  if (bracket == text.begin()) return ErrMissingArrayName;
-  const std::string_view name(text.begin(), bracket);
-  std::string_view index = DropLeadingBlanks({bracket + 1, text.end()});
+  if (open == 0) return ErrMissingArrayName;
+  std::string_view index = DropLeadingBlanks(text.substr(open + 1));
   const std::size_t close = index.find(']');
   if (close == std::string_view::npos) return ErrMissingCloseBracket;
   index = DropTrailingBlanks(index.substr(0, close));
   if (index.empty()) return ErrEmptyIndex;
-  operand = {DropTrailingBlanks(name), index};
+  operand = {DropTrailingBlanks(text.substr(0, open)), index};
   return kOk;
 }
 

@@ -77,6 +77,7 @@ class Walk {
     bool has_right : 1 = false;
     std::uint8_t sides_done : 2 = 0;
   };
+  static_assert(sizeof(Frame) == 32);
 
   struct Look {
     Shape shape;
