@@ -66,15 +66,15 @@ struct Evaluations {
 
 // Texts of `count` pieces: some before ("." for none), one in the middle, some behind.
 constexpr const char* kShapes = R"(
-  ( 1 )     (1)+ 1 .    1+ 1 .      ~1+ 1 .      1+( 1 )    ( 1 )+1    ( 1 .    ~ 1 ]    a[ 1 ]
-  ~a[ 1 ]   ~b[+]c[ 1 ]e-           #101@ #101 .          (#101)@ #101 .        ~#101@ #101 .
+  ~a[ 1 ]   ( 1 )       (1)+ 1 .    1+ 1 .      ~1+ 1 .     1+( 1 )    ( 1 )+1   ( 1 .   ~ 1 ]
+  a[ 1 ]    ~b[+]c[ 1 ]e-           #101@ #101 .          (#101)@ #101 .        ~#101@ #101 .
   #101@( #101 )         ( #101 )@#101         #101@#11&0x1F@ #101 .             #101@#1<<0@ #101 .)";
 
 // Memory stands for work here: it counts exactly. Each piece kept again at every level would show.
 TEST(Growth, PiecesAndLevelsCostInProportion) {
   ZRTExpression expression;
   std::istringstream shapes(kShapes);
-  std::size_t most = 1000000;
+  std::size_t most = 1000000;  // of the first shape, which once took a scan a level
   for (std::string before, middle, behind; shapes >> before >> middle >> behind; most = 30000) {
     if (behind == ".") behind.clear();
     std::vector<int> statuses;

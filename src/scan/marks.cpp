@@ -6,6 +6,7 @@
 
 namespace zrt {
 
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the inline marks, see there
 MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(text) {
   const bool marks_parentheses = parentheses == Parentheses::kMarked;
   // The open parentheses form a chain through their own links until they are closed.

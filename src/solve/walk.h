@@ -290,12 +290,11 @@ template <class Policy>
 ZRTStatus Walk<Policy>::Combine() {
   const Frame frame = frames_.Pop();
   const std::size_t side_count = (frame.has_left ? 1U : 0U) + (frame.has_right ? 1U : 0U);
-  const bool right_is_first = frame.is_group || !frame.has_left;
   Value& middle = values_.Below(side_count);
   Value& first_side = values_.Below(side_count > 0 ? side_count - 1 : 0);
-  Value& last_side = values_.Top();
-  Value& left = right_is_first ? last_side : first_side;
-  Value& right = right_is_first ? first_side : last_side;
+  Value& last_side = values_.Top();  // the same if there is but one
+  Value& left = frame.is_group ? last_side : first_side;
+  Value& right = frame.is_group ? first_side : last_side;
 
   const bool replaces = Policy::kGroupReplacesLeftUnderNone && frame.left_code == OpNone;
   const bool joins_left = frame.has_left && !replaces;
