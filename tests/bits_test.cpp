@@ -14,8 +14,8 @@ namespace {
 // A table reads "text = outcome ...": a "'" in a text is a blank, "empty" the empty text. An
 // outcome is what the result stream holds, which held `before`, with the status in front if there
 // is one.
-template <class Evaluate>
-void Check(const char* table, const char* before, Evaluate evaluate) {
+template <class Door>
+void Check(const char* table, const char* before, Door door) {
   std::istringstream cases(table);
   for (std::string text, equals, expected; cases >> text >> equals >> expected;) {
     if (text == "empty") text.clear();
@@ -26,7 +26,7 @@ void Check(const char* table, const char* before, Evaluate evaluate) {
       RowDataStream stream;
       Fill(stream, before);
       std::string given = text;
-      const int status = evaluate(scope.expression, given.data(), &stream);
+      const int status = door(scope.expression, given.data(), &stream);
       const std::string outcome = status == 0 ? "" : std::to_string(status) + ":";
       EXPECT_EQ(outcome + Hex(stream), expected) << text << ", blocks of " << block_size;
       EXPECT_EQ(given, text);

@@ -64,7 +64,7 @@ struct Evaluations {
                  expression.GetBitStream(text.c_str(), &stream)} {}
 };
 
-// Texts of `count` pieces: some before ("." for none), one in the middle, some behind.
+// Texts of `count` pieces: some before, one in the middle, some behind ("." for none).
 constexpr const char* kShapes = R"(
   ~a[ 1 ]   ~1+ 1 .     (1)+ 1 .    1+( 1 )     ( 1 )+1     ( 1 )      1+ 1 .    ( 1 .   ~ 1 ]
   a[ 1 ]    ~b[+]c[ 1 ]e-           #101@ #101 .          (#101)@ #101 .        ~#101@ #101 .

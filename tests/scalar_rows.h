@@ -25,9 +25,9 @@ inline bool IsSame(double a, double b) {
   return a == b ? std::signbit(a) == std::signbit(b) : std::isnan(a) && std::isnan(b);
 }
 
-/// `evaluate` takes the evaluator, a text and the place of the result.
-template <class Number, class Evaluate>
-void CheckRows(Evaluate evaluate, const std::vector<Row<Number>>& rows) {
+/// `door` takes the evaluator, a text and the place of the result.
+template <class Number, class Door>
+void CheckRows(Door door, const std::vector<Row<Number>>& rows) {
   World world;
   using T = ZRTTokens;
   for (const T& token :
@@ -44,7 +44,7 @@ void CheckRows(Evaluate evaluate, const std::vector<Row<Number>>& rows) {
     std::istringstream each(texts);
     for (std::string text; std::getline(each, text, ';');) {
       Number value = kKept;
-      const int status = evaluate(world.expression, text.data(), &value);
+      const int status = door(world.expression, text.data(), &value);
       const Number result = status == 0 ? value : static_cast<Number>(status);
       EXPECT_TRUE(IsSame(result, outcome)) << text << " gives " << result;
       EXPECT_TRUE(status == 0 || IsSame(value, left_behind)) << text << " leaves " << value;

@@ -96,7 +96,7 @@ std::string BitText(RowDataStream* stream, BitFormat format) {
 std::string FloatText(float value) {
   if (std::isnan(value)) return "nan";  // to_chars would tell the sign of it
   char buffer[32];
-  const std::string text(buffer, std::to_chars(std::begin(buffer), std::end(buffer), value).ptr);
+  std::string text(buffer, std::to_chars(std::begin(buffer), std::end(buffer), value).ptr);
   const std::size_t exponent_mark = text.find('e');
   if (exponent_mark == std::string::npos) return text;
   std::string digits = text.substr(0, exponent_mark);

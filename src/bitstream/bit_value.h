@@ -60,6 +60,7 @@ class BitValue {
   void And(std::span<const std::uint8_t> bytes);
 
  private:
+  // Room for 128 bits, shifted up, and slack; with the fields below it makes 56 bytes.
   static constexpr std::size_t kInlineSize = 19;
 
   [[nodiscard]] std::size_t stored_size() const { return byte_count_ + (low_bit_ > 0 ? 1 : 0); }

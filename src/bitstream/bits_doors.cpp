@@ -17,8 +17,7 @@ namespace {
 int StatusAfterStoring(int status, BitsOutcome& outcome, RowDataStream& result) {
   if (outcome.place == BitsOutcome::Place::kNone) return status;
   if (outcome.place == BitsOutcome::Place::kInsteadOfOlder) result.ClearBuffer();
-  const bool is_stored = AddValue(result, outcome.value);
-  return is_stored || status != zrt::kOk ? status : ErrStreamWrite;
+  return AddValue(result, outcome.value) ? status : ErrStreamWrite;
 }
 
 // A failure with any other status leaves the value, and so the stream, as it was.

@@ -28,8 +28,8 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
         marks_[innermost_open].link = mark;
         innermost_open = outer;
       }
-    } else if (char_class != CharClass::kOperator && first_bracket_ == kNoMark) {
-      first_bracket_ = mark;
+    } else if (char_class != CharClass::kOperator) {
+      has_brackets_ = true;
     }
     if (mark_count_ == kInlineMarks) MoveToHeap(position);
     marks_[mark_count_++] = {position, link};
@@ -64,7 +64,7 @@ void MarkedText::LinkBrackets() {
         marks_[mark].link = next.open;
         next.close = mark;
         break;
-      default: marks_[mark].link = next.open < next.close ? next.open : next.close; break;
+      default: marks_[mark].link = std::min(next.open, next.close); break;
     }
   }
 }

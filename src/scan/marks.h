@@ -55,7 +55,7 @@ class MarkedText {
     std::uint32_t open = kNoMark;
     std::uint32_t close = kNoMark;
   };
-  [[nodiscard]] bool has_brackets() const { return first_bracket_ != kNoMark; }
+  [[nodiscard]] bool has_brackets() const { return has_brackets_; }
   [[nodiscard]] Brackets BracketsFrom(std::uint32_t mark) const;
 
  private:
@@ -66,7 +66,7 @@ class MarkedText {
 
   std::string_view text_;
   std::uint32_t mark_count_ = 0;
-  std::uint32_t first_bracket_ = kNoMark;
+  bool has_brackets_ = false;
   std::array<Mark, kInlineMarks> inline_;  // left uninitialised: it would cost time
   std::unique_ptr<Mark[]> heap_;
   Mark* marks_ = inline_.data();

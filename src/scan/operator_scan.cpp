@@ -72,17 +72,13 @@ RightScan::RightScan(const MarkedText& text, const Piece& piece) : text_(text), 
   }
 }
 
-bool RightScan::IsInBrackets(std::uint32_t mark) const {
-  return IsHidden(brackets_, mark, piece_.last_mark);
-}
-
 std::optional<FoundOperator> RightScan::Last() {
   for (;;) {
     std::uint32_t mark = piece_.last_mark;
     while (mark > piece_.first_mark && !text_.IsOperator(mark - 1)) --mark;
     if (mark == piece_.first_mark) return std::nullopt;
     --mark;
-    if (IsInBrackets(mark)) return std::nullopt;
+    if (IsHidden(brackets_, mark, piece_.last_mark)) return std::nullopt;
     // The later of the two exponents that still stand; both go as the text is cut before them.
     if (mark == lower_exponent_ || mark == upper_exponent_) {
       CutBefore({text_.PositionOf(mark), mark, OpSubtract});

@@ -36,8 +36,6 @@ class RightScan {
   [[nodiscard]] const Piece& rest() const { return piece_; }
 
  private:
-  [[nodiscard]] bool IsInBrackets(std::uint32_t mark) const;
-
   const MarkedText& text_;
   Piece piece_;
   MarkedText::Brackets brackets_;

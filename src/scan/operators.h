@@ -72,7 +72,7 @@ constexpr bool RowsStandAtTheirCodes() {
   return true;
 }
 static_assert(RowsStandAtTheirCodes());
-static_assert(OpBitReverse == 14 && kRows.back().code == OpBitReverse);
+static_assert(OpBitReverse == kRows.size() - 1);
 }  // namespace operator_table
 
 constexpr std::uint32_t OperatorWidth(OperatorCode code) {
@@ -95,7 +95,7 @@ enum class CharClass : std::uint8_t {
   kOperator,
   kOpenParenthesis,
   kCloseParenthesis,
-  kOpenBracket,
+  kOpenBracket,  // the brackets stand last: links are told from brackets by that
   kCloseBracket,
 };
 

@@ -52,7 +52,7 @@ class SmallStack {
   }
 
  private:
-  static constexpr std::size_t kMaxRooms = 32;  // more elements than a text has characters
+  static constexpr std::size_t kMaxRooms = 32;  // they hold more than a text has characters
   static constexpr std::size_t SizeOf(std::size_t level) { return kInlineCount << level; }
 
   T* RoomAt(std::size_t level) {

@@ -60,8 +60,8 @@ class Walk {
  private:
   enum class Shape : std::uint8_t { kChain, kUnary, kGroup };
 
-  // What is known of a piece before it is looked at, so that no stretch is searched twice for
-  // groups: the pieces of a text without a group have none either.
+  // What is known of a piece before it is looked at, so that no text without a group is searched
+  // for one twice: its pieces have none either.
   enum class Known : std::uint8_t { kNothing, kNoGroup, kChain };
 
   // An open level: a piece with its middle, the "(" or the unary operator, and how far it is. Deep
@@ -69,7 +69,7 @@ class Walk {
   struct Frame {
     Piece piece;
     std::uint32_t middle_mark = kNoMark;
-    std::uint32_t right_mark = kNoMark;  // first mark of the right text
+    std::uint32_t right_mark = kNoMark;  // first of the right text; behind a group's ")"
     OperatorCode left_code = OpNone;
     OperatorCode right_code = OpNone;
     bool is_group : 1 = false;
@@ -130,8 +130,9 @@ typename Walk<Policy>::Look Walk<Policy>::LookAt(const Piece& piece, Known known
 template <class Policy>
 ZRTStatus Walk<Policy>::Solve() {
   const Piece whole = WholePiece(text_);
-  if (LookAt(whole, Known::kNothing).shape == Shape::kChain) return DeliverChain(whole);
-  ZRTStatus status = Enter(whole, Known::kNothing);
+  const Shape shape = LookAt(whole, Known::kNothing).shape;
+  if (shape == Shape::kChain) return DeliverChain(whole);
+  ZRTStatus status = Enter(whole, shape == Shape::kGroup ? Known::kNothing : Known::kNoGroup);
   while (status == kOk && !frames_.empty()) status = Advance();
   return status;
 }
