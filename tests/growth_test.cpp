@@ -16,6 +16,8 @@ namespace {
 
 constexpr long kUnlimited = std::numeric_limits<long>::max();
 
+// Counted for the whole program.
+// NOLINTBEGIN(misc-new-delete-overloads,*-no-malloc,*-avoid-non-const-global-variables)
 thread_local long allocation_count = 0, allocated_bytes = 0;  // of this thread, as all below
 thread_local long allocations_left = kUnlimited;
 
@@ -29,8 +31,6 @@ void* Allocate(std::size_t size) noexcept {
 
 }  // namespace
 
-// NOLINTBEGIN(misc-new-delete-overloads,cppcoreguidelines-no-malloc): counted for the whole
-// program.
 void* operator new(std::size_t size) {
   if (void* memory = Allocate(size)) return memory;
   throw std::bad_alloc();
@@ -42,7 +42,7 @@ void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
-// NOLINTEND(misc-new-delete-overloads,cppcoreguidelines-no-malloc)
+// NOLINTEND(misc-new-delete-overloads,*-no-malloc,*-avoid-non-const-global-variables)
 
 namespace {
 
