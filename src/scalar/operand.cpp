@@ -2,6 +2,8 @@
 // number, so a token may hide a literal.
 #include "scalar/operand.h"
 
+#include <algorithm>
+
 #include "scalar/convert.h"
 #include "scalar/integer.h"
 #include "scalar/token_type.h"
@@ -46,19 +48,21 @@ ZRTTokens* FindToken(std::string_view name, const Scopes& scopes) {
 }  // namespace
 
 ZRTStatus SplitOperand(std::string_view text, Operand& operand) {
-  const std::size_t open = text.find('[');
-  if (open == std::string_view::npos) {  // behind a "[", a "]" too many is harmless
-    if (text.find(']') != std::string_view::npos) return ErrStrayCloseBracket;
+  const auto is_bracket = [](char c) { return c == '[' || c == ']'; };
+  const auto bracket = std::find_if(text.begin(), text.end(), is_bracket);
+  if (bracket == text.end()) {
     operand = {text, std::nullopt};
     return kOk;
   }
-  if (open == 0) return ErrMissingArrayName;
-  std::string_view index = DropLeadingBlanks(text.substr(open + 1));
+  const auto open = std::find(bracket, text.end(), '[');  // a "]" before it is harmless
+  if (open == text.end()) return ErrStrayCloseBracket;
+  if (open == text.begin()) return ErrMissingArrayName;
+  std::string_view index = DropLeadingBlanks({open + 1, text.end()});
   const std::size_t close = index.find(']');
   if (close == std::string_view::npos) return ErrMissingCloseBracket;
   index = DropTrailingBlanks(index.substr(0, close));
   if (index.empty()) return ErrEmptyIndex;
-  operand = {DropTrailingBlanks(text.substr(0, open)), index};
+  operand = {DropTrailingBlanks({text.begin(), open}), index};
   return kOk;
 }
 
