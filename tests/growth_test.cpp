@@ -16,9 +16,9 @@ namespace {
 
 constexpr long kUnlimited = std::numeric_limits<long>::max();
 
-// Counted for the whole program.
+// Each allocation of the program comes by here; each thread counts its own.
 // NOLINTBEGIN(misc-new-delete-overloads,*-no-malloc,*-avoid-non-const-global-variables)
-thread_local long allocation_count = 0, allocated_bytes = 0;  // of this thread, as all below
+thread_local long allocation_count = 0, allocated_bytes = 0;
 thread_local long allocations_left = kUnlimited;
 
 void* Allocate(std::size_t size) noexcept {

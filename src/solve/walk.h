@@ -227,8 +227,7 @@ ZRTStatus Walk<Policy>::Advance() {
     if (!side) continue;
     Known known = Known::kNoGroup;  // the first group is behind it, or the piece has none
     if (frame.is_group && is_right) known = Known::kNothing;
-    if (!frame.is_group && !is_right)
-      known = Known::kChain;  // the first unary operator is behind it
+    if (!frame.is_group && !is_right) known = Known::kChain;  // the unary operator was the first
     return Enter(*side, known);
   }
   return Combine();
