@@ -1,8 +1,8 @@
 // Writing a byte buffer as run-length text in the expression language.
 #pragma once
 
-#include "Export.h"
 #include "hq4170.h"
+#include "zrtexpression/export.h"
 
 /// Writes `data` as expression text in which seven or more equal bytes become a replication.
 /// ZRTExpression::GetBitStream reads the text back into the same bytes.

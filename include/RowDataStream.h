@@ -13,8 +13,8 @@
 // The bits of byte 0 above BitLength are not masked by any operation; "~" sets them, for one.
 #pragma once
 
-#include "Export.h"
 #include "hq4170.h"
+#include "zrtexpression/export.h"
 
 // The second CopyBlock hides the base's on purpose: CopyBlock(nullptr) stays unambiguous.
 #if defined(__GNUC__)

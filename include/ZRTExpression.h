@@ -25,10 +25,10 @@
 #include <memory>
 
 #include "ErrorCodes.h"
-#include "Export.h"
 #include "RowDataStream.h"
 #include "hq4170.h"
 #include "qlmplusdata.h"
+#include "zrtexpression/export.h"
 #include "zrttokentree.h"
 
 namespace zrt {
@@ -64,8 +64,9 @@ class ZRT_EXPORT ZRTExpression {
   /// Tests that `dir` can be entered and keeps a copy of it, character for character. Null or empty
   /// sets the empty text untested. The process's current directory changes during the test and is
   /// the same afterwards: not to be called while another thread depends on it.
-  /// @return 0; ErrBadDirectory if `dir` cannot be entered or if the current directory cannot be
-  ///         saved; ErrStreamWrite if memory runs out. On failure the object keeps what it had.
+  /// @return 0; ErrBadDirectory if `dir` cannot be entered, or if the current directory cannot be
+  ///         told or entered again, in which case it is not left; ErrStreamWrite if memory runs
+  ///         out. On failure the object keeps what it had.
   int SetDefaultDir(char* dir);
 
   /// The directory as it was given, owned by the object; null before the first SetDefaultDir.
@@ -122,8 +123,11 @@ class ZRT_EXPORT ZRTExpression {
   /// @param result  not null, the caller's; hand it in empty with BitLength 0. A text without a
   ///                group and a unary operator empties it first and leaves the value of the chain
   ///                so far in it if it fails; too long a text, or one for which there is no memory
-  ///                from the start, leaves it alone. Any other text appends behind what it holds
-  ///                and touches nothing if it fails before its last two operators are applied.
+  ///                from the start, leaves it alone. Any other text appends behind what it holds,
+  ///                and the operators beside its outermost group or unary operator work on the
+  ///                older bytes too, which may be changed or lost, in a failure of these operators
+  ///                as well: with 5A in it, "1<<(2)" shifts 5A00000001. A text that fails earlier
+  ///                touches nothing.
   /// @return 0, or any status of ErrorCodes.h but ErrBadDirectory.
   int GetBitStream(const char* text, RowDataStream* result);
 
@@ -151,7 +155,8 @@ class ZRT_EXPORT ZRTExpression {
   QLMDataField* SearchDataFieldSTAPLimpl(char* name);
 
  private:
-  // The doors below are exported with the class. Each does alone what its public kin do with it.
+  // Exported with the class, as its public operations are, which do their work by the same
+  // functions.
 
   int ProcessException(int code, unsigned long category, const char* text);
   void SetErrorInstruction(char* text);
@@ -185,9 +190,9 @@ class ZRT_EXPORT ZRTExpression {
   QLMPlusData* ExternalZRTData = nullptr;
   char* ErrorInstruction = nullptr;
 
-  zrt::Scopes CurrentScopes() const;
+  ZRT_HIDDEN zrt::Scopes CurrentScopes() const;
 
   // What stands behind Handler when objects share it, and the fields made for mask names.
-  struct Holdings;
-  std::unique_ptr<Holdings> holdings_;
+  struct OwnedState;
+  std::unique_ptr<OwnedState> owned_;
 };

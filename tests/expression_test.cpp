@@ -1,5 +1,6 @@
 // The object: its set-up, who releases what when it is copied, and error reports.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <memory>
@@ -29,13 +30,22 @@ TEST(Expression, KeepsADirectoryThatCanBeEntered) {
   EXPECT_STREQ(expression.GetDefaultDir(), "");
   EXPECT_EQ(fs::current_path(), before);
 
-  // Nothing is entered from where there is no way back: this path is too long.
+  // However long the way back is; and nothing is entered if there is none.
   Directory directory;
-  const std::string deep = directory.path() + ("/" + std::string(250, 'd'));
-  fs::create_directory(deep);
+  fs::path deep = directory.path();
+  for (int level = 0; level < 3; ++level) deep /= std::string(250, 'd');
+  fs::create_directories(deep);
   fs::current_path(deep);
+  EXPECT_EQ(expression.SetDefaultDir(root), 0);
+  EXPECT_EQ(fs::current_path(), deep);
+  fs::permissions(deep, fs::perms::none);
+  const uid_t user = geteuid();
+  ASSERT_EQ(seteuid(user == 0 ? 65534 : user), 0);  // root may enter everything
+  EXPECT_EQ(expression.SetDefaultDir(dots), ErrBadDirectory);
   EXPECT_EQ(expression.SetDefaultDir(root), ErrBadDirectory);
   EXPECT_EQ(fs::current_path(), deep);
+  ASSERT_EQ(seteuid(user), 0);
+  fs::permissions(deep, fs::perms::owner_all);
   fs::current_path(before);
 }
 

@@ -26,7 +26,7 @@ struct Opened {
   friend constexpr typename Tag::Type Member(Tag) { return kMember; }
 };
 
-#define ZRT_DOOR(name, ...)                                          \
+#define ZRT_OPEN_PRIVATE(name, ...)                                  \
   struct name##Tag {                                                 \
     using Type = std::type_identity_t<__VA_ARGS__> ZRTExpression::*; \
     friend constexpr Type Member(name##Tag);                         \
@@ -34,25 +34,25 @@ struct Opened {
   template struct Opened<name##Tag, &ZRTExpression::name>;           \
   [[maybe_unused]] constexpr auto name = std::mem_fn(Member(name##Tag{}))
 
-ZRT_DOOR(ProcessException, int(int, unsigned long, const char*));
-ZRT_DOOR(SetErrorInstruction, void(char*));
-ZRT_DOOR(GetLeftMostOperator, int(const char*, unsigned short*));
-ZRT_DOOR(GetRightMostOperator, int(const char*, unsigned short*));
-ZRT_DOOR(GetSubExpression, int(char*, int, int*));
-ZRT_DOOR(IsNumber, int(const char*));
-ZRT_DOOR(IsHexDigit, bool(char));
-ZRT_DOOR(SearchToken, ZRTTokens*(char*));
-ZRT_DOOR(GetTokenFromTree, ZRTTokens*(ZRTTokenTree*, char*));
-ZRT_DOOR(IsIgnoreInst, bool(char*));
-ZRT_DOOR(IsToken, bool(const char*));
-ZRT_DOOR(SolveIntegerExpression, int(const char*, int*));
-ZRT_DOOR(ExecuteIntegerOperator, int(int*, unsigned short, int));
-ZRT_DOOR(SolveFloatExpression, int(const char*, float*));
-ZRT_DOOR(GetFloatValue, int(char*, float*));
-ZRT_DOOR(ExecuteFloatOperator, int(float*, unsigned short, float));
-ZRT_DOOR(GetBitStreamValue, int(char*, RowDataStream*));
-ZRT_DOOR(ExecuteBitStreamOperator, int(RowDataStream*, unsigned short, RowDataStream*));
-ZRT_DOOR(ErrorInstruction, char*);
+ZRT_OPEN_PRIVATE(ProcessException, int(int, unsigned long, const char*));
+ZRT_OPEN_PRIVATE(SetErrorInstruction, void(char*));
+ZRT_OPEN_PRIVATE(GetLeftMostOperator, int(const char*, unsigned short*));
+ZRT_OPEN_PRIVATE(GetRightMostOperator, int(const char*, unsigned short*));
+ZRT_OPEN_PRIVATE(GetSubExpression, int(char*, int, int*));
+ZRT_OPEN_PRIVATE(IsNumber, int(const char*));
+ZRT_OPEN_PRIVATE(IsHexDigit, bool(char));
+ZRT_OPEN_PRIVATE(SearchToken, ZRTTokens*(char*));
+ZRT_OPEN_PRIVATE(GetTokenFromTree, ZRTTokens*(ZRTTokenTree*, char*));
+ZRT_OPEN_PRIVATE(IsIgnoreInst, bool(char*));
+ZRT_OPEN_PRIVATE(IsToken, bool(const char*));
+ZRT_OPEN_PRIVATE(SolveIntegerExpression, int(const char*, int*));
+ZRT_OPEN_PRIVATE(ExecuteIntegerOperator, int(int*, unsigned short, int));
+ZRT_OPEN_PRIVATE(SolveFloatExpression, int(const char*, float*));
+ZRT_OPEN_PRIVATE(GetFloatValue, int(char*, float*));
+ZRT_OPEN_PRIVATE(ExecuteFloatOperator, int(float*, unsigned short, float));
+ZRT_OPEN_PRIVATE(GetBitStreamValue, int(char*, RowDataStream*));
+ZRT_OPEN_PRIVATE(ExecuteBitStreamOperator, int(RowDataStream*, unsigned short, RowDataStream*));
+ZRT_OPEN_PRIVATE(ErrorInstruction, char*);
 
 }  // namespace
 

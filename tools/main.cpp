@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "Version.h"
+#include "zrtexpression/version.h"
 #include "commands.h"
 
 namespace {

@@ -4,14 +4,15 @@
 
 #include <cstdint>
 #include <limits>
-#include <new>
 #include <optional>
 
-#include "bitstream/hex_text.h"
+#include "bits/digits.h"
+#include "bits/exhausted_memory.h"
 #include "bitstream/stream_bytes.h"
+#include "names/token_shape.h"
 #include "scalar/operand.h"
-#include "scalar/token_type.h"
 #include "scan/number.h"
+#include "scan/operand_text.h"
 
 namespace zrt {
 namespace {
@@ -103,7 +104,7 @@ ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
 }
 
 ZRTStatus Read(std::string_view text, const Scopes& scopes, BitValue& value) {
-  Operand operand;
+  OperandText operand;
   if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
   int index = kNoIndex;
   (void)EvaluateIndex(operand, scopes, index);
@@ -115,11 +116,7 @@ ZRTStatus Read(std::string_view text, const Scopes& scopes, BitValue& value) {
 }  // namespace
 
 ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, BitValue& value) {
-  try {
-    return Read(text, scopes, value);
-  } catch (const std::bad_alloc&) {
-    return ErrStreamWrite;
-  }
+  return OnExhaustedMemory(ErrStreamWrite, [&] { return Read(text, scopes, value); });
 }
 
 }  // namespace zrt

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "ErrorCodes.h"
-#include "bitstream/bit_value.h"
-#include "frame/scopes.h"
+#include "bits/bit_value.h"
+#include "names/scopes.h"
 
 namespace zrt {
 

@@ -5,10 +5,10 @@
 
 #include <algorithm>
 #include <bit>
-#include <new>
 #include <utility>
 
-#include "bitstream/kernels.h"
+#include "bits/exhausted_memory.h"
+#include "bits/kernels.h"
 #include "scalar/integer.h"
 
 namespace zrt {
@@ -54,31 +54,51 @@ ZRTStatus Shift(BitValue& left, std::uint16_t code, BitValue& right) {
   return kOk;
 }
 
+// Where concatenation lays the left side: directly above the right one, in a result of `size`
+// bytes.
+//
+//   05/3 @ 03/2    in 1 byte    the left side begins in the right one's top byte, at bit 2
+//   12/8 @ 34/8    in 2 bytes   it begins in the byte above
+//
+// Where bytes and bit length of a side disagree there may be less room than that:
+//
+//   0005/3 @ 03/3  in 1 byte    the left side has a byte too many for the result: not `fits`
+//   05/3 @ 0003/3  in 1 byte    so has the right one, and the left one finds no place at all
+//   12/8 @ /4      in 2 bytes   there is no top byte at whose bit 4 it could begin: no place
+struct Placing {
+  Placing(const BitValue& left, const BitValue& right, std::size_t size) {
+    const std::size_t low_bit = static_cast<unsigned>(right.bit_length()) % 8;
+    const bool shares_a_byte = low_bit > 0;
+    const bool right_fits = right.byte_count() <= size;
+    has_place = right_fits && (!shares_a_byte || right.byte_count() > 0);
+    const std::size_t bytes_below = right.byte_count() - (has_place && shares_a_byte ? 1 : 0);
+    const bool left_fits = has_place && bytes_below + left.byte_count() <= size;
+    fits = right_fits && (left.byte_count() == 0 || left_fits);
+    up_bits = 8 * bytes_below + low_bit;
+  }
+
+  bool fits;            // both sides lie in the result as a whole
+  bool has_place;       // the left side is laid, as far as there is room
+  std::size_t up_bits;  // its lowest bit, if it has a place
+};
+
 // Lays `left` above `right`. The shorter one goes into the longer one's buffer.
 ZRTStatus Concatenate(BitValue& left, BitValue& right) {
   const std::int64_t total = std::int64_t{left.bit_length()} + right.bit_length();
   if (!FitsBitLength(total)) return ErrStreamWrite;
   const std::size_t size = BytesFor(total);
-
-  // The left side begins in the right one's top byte where that is partial, else in the byte above.
-  const std::size_t in_byte = static_cast<unsigned>(right.bit_length()) % 8;
-  const bool has_place = right.byte_count() <= size && (in_byte == 0 || right.byte_count() > 0);
-  const std::size_t whole_bytes = right.byte_count() - (has_place && in_byte > 0 ? 1 : 0);
-  const bool left_fits = has_place && whole_bytes + left.byte_count() <= size;
-  const bool fits = right.byte_count() <= size && (left.byte_count() == 0 || left_fits);
-  const std::size_t up_bits = 8 * whole_bytes + in_byte;
-
-  const int bit_length = fits ? static_cast<int>(total) : left.bit_length();
-  if (has_place && left.byte_count() >= right.byte_count()) {
-    left.Reshape(up_bits, size);
+  const Placing placing(left, right, size);
+  const int bit_length = placing.fits ? static_cast<int>(total) : left.bit_length();
+  if (placing.has_place && left.byte_count() >= right.byte_count()) {
+    left.Reshape(placing.up_bits, size);
     left.Or(0, right.Bytes());
   } else {
     right.Reshape(0, size);
-    if (has_place) right.Or(up_bits, left.Bytes());
+    if (placing.has_place) right.Or(placing.up_bits, left.Bytes());
     left = std::move(right);
   }
   left.set_bit_length(bit_length);
-  return fits ? kOk : ErrStreamWrite;
+  return placing.fits ? kOk : ErrStreamWrite;
 }
 
 // Places the copies of a pattern one above the other, each beginning `bit_count` above the one
@@ -164,6 +184,7 @@ void ReverseInto(BitValue& left, BitValue& right) {
   left = std::move(result);
 }
 
+// The operator has an effect: no other code comes here.
 ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right) {
   switch (code) {
     case OpAnd: left.And(right.Bytes()); return kOk;
@@ -174,10 +195,15 @@ ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right) {
     case OpBitwiseNot: ApplyUnaryToBits(left, static_cast<OperatorCode>(code)); return kOk;
     case OpShiftLeft:
     case OpShiftRight: return Shift(left, code, right);
+    case OpAdd:
+    case OpSubtract:
+    case OpDivide:
+    case OpMultiply:
+    case OpModulo: return Calculate(left, code, right);
     case OpConcat: return Concatenate(left, right);
     case OpReplicate: return Replicate(left, right);
     case OpBitReverse: ReverseInto(left, right); return kOk;
-    default: return Calculate(left, code, right);
+    default: return ErrInvalidOperator;
   }
 }
 
@@ -193,11 +219,8 @@ std::optional<ZRTStatus> StatusWithoutValues(std::uint16_t code) {
 
 ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right) {
   if (const auto status = StatusWithoutValues(code)) return *status;
-  try {
-    return Apply(left, code, right);
-  } catch (const std::bad_alloc&) {
-    return ErrStreamWrite;  // each operator gets its memory before it changes the left side
-  }
+  // Each operator gets its memory before it changes the left side.
+  return OnExhaustedMemory(ErrStreamWrite, [&] { return Apply(left, code, right); });
 }
 
 void ApplyUnaryToBits(BitValue& value, OperatorCode code) {

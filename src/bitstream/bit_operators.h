@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "ErrorCodes.h"
-#include "bitstream/bit_value.h"
+#include "bits/bit_value.h"
 #include "scan/operators.h"
 
 namespace zrt {

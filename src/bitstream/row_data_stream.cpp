@@ -20,9 +20,9 @@ void RowDataStream::CopyBlock(RowDataStream* source) {
   // size is taken before it grows, and each byte is looked up anew, since growing may move a block.
   const bool is_one_block = static_cast<unsigned int>(source->GetDataSize()) == size;
   if (is_one_block && source->GetDataBlock() != GetDataBlock()) {
-    (void)zrt::AppendBytes(*this, {source->GetDataBlock(), size});
+    (void)zrt::AppendBytes<LByteBuffer>(*this, {source->GetDataBlock(), size});
   } else {
-    (void)zrt::AppendEach(*this, size, [source](std::size_t index) {
+    (void)zrt::AppendEach<LByteBuffer>(*this, size, [source](std::size_t index) {
       return source->ReadData(static_cast<int>(index));
     });
   }

@@ -21,13 +21,9 @@ void LoadBytes(LByteBuffer& chain, BitValue& value) {
   CopyBytes(chain, value.Rebuild(chain.GetTotalSize()).data());
 }
 
-bool AppendBytes(LByteBuffer& head, std::span<const std::uint8_t> bytes) {
-  return AppendEach(head, bytes.size(), [bytes](std::size_t index) { return bytes[index]; });
-}
-
 bool AddValue(RowDataStream& stream, BitValue& value) {
   stream.BitLength = value.bit_length();
-  return AppendBytes(stream, value.Bytes());
+  return AppendBytes<LByteBuffer>(stream, value.Bytes());
 }
 
 }  // namespace zrt

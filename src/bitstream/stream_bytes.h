@@ -1,13 +1,18 @@
 // Bytes in and out of the closed library's byte chains: the border between streams and the working
 // value. Knows nothing of texts.
+//
+// The contract appends byte by byte. A block type may offer more, an append of many bytes at once,
+// which is asked for when the library is compiled and taken where it is there. Both ways leave the
+// same bytes.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
 #include "RowDataStream.h"
-#include "bitstream/bit_value.h"
+#include "bits/bit_value.h"
 
 namespace zrt {
 
@@ -17,11 +22,18 @@ void CopyBytes(LByteBuffer& chain, std::uint8_t* to);
 /// `value` becomes the bytes of a chain; its bit length stays. Throws std::bad_alloc.
 void LoadBytes(LByteBuffer& chain, BitValue& value);
 
+/// A block that takes many bytes at once: it appends the first of them to itself, as many as it has
+/// room for, and gives their count.
+template <class Block>
+concept BulkBlock = requires(Block& block, const unsigned char* bytes, std::size_t count) {
+  { block.AppendData(bytes, count) } -> std::same_as<std::size_t>;
+};
+
 /// Appends `count` bytes, each from `byte_at(index)`, behind what the chain of `head` holds, block
 /// by block as blocks fill up. False if memory for a byte runs out; the bytes before it stay.
-template <class ByteAt>
-[[nodiscard]] bool AppendEach(LByteBuffer& head, std::size_t count, const ByteAt& byte_at) {
-  LByteBuffer* block = head.GetLastBlock(&head);
+template <class Block, class ByteAt>
+[[nodiscard]] bool AppendEach(Block& head, std::size_t count, const ByteAt& byte_at) {
+  auto* block = head.GetLastBlock(&head);
   for (std::size_t index = 0; index < count; ++index) {
     const std::uint8_t byte = byte_at(index);
     if (block->WriteData(byte) != 0) continue;
@@ -31,8 +43,24 @@ template <class ByteAt>
   return true;
 }
 
-/// The same with bytes in one piece.
-[[nodiscard]] bool AppendBytes(LByteBuffer& head, std::span<const std::uint8_t> bytes);
+/// The same with bytes in one piece, which do not lie in the chain itself.
+template <class Block>
+[[nodiscard]] bool AppendBytes(Block& head, std::span<const std::uint8_t> bytes) {
+  if constexpr (BulkBlock<Block>) {
+    auto* block = head.GetLastBlock(&head);
+    std::size_t done = block->AppendData(bytes.data(), bytes.size());
+    while (done < bytes.size()) {
+      block = block->AllocateNewBlock();
+      const std::size_t more =
+          block ? block->AppendData(bytes.data() + done, bytes.size() - done) : 0;
+      if (more == 0) return false;
+      done += more;
+    }
+    return true;
+  } else {
+    return AppendEach(head, bytes.size(), [bytes](std::size_t index) { return bytes[index]; });
+  }
+}
 
 /// Appends the bytes of `value` and takes its bit length. False as above.
 [[nodiscard]] bool AddValue(RowDataStream& stream, BitValue& value);

@@ -33,31 +33,26 @@ double OutOfRange(std::string_view text) {
 
 }  // namespace
 
-template <>
-int FromFloat<int>(float value) {
+void FromFloat(float value, int& number) {
   constexpr float kBound = 2147483648.0F;
-  if (std::isnan(value)) return 0;
-  if (value >= kBound) return std::numeric_limits<int>::max();
-  if (value < -kBound) return std::numeric_limits<int>::min();
-  return static_cast<int>(value);
+  if (std::isnan(value)) {
+    number = 0;
+  } else if (value >= kBound) {
+    number = std::numeric_limits<int>::max();
+  } else if (value < -kBound) {
+    number = std::numeric_limits<int>::min();
+  } else {
+    number = static_cast<int>(value);
+  }
 }
 
-template <>
-float FromFloat<float>(float value) {
-  return value;
-}
+void FromLiteral(std::string_view text, int& number) { number = LeadingDecimal(text); }
 
-template <>
-int FromLiteral<int>(std::string_view text) {
-  return LeadingDecimal(text);
-}
-
-template <>
-float FromLiteral<float>(std::string_view text) {
+void FromLiteral(std::string_view text, float& number) {
   double value = 0.0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error == std::errc::result_out_of_range) value = OutOfRange(text);
-  return static_cast<float>(value);
+  number = static_cast<float>(value);
 }
 
 }  // namespace zrt

@@ -5,29 +5,25 @@
 
 namespace zrt {
 
-/// A token's float: truncated toward zero, to the nearest bound outside 32 bits, NaN to 0; as it
-/// is.
-template <class Number>
-Number FromFloat(float value);
-template <>
-int FromFloat<int>(float value);
-template <>
-float FromFloat<float>(float value);
+/// A token's float as an integer: truncated toward zero, the nearest bound if it lies outside 32
+/// bits, 0 for NaN.
+void FromFloat(float value, int& number);
 
-/// A token's integer: as it is; converted to the nearest float.
-template <class Number>
-Number FromInteger(int value) {
-  return static_cast<Number>(value);
-}
+/// A token's float as it is.
+inline void FromFloat(float value, float& number) { number = value; }
 
-/// A literal of any kind: its leading decimal digits modulo 2 to the 32nd ("0x10" is 0); its
-/// leading decimal number rounded to double and then to float, infinity if too large ("0x10" is 0
-/// here too).
-template <class Number>
-Number FromLiteral(std::string_view text);
-template <>
-int FromLiteral<int>(std::string_view text);
-template <>
-float FromLiteral<float>(std::string_view text);
+/// A token's integer as it is.
+inline void FromInteger(int value, int& number) { number = value; }
+
+/// A token's integer as the nearest float.
+inline void FromInteger(int value, float& number) { number = static_cast<float>(value); }
+
+/// A literal of any kind as an integer: its leading decimal digits modulo 2 to the 32nd. "0x10" is
+/// 0 and "1.5" is 1.
+void FromLiteral(std::string_view text, int& number);
+
+/// A literal of any kind as a float: its leading decimal number, rounded to double and then to
+/// float; infinity if it is too large, 0 if too small. "0x10" is 0.
+void FromLiteral(std::string_view text, float& number);
 
 }  // namespace zrt

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "ErrorCodes.h"
-#include "frame/scopes.h"
+#include "names/scopes.h"
 
 namespace zrt {
 

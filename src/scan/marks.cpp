@@ -54,23 +54,23 @@ void MarkedText::MoveToHeap(std::uint32_t position) {
 void MarkedText::LinkBrackets() {
   Brackets next;
   for (std::uint32_t mark = mark_count(); mark-- > 0;) {
-    switch (ClassOf(CharOf(mark))) {
-      case CharClass::kOpenParenthesis: break;  // keeps its match
-      case CharClass::kOpenBracket:
+    switch (CharOf(mark)) {
+      case '(': break;  // keeps its match
+      case '[':
         marks_[mark].link = next.close;
         next.open = mark;
         break;
-      case CharClass::kCloseBracket:
+      case ']':
         marks_[mark].link = next.open;
         next.close = mark;
         break;
-      default: marks_[mark].link = std::min(next.open, next.close); break;
+      default: marks_[mark].link = std::min(next.open, next.close); break;  // kNoMark is largest
     }
   }
 }
 
 MarkedText::Brackets MarkedText::BracketsFrom(std::uint32_t mark) const {
-  if (ClassOf(CharOf(mark)) < CharClass::kOpenBracket) mark = marks_[mark].link;
+  if (!IsBracket(CharOf(mark))) mark = marks_[mark].link;
   if (mark == kNoMark) return {};
   const std::uint32_t other = marks_[mark].link;
   return CharOf(mark) == '[' ? Brackets{mark, other} : Brackets{other, mark};

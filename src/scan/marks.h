@@ -13,9 +13,11 @@
 
 namespace zrt {
 
-/// Longest text that positions can count, in characters.
+/// The longest text, in characters: positions leave the library as an int.
 inline constexpr std::size_t kMaxTextLength = std::numeric_limits<std::int32_t>::max();
 
+/// Stands for a mark that is not there. It lies behind every mark, and the comparisons of marks
+/// rest on that.
 inline constexpr std::uint32_t kNoMark = std::numeric_limits<std::uint32_t>::max();
 
 struct Mark {
@@ -47,10 +49,10 @@ class MarkedText {
     return ClassOf(CharOf(mark)) == CharClass::kOperator;
   }
 
-  /// Of a "(": the mark of the matching ")", kNoMark if the text ends before it.
+  /// Of a "(": the mark of the matching ")", kNoMark if the text ends before it. Constant time.
   [[nodiscard]] std::uint32_t MatchOf(std::uint32_t mark) const { return marks_[mark].link; }
 
-  /// The first "[" and the first "]" from a mark on that is no "(".
+  /// The first "[" and the first "]" from a mark on that is no "(". Constant time.
   struct Brackets {
     std::uint32_t open = kNoMark;
     std::uint32_t close = kNoMark;

@@ -6,14 +6,18 @@
 namespace zrt {
 namespace {
 
+bool IsExponentLetter(char c) { return c == 'e' || c == 'E'; }
+
 bool IsExponentSign(const MarkedText& text, std::uint32_t position, std::uint32_t begin) {
-  return text.At(position) == '-' && position > begin && (text.At(position - 1) | 0x20) == 'e';
+  return text.At(position) == '-' && position > begin && IsExponentLetter(text.At(position - 1));
 }
 
-// A bracket that is absent counts as standing in front of everything.
+// Whether the operator at `mark` stands between the first "[" and the first "]" of a piece that
+// ends before `last_mark`. With no "[" in the piece the "]" hides all that stands before it; with
+// no "]" nothing is hidden. A bracket that is not there is kNoMark, and so behind the piece.
 bool IsHidden(const MarkedText::Brackets& brackets, std::uint32_t mark, std::uint32_t last_mark) {
-  const bool opens_before = brackets.open < mark || brackets.open >= last_mark;
-  return opens_before && brackets.close > mark && brackets.close < last_mark;
+  const bool opens_behind = brackets.open > mark && brackets.open < last_mark;
+  return !opens_behind && brackets.close > mark && brackets.close < last_mark;
 }
 
 FoundOperator OperatorAt(const MarkedText& text, const Piece& piece, std::uint32_t mark) {
@@ -38,7 +42,7 @@ std::optional<FoundOperator> LeftMostOperator(const MarkedText& text, const Piec
     if (text.has_brackets()) {
       const MarkedText::Brackets brackets = text.BracketsFrom(start);
       if (IsHidden(brackets, mark, piece.last_mark)) {
-        if (piece.bracket_ends_scan) return std::nullopt;
+        if (piece.no_operator_behind_brackets) return std::nullopt;
         begin = text.PositionOf(brackets.close) + 1;
         mark = brackets.close + 1;
         continue;

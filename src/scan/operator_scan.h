@@ -10,10 +10,10 @@
 
 namespace zrt {
 
-/// The first operator of the expression in `piece`. Passes over operators in brackets (also over
-/// any in front of a "]" when no "[" follows at all) and over the "-" of an exponent. Takes time in
-/// proportion to the marks up to the one found.
-/// Finds nothing behind a bracket if the piece says so. The piece holds no "(" that is marked.
+/// The first operator of the expression in `piece`, which holds no "(" that is marked. Passes over
+/// operators in brackets (also over any in front of a "]" when no "[" follows at all) and over the
+/// "-" of an exponent. Takes time in proportion to the marks up to the one found, or up to the
+/// first bracket that hides an operator if the piece says that nothing follows it.
 std::optional<FoundOperator> LeftMostOperator(const MarkedText& text, const Piece& piece);
 
 /// The operator that LeftMostOperator would find at the first character of `piece`, in constant

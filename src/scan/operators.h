@@ -30,15 +30,22 @@ enum OperatorCode : std::uint8_t {
 /// What an evaluator does with an operator between two values.
 enum class Effect : std::uint8_t { kApplies, kIgnored, kRefused };
 
+/// For which kinds of values an operator is unary: a text is cut where it stands.
+enum class Unary : std::uint8_t { kNever, kForBits, kForAll };
+
 struct OperatorRow {
   OperatorCode code;
   std::string_view text;
+  Unary unary;
   Effect on_integers;
   Effect on_floats;
   Effect on_bits;
 };
 
 namespace operator_table {
+constexpr Unary kNo = Unary::kNever;
+constexpr Unary kBits = Unary::kForBits;
+constexpr Unary kAll = Unary::kForAll;
 constexpr Effect kA = Effect::kApplies;
 constexpr Effect kI = Effect::kIgnored;
 constexpr Effect kR = Effect::kRefused;
@@ -46,22 +53,22 @@ constexpr Effect kR = Effect::kRefused;
 // "<" and ">" alone are OpNone like ",": the text is cut there, but nothing is done.
 // clang-format off
 inline constexpr std::array<OperatorRow, 15> kRows = {{
-    // code        text  int float bits
-    {OpNone,       ",",  kI, kI,   kI},
-    {OpAnd,        "&",  kA, kR,   kA},
-    {OpOr,         "|",  kA, kR,   kA},
-    {OpLogicalNot, "!",  kR, kR,   kA},
-    {OpBitwiseNot, "~",  kR, kR,   kA},
-    {OpShiftLeft,  "<<", kA, kR,   kA},
-    {OpShiftRight, ">>", kA, kR,   kA},
-    {OpAdd,        "+",  kA, kA,   kA},
-    {OpSubtract,   "-",  kA, kA,   kA},
-    {OpDivide,     "/",  kA, kA,   kA},
-    {OpMultiply,   "*",  kA, kA,   kA},
-    {OpModulo,     "%",  kA, kR,   kA},
-    {OpConcat,     "@",  kR, kR,   kA},
-    {OpReplicate,  "^",  kR, kR,   kA},
-    {OpBitReverse, "$",  kI, kI,   kA},
+    // code        text  unary  int float bits
+    {OpNone,       ",",  kNo,   kI, kI,   kI},
+    {OpAnd,        "&",  kNo,   kA, kR,   kA},
+    {OpOr,         "|",  kNo,   kA, kR,   kA},
+    {OpLogicalNot, "!",  kAll,  kR, kR,   kA},
+    {OpBitwiseNot, "~",  kAll,  kR, kR,   kA},
+    {OpShiftLeft,  "<<", kNo,   kA, kR,   kA},
+    {OpShiftRight, ">>", kNo,   kA, kR,   kA},
+    {OpAdd,        "+",  kNo,   kA, kA,   kA},
+    {OpSubtract,   "-",  kNo,   kA, kA,   kA},
+    {OpDivide,     "/",  kNo,   kA, kA,   kA},
+    {OpMultiply,   "*",  kNo,   kA, kA,   kA},
+    {OpModulo,     "%",  kNo,   kA, kR,   kA},
+    {OpConcat,     "@",  kNo,   kR, kR,   kA},
+    {OpReplicate,  "^",  kNo,   kR, kR,   kA},
+    {OpBitReverse, "$",  kBits, kI, kI,   kA},
 }};
 // clang-format on
 
@@ -85,8 +92,10 @@ constexpr Effect EffectOf(std::uint16_t code, Effect OperatorRow::*column, Effec
 }
 
 constexpr bool IsShift(OperatorCode code) { return code == OpShiftLeft || code == OpShiftRight; }
+
+/// Whether `code` is unary for every kind of value: "!" and "~", the ones that a group takes.
 constexpr bool IsNegation(OperatorCode code) {
-  return code == OpLogicalNot || code == OpBitwiseNot;
+  return operator_table::kRows[code].unary == Unary::kForAll;
 }
 
 /// What a character means to a scan.
@@ -95,21 +104,24 @@ enum class CharClass : std::uint8_t {
   kOperator,
   kOpenParenthesis,
   kCloseParenthesis,
-  kOpenBracket,  // the brackets stand last: links are told from brackets by that
+  kOpenBracket,
   kCloseBracket,
 };
 
 struct CharEntry {
   CharClass char_class = CharClass::kPlain;
   OperatorCode code = OpNone;  // of a character that stands alone
+  Unary unary = Unary::kNever;
 };
 
 namespace operator_table {
 constexpr std::array<CharEntry, 256> MakeCharTable() {
   std::array<CharEntry, 256> table{};
   for (const OperatorRow& row : kRows) {
-    const auto first = static_cast<unsigned char>(row.text.front());
-    table[first] = {CharClass::kOperator, row.text.size() == 1 ? row.code : OpNone};
+    CharEntry& entry = table[static_cast<unsigned char>(row.text.front())];
+    entry.char_class = CharClass::kOperator;
+    if (row.text.size() == 1) entry.code = row.code;
+    entry.unary = row.unary;
   }
   table['('].char_class = CharClass::kOpenParenthesis;
   table[')'].char_class = CharClass::kCloseParenthesis;
@@ -124,5 +136,12 @@ constexpr const CharEntry& EntryOf(char c) {
   return operator_table::kChars[static_cast<unsigned char>(c)];
 }
 constexpr CharClass ClassOf(char c) { return EntryOf(c).char_class; }
+constexpr bool IsBracket(char c) { return c == '[' || c == ']'; }
+
+/// Whether `c` is a unary operator for a kind of values: the bit vectors know one more.
+constexpr bool IsUnary(char c, bool for_bits) {
+  const Unary unary = EntryOf(c).unary;
+  return unary == Unary::kForAll || (for_bits && unary == Unary::kForBits);
+}
 
 }  // namespace zrt

@@ -16,8 +16,9 @@ struct Piece {
   std::uint32_t first_mark = 0;
   std::uint32_t last_mark = 0;  // one behind
 
-  // Set where a scan is known to find nothing once it has passed over a bracket: see Walk.
-  bool bracket_ends_scan = false;
+  // Invariant where it is set: LeftMostOperator() finds no operator in this piece behind a bracket
+  // that it has passed over, so it may end there. Walk::OpenUnary() sets it and says why it holds.
+  bool no_operator_behind_brackets = false;
 
   [[nodiscard]] bool empty() const { return begin == end; }
 };

@@ -5,8 +5,8 @@
 // with neither is a chain, run from the left. There is no precedence and no syntax tree.
 //
 // The walk knows nothing of values, names or results: the policy of a kind of value says what is
-// that kind's own (see Policy below). Nothing here recurses: open levels stand on a stack of
-// frames, solved values on a stack of values.
+// that kind's own (walk_policy.h). Nothing here recurses: open levels stand on a stack of frames,
+// solved values on a stack of values.
 #pragma once
 
 #include <cstdint>
@@ -18,32 +18,10 @@
 #include "scan/marks.h"
 #include "scan/operator_scan.h"
 #include "solve/small_stack.h"
+#include "solve/walk_policy.h"
 
 namespace zrt {
 
-/// What a "!" or "~" in front of a group means.
-enum class GroupNegation : std::uint8_t {
-  kIfAlone,        // negates the group if only blanks stand before it: ~(5), but not 1+~(5)
-  kRefused,        // ErrInvalidOperator wherever it stands
-  kThenLookAgain,  // negates the group and is dropped; what is left is looked at again: 1@~(2)
-};
-
-/// A policy has these members; each constant stands for one real difference between the kinds.
-///
-///   Value                        default-constructible and movable
-///   kRefusesShifts               1<<x fails at the "<<", before x is read (floats)
-///   kHasUnaryPath                ~1 has a value; else it is ErrInvalidOperator (floats: else)
-///   kUnaryOperandIsExpression    in ~a[~1] the operand a[~1] is cut at its "~" again (integers)
-///   kGroupReplacesLeftUnderNone  1,(2) is 2, not 1 (integers)
-///   kKeepsPartialChain           a chain that fails leaves its value so far as the result (bits)
-///   kGroupNegation               see GroupNegation
-///   IsUnary(c)                   the characters of unary operators
-///   Read(text, value)            reads one operand; on failure `value` is what a result then shows
-///   Apply(value, code, operand)  a binary operator, in place; may use the operand up
-///   ApplyUnary(value, code)      a unary operator, in place
-///   BeginResult(value)           operators are about to make `value` the result in place: 1+(2)
-///   Deliver(value, is_added)     `value` is the result, also what a failure leaves of it; added to
-///                                what the result holds where no operator works on that: (2)
 template <class Policy>
 class Walk {
  public:
@@ -60,9 +38,30 @@ class Walk {
  private:
   enum class Shape : std::uint8_t { kChain, kUnary, kGroup };
 
-  // What is known of a piece before it is looked at, so that no text without a group is searched
-  // for one twice: its pieces have none either.
-  enum class Known : std::uint8_t { kNothing, kNoGroup, kChain };
+  // What a piece is known not to hold, so that nothing is searched for twice: once a text has shown
+  // no group, its pieces are not looked through for one again.
+  enum class RuledOut : std::uint8_t { kNothing, kGroups, kGroupsAndUnary };
+
+  enum class Side : std::uint8_t { kLeft, kRight };
+
+  // The order in which the sides of a middle are solved, and what is then known of each. The order
+  // is a promise, since operands may be rows that move on as they are read.
+  struct SideTurn {
+    Side side;
+    RuledOut ruled_out;
+  };
+  static constexpr SideTurn kTurns[2][2] = {
+  // Around a unary operator, the first one of a text without groups.
+      {{Side::kLeft, RuledOut::kGroupsAndUnary}, {Side::kRight, RuledOut::kGroups}},
+ // Around a group, the first one of its text.
+      {{Side::kRight, RuledOut::kNothing},       {Side::kLeft, RuledOut::kGroups} },
+  };
+
+  // Where a piece is cut: at the mark of a "(" or of a unary operator; a chain is not cut.
+  struct Cut {
+    Shape shape;
+    std::uint32_t mark;
+  };
 
   // An open level: a piece with its middle, the "(" or the unary operator, and how far it is. Deep
   // texts have millions of them, so it is kept small.
@@ -79,13 +78,9 @@ class Walk {
   };
   static_assert(sizeof(Frame) == 32);
 
-  struct Look {
-    Shape shape;
-    std::uint32_t mark;
-  };
-  Look LookAt(const Piece& piece, Known known) const;
+  Cut FindCut(const Piece& piece, RuledOut ruled_out) const;
 
-  ZRTStatus Enter(Piece piece, Known known);
+  ZRTStatus Descend(Piece piece, Cut cut);
   ZRTStatus Advance();
   ZRTStatus Combine();
 
@@ -111,17 +106,33 @@ class Walk {
   SmallStack<Value, 48> values_;
 };
 
+/// Evaluates `text` by `policy`: as an expression, or as one chain whatever it holds.
+/// @return ErrStreamWrite for a text of more than kMaxTextLength characters, with nothing read or
+///         delivered; else what the walk says. Throws std::bad_alloc before anything is delivered.
+template <class Policy>
+ZRTStatus SolveText(std::string_view text, Policy policy) {
+  if (text.size() > kMaxTextLength) return ErrStreamWrite;
+  const MarkedText marked(text, MarkedText::Parentheses::kMarked);
+  return Walk<Policy>(policy, marked).Solve();
+}
+template <class Policy>
+ZRTStatus SolveTextAsChain(std::string_view text, Policy policy) {
+  if (text.size() > kMaxTextLength) return ErrStreamWrite;
+  const MarkedText marked(text, MarkedText::Parentheses::kPlain);
+  return Walk<Policy>(policy, marked).SolveChain();
+}
+
 // The first group of a piece, else its first unary operator, else neither.
 template <class Policy>
-typename Walk<Policy>::Look Walk<Policy>::LookAt(const Piece& piece, Known known) const {
-  if (known == Known::kChain) return {Shape::kChain, kNoMark};
+typename Walk<Policy>::Cut Walk<Policy>::FindCut(const Piece& piece, RuledOut ruled_out) const {
+  if (ruled_out == RuledOut::kGroupsAndUnary) return {Shape::kChain, kNoMark};
   std::uint32_t first_unary = kNoMark;
   for (std::uint32_t mark = piece.first_mark; mark < piece.last_mark; ++mark) {
     const char c = text_.CharOf(mark);
     if (c == '(') return {Shape::kGroup, mark};
-    if (first_unary == kNoMark && Policy::IsUnary(c)) {
+    if (first_unary == kNoMark && IsUnary(c, Policy::kReversesBits)) {
       first_unary = mark;
-      if (known == Known::kNoGroup) break;
+      if (ruled_out == RuledOut::kGroups) break;
     }
   }
   return {first_unary == kNoMark ? Shape::kChain : Shape::kUnary, first_unary};
@@ -130,9 +141,9 @@ typename Walk<Policy>::Look Walk<Policy>::LookAt(const Piece& piece, Known known
 template <class Policy>
 ZRTStatus Walk<Policy>::Solve() {
   const Piece whole = WholePiece(text_);
-  const Shape shape = LookAt(whole, Known::kNothing).shape;
-  if (shape == Shape::kChain) return DeliverChain(whole);
-  ZRTStatus status = Enter(whole, shape == Shape::kGroup ? Known::kNothing : Known::kNoGroup);
+  const Cut cut = FindCut(whole, RuledOut::kNothing);
+  if (cut.shape == Shape::kChain) return DeliverChain(whole);
+  ZRTStatus status = Descend(whole, cut);
   while (status == kOk && !frames_.empty()) status = Advance();
   return status;
 }
@@ -147,31 +158,29 @@ ZRTStatus Walk<Policy>::DeliverChain(const Piece& piece) {
 
 // Goes down to the first chain of a piece, opening a frame for each level, and solves that chain.
 template <class Policy>
-ZRTStatus Walk<Policy>::Enter(Piece piece, Known known) {
-  for (;;) {
-    const auto [shape, mark] = LookAt(piece, known);
-    if (shape == Shape::kChain) {
-      values_.Push(Value{});
-      return Chain(piece, values_.Top());
-    }
-    if (shape == Shape::kGroup) {
-      const std::uint32_t close = text_.MatchOf(mark);
+ZRTStatus Walk<Policy>::Descend(Piece piece, Cut cut) {
+  while (cut.shape != Shape::kChain) {
+    RuledOut ruled_out = RuledOut::kNothing;
+    if (cut.shape == Shape::kGroup) {
+      const std::uint32_t close = text_.MatchOf(cut.mark);
       if (close == kNoMark) return ErrUnbalancedParenthesis;
-      Frame frame{piece, mark, close + 1};
+      Frame frame{piece, cut.mark, close + 1};
       frame.is_group = true;
       // A group alone in its piece needs no frame, but for the outermost one, which delivers.
-      const bool alone = text_.PositionOf(mark) == piece.begin && RightOf(frame).empty();
+      const bool alone = text_.PositionOf(cut.mark) == piece.begin && RightOf(frame).empty();
       if (!alone || frames_.empty()) frames_.Push(std::move(frame));
-      piece = {text_.PositionOf(mark) + 1, text_.PositionOf(close), mark + 1, close};
-      known = Known::kNothing;
+      piece = {text_.PositionOf(cut.mark) + 1, text_.PositionOf(close), cut.mark + 1, close};
     } else {
       if (!Policy::kHasUnaryPath) return ErrInvalidOperator;
       Piece operand{};
-      frames_.Push(OpenUnary(piece, mark, operand));
+      frames_.Push(OpenUnary(piece, cut.mark, operand));
       piece = operand;
-      known = Policy::kUnaryOperandIsExpression ? Known::kNoGroup : Known::kChain;
+      ruled_out = Policy::kUnaryOperandIsExpression ? RuledOut::kGroups : RuledOut::kGroupsAndUnary;
     }
+    cut = FindCut(piece, ruled_out);
   }
+  values_.Push(Value{});
+  return Chain(piece, values_.Top());
 }
 
 template <class Policy>
@@ -189,11 +198,15 @@ Piece Walk<Policy>::RightOf(const Frame& frame) const {
 
 // The operand ends at the first operator behind the unary one; what follows is the right text.
 //
-// Once a scan inside an operand has passed over a bracket, it finds nothing more. Usually it has
-// met the very "]" that the scan which cut the operand went over, and goes on as that one did. Or
-// the operand holds no "[" from there on; then the first scan hid nothing there either, and every
-// operator left is the "-" of an exponent, which any scan passes over. The mark on the piece spares
-// a scan to the same end at every level of ~a[~a[~a[1]...
+// Scans go on inside the operand later. Once one of them has passed over a "]", it finds nothing
+// more up to the operand's end, by one of two ways:
+//   The scan here has passed over the same "]". From there on both go on alike, and what they find
+//   next is the operator that ends the operand, outside of it:            ~a[~b[1]+2
+//   The scan here hid nothing in front of that "]", because it saw a "[" behind the operand. Then
+//   each operator of the operand that is left is the "-" of an exponent, which every scan passes
+//   over:                                                                 ~1e-5]+[2]
+// So the piece says that a scan may end there, which spares one scan to the same end at each level
+// of ~a[~a[~a[1]...: together they would cost the square of the length.
 template <class Policy>
 typename Walk<Policy>::Frame Walk<Policy>::OpenUnary(const Piece& piece, std::uint32_t unary_mark,
                                                      Piece& operand) const {
@@ -206,29 +219,28 @@ typename Walk<Policy>::Frame Walk<Policy>::OpenUnary(const Piece& piece, std::ui
     frame.right_mark = found->mark;
     operand = PieceBefore(text_, operand, *found);
   }
-  operand.bracket_ends_scan = true;
+  operand.no_operator_behind_brackets = Policy::kTrustsBracketInvariant;
   return frame;
 }
 
-// The top frame has got a value: cuts and enters its next side, or combines what it has. The order
-// of the sides shows where operands are rows that move on: a group's right side comes first.
+// The top frame has got a value: cuts its next side and goes down into that, or combines what it
+// has.
 template <class Policy>
 ZRTStatus Walk<Policy>::Advance() {
   Frame& frame = frames_.Top();
-  if (frame.sides_done == 0 && !frame.is_group) {
-    policy_.ApplyUnary(values_.Top(), EntryOf(text_.CharOf(frame.middle_mark)).code);
+  if constexpr (Policy::kHasUnaryPath) {
+    if (frame.sides_done == 0 && !frame.is_group) {
+      policy_.ApplyUnary(values_.Top(), EntryOf(text_.CharOf(frame.middle_mark)).code);
+    }
   }
   while (frame.sides_done < 2) {
-    const bool is_right = frame.is_group == (frame.sides_done == 0);
+    const SideTurn turn = kTurns[frame.is_group ? 1 : 0][frame.sides_done];
     ++frame.sides_done;
     std::optional<Piece> side;
-    const ZRTStatus status = is_right ? CutRight(frame, side) : CutLeft(frame, side);
+    const ZRTStatus status =
+        turn.side == Side::kRight ? CutRight(frame, side) : CutLeft(frame, side);
     if (status != kOk) return status;
-    if (!side) continue;
-    Known known = Known::kNoGroup;  // the first group is behind it, or the piece has none
-    if (frame.is_group && is_right) known = Known::kNothing;
-    if (!frame.is_group && !is_right) known = Known::kChain;  // the unary operator was the first
-    return Enter(*side, known);
+    if (side) return Descend(*side, FindCut(*side, turn.ruled_out));
   }
   return Combine();
 }
@@ -251,7 +263,7 @@ ZRTStatus Walk<Policy>::CutLeft(Frame& frame, std::optional<Piece>& side) {
   Piece left = frame.piece;
   left.end = text_.PositionOf(frame.middle_mark);
   left.last_mark = frame.middle_mark;
-  left.bracket_ends_scan = false;
+  left.no_operator_behind_brackets = false;  // it ends elsewhere than the operand it is part of
   left = DropTrailingBlanks(text_, left);
   if (left.empty()) return kOk;
   RightScan scan(text_, left);
@@ -272,39 +284,44 @@ template <class Policy>
 ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan,
                                      std::optional<FoundOperator>& found) {
   while (found && IsNegation(found->code)) {
-    if (Policy::kGroupNegation == GroupNegation::kRefused) return ErrInvalidOperator;
-    const OperatorCode code = found->code;
-    const bool alone = PieceBefore(text_, scan.rest(), *found).empty();
-    if (Policy::kGroupNegation == GroupNegation::kIfAlone && !alone) return kOk;
-    // The group's value lies below the right side's, if there is one.
-    policy_.ApplyUnary(values_.Below(frame.has_right ? 1 : 0), code);
-    scan.CutBefore(*found);
-    found = scan.Last();
+    if constexpr (Policy::kGroupNegation == GroupNegation::kRefused) {
+      return ErrInvalidOperator;
+    } else {
+      const OperatorCode code = found->code;
+      const bool alone = PieceBefore(text_, scan.rest(), *found).empty();
+      if (Policy::kGroupNegation == GroupNegation::kIfAlone && !alone) return kOk;
+      // The group's value lies below the right side's, if there is one.
+      policy_.ApplyUnary(values_.Below(frame.has_right ? 1 : 0), code);
+      scan.CutBefore(*found);
+      found = scan.Last();
+    }
   }
   return kOk;
 }
 
-// Joins (left op middle) op right. The values are the topmost ones, in the order they were solved:
-// the middle first, then a group's right side before its left one, a unary operator's behind it.
+// Joins (left op middle) op right. The values stand in the order in which they were solved, the
+// last one on top; a side that is not there has none:
+//
+//   around a group             middle  right  left
+//   around a unary operator    middle  left   right
 template <class Policy>
 ZRTStatus Walk<Policy>::Combine() {
   const Frame frame = frames_.Pop();
+  const bool has_both = frame.has_left && frame.has_right;
   const std::size_t side_count = (frame.has_left ? 1U : 0U) + (frame.has_right ? 1U : 0U);
   Value& middle = values_.Below(side_count);
-  Value& first_side = values_.Below(side_count > 0 ? side_count - 1 : 0);
-  Value& last_side = values_.Top();  // the same if there is but one
-  Value& left = frame.is_group ? last_side : first_side;
-  Value& right = frame.is_group ? first_side : last_side;
+  Value& left = values_.Below(has_both && !frame.is_group ? 1 : 0);
+  Value& right = values_.Below(has_both && frame.is_group ? 1 : 0);
 
   const bool replaces = Policy::kGroupReplacesLeftUnderNone && frame.left_code == OpNone;
   const bool joins_left = frame.has_left && !replaces;
   Value& running = joins_left ? left : middle;
-  const bool is_result = frames_.empty();
-  if (is_result && side_count > 0) policy_.BeginResult(running);
+  const bool is_outermost = frames_.empty();
+  if (is_outermost && side_count > 0) policy_.BeginResult(running);
   ZRTStatus status = kOk;
   if (joins_left) status = policy_.Apply(running, frame.left_code, middle);
   if (status == kOk && frame.has_right) status = policy_.Apply(running, frame.right_code, right);
-  if (is_result) policy_.Deliver(running, side_count == 0);
+  if (is_outermost) policy_.Deliver(running, side_count == 0);
   if (joins_left) middle = std::move(left);
   for (std::size_t side = 0; side < side_count; ++side) values_.Drop();
   return status;

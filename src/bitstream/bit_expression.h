@@ -6,8 +6,8 @@
 
 #include "ErrorCodes.h"
 #include "RowDataStream.h"
-#include "bitstream/bit_value.h"
-#include "frame/scopes.h"
+#include "bits/bit_value.h"
+#include "names/scopes.h"
 
 namespace zrt {
 

@@ -1,11 +1,11 @@
 // The buffer of the working value: where its bytes stand, and how room is made for more.
-#include "bitstream/bit_value.h"
+#include "bits/bit_value.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
-#include "bitstream/kernels.h"
+#include "bits/kernels.h"
 
 namespace zrt {
 
@@ -46,8 +46,11 @@ std::span<std::uint8_t> BitValue::Rebuild(std::size_t byte_count) {
   return Stored();
 }
 
+// In the buffer stand, from the top down: slack, the stored bytes, slack. The stored bytes are the
+// number's and, if it stands shifted, one more; the lowest low_bit_ bits of them are zeros below
+// the number. A step up uses these bits first, since that moves nothing, and then whole new bytes:
+// with 3 bits below the number a step of 7 wants 4 more, so a byte is added, and 4 bits remain.
 void BitValue::Reshape(std::size_t up_bits, std::size_t byte_count) {
-  // The number goes up by using the shifted-up bits below it, then by whole new bytes below.
   std::size_t new_low_bytes = 0;
   std::size_t low_bit = low_bit_;
   if (up_bits > low_bit) {
@@ -61,7 +64,7 @@ void BitValue::Reshape(std::size_t up_bits, std::size_t byte_count) {
   MakeRoom(new_high_bytes, new_low_bytes);
 
   std::memset(buffer() + first_ + stored_size(), 0, new_low_bytes);
-  first_ = first_ + size - new_size;  // up or down, as the size asks for
+  first_ = first_ + size - new_size;  // down for new bytes above, up where bytes are cut off
   std::memset(buffer() + first_, 0, new_high_bytes);
   byte_count_ = byte_count;
   low_bit_ = static_cast<std::uint8_t>(low_bit);

@@ -1,5 +1,5 @@
 // The order of the scopes, and the static table of mask names.
-#include "frame/scopes.h"
+#include "names/scopes.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,9 +1,10 @@
-// The object's doors to the scans of text. They do not touch the object.
+// The object's entry points to the scans of text. They do not touch the object.
 #include <cstring>
 #include <limits>
 #include <optional>
 
 #include "ZRTExpression.h"
+#include "bits/exhausted_memory.h"
 #include "scan/marks.h"
 #include "scan/number.h"
 #include "scan/operator_scan.h"
@@ -19,7 +20,7 @@ constexpr int kNotFound = -1;
 // found.
 template <class Scan>
 int AnswerOf(const char* text, unsigned short* code, const Scan& scan) {
-  try {
+  return zrt::OnExhaustedMemory(kNotFound, [&]() -> int {
     const std::size_t length = std::strlen(text);
     if (length > zrt::kMaxTextLength) return kNotFound;
     const MarkedText marked({text, length}, MarkedText::Parentheses::kPlain);
@@ -27,9 +28,7 @@ int AnswerOf(const char* text, unsigned short* code, const Scan& scan) {
     if (!found) return kNotFound;
     *code = found->code;
     return static_cast<int>(found->position);
-  } catch (...) {
-    return kNotFound;
-  }
+  });
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-// The bit-vector policy of the walk.
-#include "bitstream/bits.h"
+// The bit-vector policy of the walk: operands and operators come from their own files, and what is
+// left here is where the outcome goes.
+#include "bitstream/bit_expression.h"
 
 #include <utility>
 
@@ -11,16 +12,12 @@
 namespace zrt {
 namespace {
 
-class BitsPolicy {
+class BitsPolicy : public WalkDefaults {
  public:
   using Value = BitValue;
-  static constexpr bool kRefusesShifts = false;
-  static constexpr bool kHasUnaryPath = true;
-  static constexpr bool kUnaryOperandIsExpression = false;
-  static constexpr bool kGroupReplacesLeftUnderNone = false;
+  static constexpr bool kReversesBits = true;
   static constexpr bool kKeepsPartialChain = true;
   static constexpr GroupNegation kGroupNegation = GroupNegation::kThenLookAgain;
-  static constexpr bool IsUnary(char c) { return c == '~' || c == '!' || c == '$'; }
 
   BitsPolicy(const Scopes& scopes, LByteBuffer* older, BitsOutcome& outcome)
       : scopes_(scopes), older_(older), outcome_(outcome) {}
@@ -53,17 +50,11 @@ class BitsPolicy {
 
 ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
                     BitsOutcome& outcome) {
-  if (text.size() > kMaxTextLength) return ErrStreamWrite;
-  const MarkedText marked(text, MarkedText::Parentheses::kMarked);
-  BitsPolicy policy(scopes, older, outcome);
-  return Walk<BitsPolicy>(policy, marked).Solve();
+  return SolveText(text, BitsPolicy(scopes, older, outcome));
 }
 
 ZRTStatus SolveBitsChain(std::string_view text, const Scopes& scopes, BitsOutcome& outcome) {
-  if (text.size() > kMaxTextLength) return ErrStreamWrite;
-  const MarkedText marked(text, MarkedText::Parentheses::kPlain);
-  BitsPolicy policy(scopes, nullptr, outcome);
-  return Walk<BitsPolicy>(policy, marked).SolveChain();
+  return SolveTextAsChain(text, BitsPolicy(scopes, nullptr, outcome));
 }
 
 }  // namespace zrt

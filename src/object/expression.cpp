@@ -2,17 +2,20 @@
 // evaluation.
 #include "ZRTExpression.h"
 
-#include <array>
+#include <cerrno>
 #include <cstring>
 #include <new>
+#include <optional>
+#include <string>
 
-#include "frame/current_directory.h"
-#include "frame/holdings.h"
-#include "frame/scopes.h"
+#include "names/scopes.h"
+#include "object/current_directory.h"
+#include "object/owned_state.h"
+#include "object/status_of.h"
 
 namespace {
 
-constexpr int kDirectorySize = 255;  // of the buffer for the current directory, terminator included
+constexpr std::size_t kLongestDirectory = 1 << 24;  // characters; far beyond any platform's
 
 // A copy that delete[] releases; null for null, and if memory runs out.
 char* CopyText(const char* text) {
@@ -28,11 +31,22 @@ void Replace(char*& text, char* replacement) {
   text = replacement;
 }
 
+// The process's current directory, however long its name is; nothing if the platform cannot tell
+// it.
+std::optional<std::string> CurrentDirectory() {
+  for (std::string buffer(256, '\0');; buffer.resize(2 * buffer.size())) {
+    if (_getcwd(buffer.data(), static_cast<int>(buffer.size()))) return buffer.c_str();
+    if (errno != ERANGE || buffer.size() > kLongestDirectory) return std::nullopt;
+  }
+}
+
+// The way back is tried before anything is entered: a process that dropped its rights may stand in
+// a directory that it could not enter again.
 bool CanEnter(const char* dir) {
-  std::array<char, kDirectorySize> saved{};
-  if (!_getcwd(saved.data(), kDirectorySize)) return false;
+  const std::optional<std::string> here = CurrentDirectory();
+  if (!here || _chdir(here->c_str()) != 0) return false;
   const bool entered = _chdir(dir) == 0;
-  return _chdir(saved.data()) == 0 && entered;
+  return _chdir(here->c_str()) == 0 && entered;
 }
 
 }  // namespace
@@ -57,21 +71,23 @@ ZRTExpression& ZRTExpression::operator=(const ZRTExpression& source) noexcept {
   ExternalZRTData = source.ExternalZRTData;
 
   // The fields made for mask names stay with the object that handed them out.
-  if (!holdings_ && source.Handler) holdings_.reset(new (std::nothrow) Holdings);
-  if (holdings_) {
-    holdings_->handler = source.holdings_ ? source.holdings_->handler : nullptr;
-    Handler = holdings_->handler.get();
+  if (!owned_ && source.Handler) owned_.reset(new (std::nothrow) OwnedState);
+  if (owned_) {
+    owned_->handler = source.owned_ ? source.owned_->handler : nullptr;
+    Handler = owned_->handler.get();
   }
   return *this;
 }
 
 int ZRTExpression::SetDefaultDir(char* dir) {
-  const bool is_empty = !dir || *dir == '\0';
-  if (!is_empty && !CanEnter(dir)) return ErrBadDirectory;
-  char* copy = CopyText(is_empty ? "" : dir);
-  if (!copy) return ErrStreamWrite;
-  Replace(DefaultDir, copy);
-  return zrt::kOk;
+  return zrt::StatusOf([&] {
+    const bool is_empty = !dir || *dir == '\0';
+    if (!is_empty && !CanEnter(dir)) return ErrBadDirectory;
+    char* copy = CopyText(is_empty ? "" : dir);
+    if (!copy) return ErrStreamWrite;
+    Replace(DefaultDir, copy);
+    return zrt::kOk;
+  });
 }
 
 char* ZRTExpression::GetDefaultDir() { return DefaultDir; }

@@ -1,9 +1,8 @@
 // The byte loops. Words are loaded most significant byte first, so that shifts cross bytes in the
 // order of the vector's bits.
-#include "bitstream/kernels.h"
+#include "bits/kernels.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 
 namespace zrt::kernels {
@@ -11,18 +10,9 @@ namespace {
 
 constexpr std::size_t kWordSize = sizeof(std::uint64_t);
 
-// Bits of a word, or bytes of a word, in the opposite order (H. S. Warren, Hacker's Delight, 7-1).
+// The bits of each byte in the opposite order (H. S. Warren, Hacker's Delight, 7-1).
 constexpr std::uint64_t SwapFields(std::uint64_t word, unsigned width, std::uint64_t mask) {
   return ((word >> width) & mask) | ((word & mask) << width);
-}
-constexpr std::uint64_t SwapBytes(std::uint64_t word) {
-#if defined(__GNUC__)
-  return __builtin_bswap64(word);  // clang does not see a byte swap in the steps below
-#else
-  word = SwapFields(word, 8, 0x00FF00FF00FF00FFU);
-  word = SwapFields(word, 16, 0x0000FFFF0000FFFFU);
-  return (word >> 32) | (word << 32);
-#endif
 }
 constexpr std::uint64_t MirrorEachByte(std::uint64_t word) {
   word = SwapFields(word, 1, 0x5555555555555555U);
@@ -30,18 +20,31 @@ constexpr std::uint64_t MirrorEachByte(std::uint64_t word) {
   return SwapFields(word, 4, 0x0F0F0F0F0F0F0F0FU);
 }
 
-std::uint64_t LoadRaw(const std::uint8_t* from) {
-  std::uint64_t word = 0;
-  std::memcpy(&word, from, kWordSize);
-  return word;
-}
-void StoreRaw(std::uint8_t* to, std::uint64_t word) { std::memcpy(to, &word, kWordSize); }
-
-constexpr bool kSwaps = std::endian::native == std::endian::little;
+// The number of eight bytes, most significant first, on every platform. Written out like this, and
+// not as a loop, it is one byte swap and one move to both compilers.
 std::uint64_t Load(const std::uint8_t* from) {
-  return kSwaps ? SwapBytes(LoadRaw(from)) : LoadRaw(from);
+  const auto byte = [from](unsigned i) { return std::uint64_t{from[i]} << (56 - 8 * i); };
+  return byte(0) | byte(1) | byte(2) | byte(3) | byte(4) | byte(5) | byte(6) | byte(7);
 }
-void Store(std::uint8_t* to, std::uint64_t word) { StoreRaw(to, kSwaps ? SwapBytes(word) : word); }
+void Store(std::uint8_t* to, std::uint64_t word) {
+  const auto put = [to, word](unsigned i) {
+    to[i] = static_cast<std::uint8_t>(word >> (56 - 8 * i));
+  };
+  put(0);
+  put(1);
+  put(2);
+  put(3);
+  put(4);
+  put(5);
+  put(6);
+  put(7);
+}
+
+// The same with the bytes in the opposite order.
+std::uint64_t LoadReversed(const std::uint8_t* from) {
+  const auto byte = [from](unsigned i) { return std::uint64_t{from[i]} << (8 * i); };
+  return byte(0) | byte(1) | byte(2) | byte(3) | byte(4) | byte(5) | byte(6) | byte(7);
+}
 
 constexpr std::uint8_t Low8(std::uint64_t word) { return static_cast<std::uint8_t>(word); }
 
@@ -165,9 +168,9 @@ void Mirror(Bytes bytes) {
   std::uint8_t* high = low + bytes.size();
   while (static_cast<std::size_t>(high - low) >= 2 * kWordSize) {
     high -= kWordSize;
-    const std::uint64_t first = MirrorEachByte(SwapBytes(LoadRaw(low)));
-    StoreRaw(low, MirrorEachByte(SwapBytes(LoadRaw(high))));
-    StoreRaw(high, first);
+    const std::uint64_t first = MirrorEachByte(LoadReversed(low));
+    Store(low, MirrorEachByte(LoadReversed(high)));
+    Store(high, first);
     low += kWordSize;
   }
   std::reverse(low, high);

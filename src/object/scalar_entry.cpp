@@ -1,23 +1,23 @@
-// The object's doors to integer and float evaluation.
+// The object's entry points to integer and float evaluation.
 #include "ZRTExpression.h"
-#include "frame/guard.h"
-#include "frame/scopes.h"
+#include "names/scopes.h"
+#include "object/status_of.h"
 #include "scalar/float.h"
 #include "scalar/integer.h"
 #include "scalar/operand.h"
 
-using zrt::Guarded;
+using zrt::StatusOf;
 
 int ZRTExpression::GetIntegerOperand(const char* text, int* result) {
   return SolveIntegerExpression(text, result);
 }
 
 int ZRTExpression::SolveIntegerExpression(const char* text, int* result) {
-  return Guarded([&] { return zrt::SolveInteger(text, CurrentScopes(), *result); });
+  return StatusOf([&] { return zrt::SolveInteger(text, CurrentScopes(), *result); });
 }
 
 int ZRTExpression::GetIntegerValue(char* operand, int* result) {
-  return Guarded([&] { return zrt::ReadScalar(operand, CurrentScopes(), *result); });
+  return StatusOf([&] { return zrt::ReadScalar(operand, CurrentScopes(), *result); });
 }
 
 int ZRTExpression::ExecuteIntegerOperator(int* value, unsigned short code, int operand) {
@@ -29,11 +29,11 @@ int ZRTExpression::GetFloatOperand(const char* text, float* result) {
 }
 
 int ZRTExpression::SolveFloatExpression(const char* text, float* result) {
-  return Guarded([&] { return zrt::SolveFloat(text, CurrentScopes(), *result); });
+  return StatusOf([&] { return zrt::SolveFloat(text, CurrentScopes(), *result); });
 }
 
 int ZRTExpression::GetFloatValue(char* operand, float* result) {
-  return Guarded([&] { return zrt::ReadScalar(operand, CurrentScopes(), *result); });
+  return StatusOf([&] { return zrt::ReadScalar(operand, CurrentScopes(), *result); });
 }
 
 int ZRTExpression::ExecuteFloatOperator(float* value, unsigned short code, float operand) {

@@ -6,7 +6,7 @@
 
 #include "ZRTExpression.h"
 
-struct ZRTExpression::Holdings {
+struct ZRTExpression::OwnedState {
   std::shared_ptr<ErrorHandler> handler;                   // shared by objects that were assigned
   std::vector<std::unique_ptr<QLMDataField>> mask_fields;  // handed out by SearchDataField
 };

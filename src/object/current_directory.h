@@ -2,12 +2,8 @@
 // names gets them from the shim beside the stand-ins.
 #pragma once
 
-#if defined(_WIN32)
-#include <direct.h>
-#else
 // The names are the platform's, underscore and all.
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" char* _getcwd(char* buffer, int size);
 extern "C" int _chdir(const char* path);
 // NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
-#endif

@@ -24,12 +24,15 @@ constexpr void StoreWord(std::int32_t word, std::span<std::uint8_t> bytes) {
 
 /// Bytes and a bit length, two separate facts. A value is tidy if the count is what the length
 /// needs and the spare bits above the length are 0; "~" and the rows of data fields make untidy
-/// ones, and nothing here masks bits above the bit length.
+/// ones.
 ///
 /// The bytes as a number may stand shifted up in their buffer by some bits (low_bit_), so that
 /// short pieces can be joined at the low end of a long value without moving it, and the buffer has
-/// slack at both ends that grows geometrically. Invariants: the stored bits below low_bit_ and
-/// above the number's bytes are 0; values of up to kInlineSize stored bytes need no allocation.
+/// slack at both ends that grows geometrically.
+///
+/// Invariants: the stored bits below low_bit_ and above the number's bytes are 0; a value of up to
+/// kInlineSize stored bytes needs no allocation. No invariant: bits above the bit length. They are
+/// never masked, here or elsewhere.
 class BitValue {
  public:
   BitValue() noexcept = default;
@@ -55,8 +58,10 @@ class BitValue {
   /// Throws std::bad_alloc, leaving the value as it was.
   void Reshape(std::size_t up_bits, std::size_t byte_count);
 
-  /// number |= bytes << up, and number &= bytes for the low bytes that both have.
+  /// number |= bytes << up_bits; what does not fit into the number's bytes is dropped.
   void Or(std::size_t up_bits, std::span<const std::uint8_t> bytes);
+
+  /// number &= bytes, in the low bytes that both have.
   void And(std::span<const std::uint8_t> bytes);
 
  private:

@@ -1,13 +1,12 @@
 // Error reports: the error list's loading, and the one way into the handler's record. Evaluators do
 // not report; a host has their status.
 #include <memory>
-#include <new>
 #include <string>
 #include <string_view>
 
 #include "ZRTExpression.h"
-#include "frame/guard.h"
-#include "frame/holdings.h"
+#include "object/owned_state.h"
+#include "object/status_of.h"
 
 namespace {
 
@@ -20,15 +19,15 @@ constexpr int kNoEntry = -1;
 }  // namespace
 
 int ZRTExpression::Initialize(char* dir) {
-  return zrt::Guarded([&] {
+  return zrt::StatusOf([&] {
     if (const int status = SetDefaultDir(dir); status < 0) {
       ProcessException(status, kCategory, dir);
       return status;
     }
     if (!Handler) {
-      if (!holdings_) holdings_ = std::make_unique<Holdings>();
-      holdings_->handler = std::make_shared<ErrorHandler>();
-      Handler = holdings_->handler.get();
+      if (!owned_) owned_ = std::make_unique<OwnedState>();
+      owned_->handler = std::make_shared<ErrorHandler>();
+      Handler = owned_->handler.get();
     }
     // Not `dir` itself: it may have been the object's own text, which is released by now.
     Handler->SetDefaultDir(dir ? DefaultDir : nullptr);
@@ -41,7 +40,7 @@ int ZRTExpression::Initialize(char* dir) {
 
 int ZRTExpression::ProcessException(int code, unsigned long category, const char* text) {
   if (!Handler) return kNoEntry;
-  try {
+  return zrt::OnExhaustedMemory(kNoEntry, [&]() -> int {  // then nothing is recorded
     const std::string_view given(text ? text : "");
     std::string detail("\n");
     if (given.size() < kReportSize) detail += given;
@@ -56,7 +55,5 @@ int ZRTExpression::ProcessException(int code, unsigned long category, const char
     message.append(entry->GetErrorMessage()).append(detail).append("\n");
     Handler->SetErrorOccured(message.data());
     return static_cast<unsigned short>(entry->GetErrorField());
-  } catch (const std::bad_alloc&) {
-    return kNoEntry;  // nothing is recorded
-  }
+  });
 }

@@ -1,16 +1,16 @@
-// The object's doors to bit-vector evaluation: streams outside, working values inside.
+// The object's entry points to bit-vector evaluation: streams outside, working values inside.
 #include "ZRTExpression.h"
+#include "bits/digits.h"
+#include "bitstream/bit_expression.h"
 #include "bitstream/bit_operand.h"
 #include "bitstream/bit_operators.h"
-#include "bitstream/bits.h"
-#include "bitstream/hex_text.h"
 #include "bitstream/stream_bytes.h"
-#include "frame/guard.h"
-#include "frame/scopes.h"
+#include "names/scopes.h"
+#include "object/status_of.h"
 
 using zrt::BitsOutcome;
 using zrt::BitValue;
-using zrt::Guarded;
+using zrt::StatusOf;
 
 namespace {
 
@@ -31,7 +31,7 @@ void Load(RowDataStream& stream, BitValue& value) {
 }  // namespace
 
 int ZRTExpression::GetBitStream(const char* text, RowDataStream* result) {
-  return Guarded([&] {
+  return StatusOf([&] {
     BitsOutcome outcome;
     const int status = SolveBits(text, CurrentScopes(), result, outcome);
     return StatusAfterStoring(status, outcome, *result);
@@ -39,18 +39,19 @@ int ZRTExpression::GetBitStream(const char* text, RowDataStream* result) {
 }
 
 int ZRTExpression::GetBitStream(const char* text, char* hexText) {
-  return Guarded([&] {
+  return StatusOf([&] {
     BitsOutcome outcome;
     const int status = SolveBits(text, CurrentScopes(), nullptr, outcome);
     if (status == zrt::kOk) {
-      zrt::WriteHexText(outcome.value.Bytes(), outcome.value.bit_length(), hexText);
+      const char digit_ten = util_Hex2HexAnsi(10);  // its case is the closed library's
+      zrt::WriteHexText(outcome.value.Bytes(), outcome.value.bit_length(), digit_ten, hexText);
     }
     return status;
   });
 }
 
 int ZRTExpression::SolveBitStreamExpression(char* text, RowDataStream* result) {
-  return Guarded([&] {
+  return StatusOf([&] {
     BitsOutcome outcome;
     const int status = SolveBitsChain(text, CurrentScopes(), outcome);
     return StatusAfterStoring(status, outcome, *result);
@@ -58,7 +59,7 @@ int ZRTExpression::SolveBitStreamExpression(char* text, RowDataStream* result) {
 }
 
 int ZRTExpression::GetBitStreamValue(char* text, RowDataStream* stream) {
-  return Guarded([&]() -> int {
+  return StatusOf([&]() -> int {
     BitValue value;
     value.set_bit_length(stream->BitLength);  // kept where memory runs out before a field is found
     const int status = zrt::ReadBits(text, CurrentScopes(), value);
@@ -69,7 +70,7 @@ int ZRTExpression::GetBitStreamValue(char* text, RowDataStream* stream) {
 
 int ZRTExpression::ExecuteBitStreamOperator(RowDataStream* left, unsigned short code,
                                             RowDataStream* right) {
-  return Guarded([&]() -> int {
+  return StatusOf([&]() -> int {
     BitValue value;
     BitValue operand;
     if (const auto status = zrt::StatusWithoutValues(code)) return *status;

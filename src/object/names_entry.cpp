@@ -1,25 +1,27 @@
-// The object's doors to names: the searches through the scopes, and the fields made for mask names
-// that no scope holds. A pointer or false is the whole answer; null also where memory runs out.
+// The object's entry points to names: the searches through the scopes, and the fields made for mask
+// names that no scope holds. A pointer or false is the whole answer; null also where memory runs
+// out.
 #include <memory>
 #include <utility>
 
 #include "ZRTExpression.h"
-#include "frame/holdings.h"
-#include "frame/scopes.h"
+#include "bits/exhausted_memory.h"
+#include "names/scopes.h"
+#include "object/owned_state.h"
+
+using zrt::OnExhaustedMemory;
 
 QLMDataField* ZRTExpression::SearchDataFieldSTAPLimpl(char* name) {
   if (!name) return nullptr;
   if (QLMDataField* field = CurrentScopes().FindField(name)) return field;
   if (!IsIgnoreInst(name)) return nullptr;
-  try {
-    if (!holdings_) holdings_ = std::make_unique<Holdings>();
+  return OnExhaustedMemory(nullptr, [&]() -> QLMDataField* {
+    if (!owned_) owned_ = std::make_unique<OwnedState>();
     auto field = std::make_unique<QLMDataField>();
     field->SetFieldName(name);
     if (!field->AddRow(0)) return nullptr;
-    return holdings_->mask_fields.emplace_back(std::move(field)).get();
-  } catch (...) {
-    return nullptr;
-  }
+    return owned_->mask_fields.emplace_back(std::move(field)).get();
+  });
 }
 
 QLMDataField* ZRTExpression::SearchDataField(char* name) {
@@ -35,15 +37,13 @@ ZRTTokens* ZRTExpression::SearchToken(char* name) {
 
 ZRTTokens* ZRTExpression::GetTokenFromTree(ZRTTokenTree* tree, char* name) {
   RBTreeNode* node = name ? tree->Search(tree->GetRoot(), name) : nullptr;
-  // The contract leaves open as what a node hands its token out: this cast reads any pointer to it.
-  using Token = ZRTTokens*;
-  return node ? Token(node->GetObject()) : nullptr;
+  return node ? static_cast<ZRTTokens*>(node->GetObject()) : nullptr;
 }
 
 bool ZRTExpression::IsIgnoreInst(char* name) { return zrt::IsMaskName(name); }
 
 bool ZRTExpression::IsToken(const char* text) {
-  try {
+  return OnExhaustedMemory(false, [&] {
     zrt::NameBuffer buffer(text);
     char* name = buffer.text();
     LString strings;
@@ -52,7 +52,5 @@ bool ZRTExpression::IsToken(const char* text) {
       if (position > 0) strings.Left(name, name, position);
     }
     return SearchDataField(name) || SearchToken(name);
-  } catch (...) {
-    return false;
-  }
+  });
 }

@@ -18,12 +18,16 @@ void OrShifted(Bytes target, unsigned low_bit, ConstBytes source);
 /// The same with AND; bits of `target` that `source` does not cover keep their values.
 void AndShifted(Bytes target, unsigned low_bit, ConstBytes source);
 
-/// bytes <<= bit_count and bytes >>= bit_count, zeros coming in.
+/// bytes <<= bit_count. Zeros come in at the low end.
 void ShiftLeft(Bytes bytes, std::size_t bit_count);
+
+/// bytes >>= bit_count. Zeros come in at the high end.
 void ShiftRight(Bytes bytes, std::size_t bit_count);
 
-/// Each byte becomes its complement; each becomes 1 if it is 0, and else 0.
+/// Each byte becomes its complement.
 void Complement(Bytes bytes);
+
+/// Each byte becomes 1 if it is 0, and else 0.
 void NegateEach(Bytes bytes);
 
 /// Mirrors all bits end for end.

@@ -1,0 +1,28 @@
+// Hexadecimal and binary digits to bytes, and bytes to hexadecimal digits. Which case the letters
+// have is the caller's to say. Knows nothing of texts and literals around the digits.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace zrt {
+
+/// Writes two digits a byte, the high nibble first, without a terminator. The digit for ten is
+/// `digit_ten`, "A" or "a", and the other letters follow it. Returns the end of the digits.
+char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text);
+
+/// Reads hexadecimal digits of either case, in reading order from the first byte on; an odd count
+/// leaves the low nibble of the last byte 0. `bytes` has (digit count + 1) / 2 bytes, and `digits`
+/// holds digits alone.
+void ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes);
+
+/// Reads binary digits, right-aligned. `bytes` has (digit count + 7) / 8 bytes.
+void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes);
+
+/// Writes a value of `bit_length` bits as "0x", two digits for each of the bytes the length needs,
+/// the last byte last, and the terminator. Bytes above are left out, missing ones are written as
+/// zeros.
+void WriteHexText(std::span<const std::uint8_t> bytes, int bit_length, char digit_ten, char* text);
+
+}  // namespace zrt

@@ -1,0 +1,59 @@
+// What a kind of value tells the walk about itself. Each constant and hook stands for one real
+// difference between the kinds; a policy derives from these defaults and shows what differs.
+#pragma once
+
+#include <cstdint>
+
+namespace zrt {
+
+/// What a "!" or "~" in front of a group means.
+enum class GroupNegation : std::uint8_t {
+  kIfAlone,        // negates the group if only blanks stand before it: ~(5), but not 1+~(5)
+  kRefused,        // ErrInvalidOperator wherever it stands
+  kThenLookAgain,  // negates the group and is dropped; what is left is looked at again: 1@~(2)
+};
+
+/// The defaults. A policy adds what has none:
+///
+///   Value                          the type of a value: default-constructible and movable
+///   kGroupNegation                 see GroupNegation
+///   Read(text, value)              reads one operand. On failure `value` is what the operand
+///   leaves
+///                                  in the result of a chain that begins with it: 1-bit rows of a
+///                                  field that has no row left keep their length, for one
+///   Apply(value, code, operand)    a binary operator, in place; the operand may be used up
+///   ApplyUnary(value, code)        a unary operator, in place; not needed without a unary path
+///   Deliver(value, is_added)       `value` is the outcome, of a failure too. `is_added` tells that
+///   no
+///                                  operator has met what the caller's result held before, so that
+///                                  the value comes behind it: (2), but not 1+(2)
+struct WalkDefaults {
+  /// 1<<x fails at the "<<", before x is read (floats).
+  static constexpr bool kRefusesShifts = false;
+
+  /// "$" is unary too (bit vectors).
+  static constexpr bool kReversesBits = false;
+
+  /// ~1 has a value; without it a unary operator is ErrInvalidOperator (floats).
+  static constexpr bool kHasUnaryPath = true;
+
+  /// In ~a[~1] the operand a[~1] is cut at its own "~" again (integers).
+  static constexpr bool kUnaryOperandIsExpression = false;
+
+  /// 1,(2) is 2, not 1 (integers).
+  static constexpr bool kGroupReplacesLeftUnderNone = false;
+
+  /// A chain that fails delivers its value so far (bit vectors).
+  static constexpr bool kKeepsPartialChain = false;
+
+  /// Scans end where Piece::no_operator_behind_brackets says so. The tests switch it off, to see
+  /// that it spares work and changes nothing.
+  static constexpr bool kTrustsBracketInvariant = true;
+
+  /// Operators are about to make `value` the outcome in place: 1+(2). Bit vectors let them work on
+  /// what the caller's result holds, too. May throw std::bad_alloc.
+  template <class Value>
+  static void BeginResult(Value& /*value*/) {}
+};
+
+}  // namespace zrt
