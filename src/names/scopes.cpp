@@ -25,11 +25,6 @@ NameBuffer::NameBuffer(std::string_view name) {
   text()[name.copy(text(), name.size())] = '\0';
 }
 
-ZRTTokens* Scopes::FindToken(char* name) const {
-  ZRTTokens* token = local_tokens ? local_tokens->GetToken(name) : nullptr;
-  return token || !global_tokens ? token : global_tokens->GetToken(name);
-}
-
 QLMDataField* Scopes::FindField(char* name) const {
   for (const QLMPlusData* data : {external_data, local_data, global_data}) {
     if (!data) continue;

@@ -38,7 +38,10 @@ struct Scopes {
   [[nodiscard]] bool has_data() const { return external_data || local_data || global_data; }
 
   /// The token of that name, local before global; null if there is none.
-  [[nodiscard]] ZRTTokens* FindToken(char* name) const;
+  [[nodiscard]] ZRTTokens* FindToken(char* name) const {
+    ZRTTokens* token = local_tokens ? local_tokens->GetToken(name) : nullptr;
+    return token || !global_tokens ? token : global_tokens->GetToken(name);
+  }
 
   /// The field of that name, external before local before global; null if there is none.
   [[nodiscard]] QLMDataField* FindField(char* name) const;

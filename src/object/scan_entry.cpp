@@ -1,7 +1,6 @@
 // The object's entry points to the scans of text. They do not touch the object.
 #include <cstring>
 #include <limits>
-#include <optional>
 
 #include "ZRTExpression.h"
 #include "bits/exhausted_memory.h"
@@ -24,10 +23,10 @@ int AnswerOf(const char* text, unsigned short* code, const Scan& scan) {
     const std::size_t length = std::strlen(text);
     if (length > zrt::kMaxTextLength) return kNotFound;
     const MarkedText marked({text, length}, MarkedText::Parentheses::kPlain);
-    const std::optional<FoundOperator> found = scan(marked, WholePiece(marked));
-    if (!found) return kNotFound;
-    *code = found->code;
-    return static_cast<int>(found->position);
+    const FoundOperator found = scan(marked, WholePiece(marked));
+    if (!found.is_there()) return kNotFound;
+    *code = found.code();
+    return static_cast<int>(found.position);
   });
 }
 

@@ -1,14 +1,11 @@
-// Reading integer and float operands. A token is asked for before the text is looked at as a
-// number, so a token may hide a literal.
+// Reading integer and float operands, all but the plain ones: tokens, indexes and literals.
 #include "scalar/operand.h"
 
 #include "names/token_shape.h"
-#include "scalar/convert.h"
 #include "scalar/integer.h"
 #include "scan/number.h"
 
 namespace zrt {
-namespace {
 
 // A scalar token wants no index and an array token wants one; anything else is the wrong type.
 template <class Number>
@@ -26,13 +23,12 @@ ZRTStatus ReadToken(ZRTTokens& token, int index, Number& value) {
   return ErrBadTokenType;
 }
 
-ZRTTokens* FindToken(std::string_view name, const Scopes& scopes) {
-  if (!scopes.has_tokens()) return nullptr;
-  NameBuffer buffer(name);
-  return scopes.FindToken(buffer.text());
+template <class Number>
+ZRTStatus ReadLiteral(std::string_view text, Number& value) {
+  if (KindOfNumber(text) == NumberNone) return ErrUnknownOperand;
+  FromLiteral(text, value);
+  return kOk;
 }
-
-}  // namespace
 
 ZRTStatus EvaluateIndex(const OperandText& operand, const Scopes& scopes, int& index) {
   index = kNoIndex;
@@ -40,19 +36,24 @@ ZRTStatus EvaluateIndex(const OperandText& operand, const Scopes& scopes, int& i
 }
 
 template <class Number>
-ZRTStatus ReadScalar(std::string_view text, const Scopes& scopes, Number& value) {
+ZRTStatus ReadIndexedScalar(std::string_view text, const Scopes& scopes, Number& value) {
   OperandText operand;
   if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
   int index = kNoIndex;
   const ZRTStatus status = EvaluateIndex(operand, scopes, index);
   if (operand.index && (status != kOk || index < 0)) return ErrNegativeIndex;
-  if (ZRTTokens* token = FindToken(operand.name, scopes)) return ReadToken(*token, index, value);
-  if (KindOfNumber(operand.name) == NumberNone) return ErrUnknownOperand;
-  FromLiteral(operand.name, value);
-  return kOk;
+  if (scopes.has_tokens()) {
+    NameBuffer name(operand.name);
+    if (ZRTTokens* token = scopes.FindToken(name.text())) return ReadToken(*token, index, value);
+  }
+  return ReadLiteral(operand.name, value);
 }
 
-template ZRTStatus ReadScalar<int>(std::string_view, const Scopes&, int&);
-template ZRTStatus ReadScalar<float>(std::string_view, const Scopes&, float&);
+template ZRTStatus ReadIndexedScalar<int>(std::string_view, const Scopes&, int&);
+template ZRTStatus ReadIndexedScalar<float>(std::string_view, const Scopes&, float&);
+template ZRTStatus ReadToken<int>(ZRTTokens&, int, int&);
+template ZRTStatus ReadToken<float>(ZRTTokens&, int, float&);
+template ZRTStatus ReadLiteral<int>(std::string_view, int&);
+template ZRTStatus ReadLiteral<float>(std::string_view, float&);
 
 }  // namespace zrt

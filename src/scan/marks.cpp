@@ -3,6 +3,7 @@
 #include "scan/marks.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zrt {
 
@@ -11,11 +12,12 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
   const bool marks_parentheses = parentheses == Parentheses::kMarked;
   // The open parentheses form a chain through their own links until they are closed.
   std::uint32_t innermost_open = kNoMark;
+  Mark* marks = marks_;
+  std::uint32_t mark = 0;
   const auto length = static_cast<std::uint32_t>(text.size());
   for (std::uint32_t position = 0; position < length; ++position) {
     const CharClass char_class = ClassOf(text[position]);
     if (char_class == CharClass::kPlain) continue;
-    const std::uint32_t mark = mark_count_;
     std::uint32_t link = kNoMark;
     if (char_class == CharClass::kOpenParenthesis) {
       if (!marks_parentheses) continue;
@@ -24,31 +26,28 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
     } else if (char_class == CharClass::kCloseParenthesis) {
       if (!marks_parentheses) continue;
       if (innermost_open != kNoMark) {
-        const std::uint32_t outer = marks_[innermost_open].link;
-        marks_[innermost_open].link = mark;
-        innermost_open = outer;
+        innermost_open = std::exchange(marks[innermost_open].link, mark);
       }
     } else if (char_class != CharClass::kOperator) {
       has_brackets_ = true;
     }
-    if (mark_count_ == kInlineMarks) MoveToHeap(position);
-    marks_[mark_count_++] = {position, link};
+    if (mark == kInlineMarks) marks = MoveToHeap(position);
+    marks[mark++] = {position, link};
   }
+  mark_count_ = mark;
   while (innermost_open != kNoMark) {
-    const std::uint32_t outer = marks_[innermost_open].link;
-    marks_[innermost_open].link = kNoMark;
-    innermost_open = outer;
+    innermost_open = std::exchange(marks[innermost_open].link, kNoMark);
   }
   if (has_brackets()) LinkBrackets();
 }
 
 // The marks still to come are counted, so that no long text has them twice while they grow.
-void MarkedText::MoveToHeap(std::uint32_t position) {
+Mark* MarkedText::MoveToHeap(std::uint32_t position) {
   const auto to_come = std::ranges::count_if(
       text_.substr(position), [](char c) { return ClassOf(c) != CharClass::kPlain; });
   heap_ = std::make_unique_for_overwrite<Mark[]>(kInlineMarks + static_cast<std::size_t>(to_come));
   std::ranges::copy(inline_, heap_.get());
-  marks_ = heap_.get();
+  return marks_ = heap_.get();
 }
 
 void MarkedText::LinkBrackets() {

@@ -61,7 +61,7 @@ class MarkedText {
   [[nodiscard]] Brackets BracketsFrom(std::uint32_t mark) const;
 
  private:
-  void MoveToHeap(std::uint32_t position);
+  Mark* MoveToHeap(std::uint32_t position);
   void LinkBrackets();
 
   static constexpr std::size_t kInlineMarks = 96;

@@ -1,16 +1,8 @@
-// The scans for operators. Brackets hide the operators inside them by a rule of first occurrences
-// rather than by nesting, and an exponent's "-" is told by the "e" before it alone; the callers'
-// texts depend on both, so they are kept to the letter.
+// The scans for operators where brackets may hide some, and from the right.
 #include "scan/operator_scan.h"
 
 namespace zrt {
 namespace {
-
-bool IsExponentLetter(char c) { return c == 'e' || c == 'E'; }
-
-bool IsExponentSign(const MarkedText& text, std::uint32_t position, std::uint32_t begin) {
-  return text.At(position) == '-' && position > begin && IsExponentLetter(text.At(position - 1));
-}
 
 // Whether the operator at `mark` stands between the first "[" and the first "]" of a piece that
 // ends before `last_mark`. With no "[" in the piece the "]" hides all that stands before it; with
@@ -20,33 +12,21 @@ bool IsHidden(const MarkedText::Brackets& brackets, std::uint32_t mark, std::uin
   return !opens_behind && brackets.close > mark && brackets.close < last_mark;
 }
 
-FoundOperator OperatorAt(const MarkedText& text, const Piece& piece, std::uint32_t mark) {
-  const std::uint32_t position = text.PositionOf(mark);
-  const char c = text.At(position);
-  OperatorCode code = EntryOf(c).code;
-  if ((c == '<' || c == '>') && position + 1 < piece.end && text.At(position + 1) == c) {
-    code = c == '<' ? OpShiftLeft : OpShiftRight;
-  }
-  return {position, mark, code};
-}
-
 }  // namespace
 
-std::optional<FoundOperator> LeftMostOperator(const MarkedText& text, const Piece& piece) {
+FoundOperator LeftMostOperatorBesideBrackets(const MarkedText& text, const Piece& piece) {
   std::uint32_t begin = piece.begin;
   std::uint32_t mark = piece.first_mark;
   for (;;) {
     const std::uint32_t start = mark;
     while (mark < piece.last_mark && !text.IsOperator(mark)) ++mark;
-    if (mark >= piece.last_mark) return std::nullopt;
-    if (text.has_brackets()) {
-      const MarkedText::Brackets brackets = text.BracketsFrom(start);
-      if (IsHidden(brackets, mark, piece.last_mark)) {
-        if (piece.no_operator_behind_brackets) return std::nullopt;
-        begin = text.PositionOf(brackets.close) + 1;
-        mark = brackets.close + 1;
-        continue;
-      }
+    if (mark >= piece.last_mark) return {};
+    const MarkedText::Brackets brackets = text.BracketsFrom(start);
+    if (IsHidden(brackets, mark, piece.last_mark)) {
+      if (piece.no_operator_behind_brackets != 0) return {};
+      begin = text.PositionOf(brackets.close) + 1;
+      mark = brackets.close + 1;
+      continue;
     }
     if (!IsExponentSign(text, text.PositionOf(mark), begin)) return OperatorAt(text, piece, mark);
     begin = text.PositionOf(mark) + 1;
@@ -54,15 +34,8 @@ std::optional<FoundOperator> LeftMostOperator(const MarkedText& text, const Piec
   }
 }
 
-std::optional<FoundOperator> OperatorAtStart(const MarkedText& text, const Piece& piece) {
-  const std::uint32_t mark = piece.first_mark;
-  if (mark >= piece.last_mark || text.PositionOf(mark) != piece.begin || !text.IsOperator(mark)) {
-    return std::nullopt;
-  }
-  if (text.has_brackets() && IsHidden(text.BracketsFrom(mark), mark, piece.last_mark)) {
-    return std::nullopt;
-  }
-  return OperatorAt(text, piece, mark);
+bool IsHiddenFromStart(const MarkedText& text, std::uint32_t mark, std::uint32_t last_mark) {
+  return IsHidden(text.BracketsFrom(mark), mark, last_mark);
 }
 
 RightScan::RightScan(const MarkedText& text, const Piece& piece) : text_(text), piece_(piece) {
@@ -76,13 +49,13 @@ RightScan::RightScan(const MarkedText& text, const Piece& piece) : text_(text), 
   }
 }
 
-std::optional<FoundOperator> RightScan::Last() {
+FoundOperator RightScan::Last() {
   for (;;) {
     std::uint32_t mark = piece_.last_mark;
     while (mark > piece_.first_mark && !text_.IsOperator(mark - 1)) --mark;
-    if (mark == piece_.first_mark) return std::nullopt;
+    if (mark == piece_.first_mark) return {};
     --mark;
-    if (IsHidden(brackets_, mark, piece_.last_mark)) return std::nullopt;
+    if (IsHidden(brackets_, mark, piece_.last_mark)) return {};
     // The later of the two exponents that still stand; both go as the text is cut before them.
     if (mark == lower_exponent_ || mark == upper_exponent_) {
       CutBefore({text_.PositionOf(mark), mark, OpSubtract});

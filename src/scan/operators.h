@@ -27,6 +27,9 @@ enum OperatorCode : std::uint8_t {
   OpBitReverse,
 };
 
+/// Stands for an operator that is not there.
+inline constexpr auto kNoOperator = static_cast<OperatorCode>(0xFF);
+
 /// What an evaluator does with an operator between two values.
 enum class Effect : std::uint8_t { kApplies, kIgnored, kRefused };
 

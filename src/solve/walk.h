@@ -10,7 +10,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -68,36 +67,45 @@ class Walk {
   struct Frame {
     Piece piece;
     std::uint32_t middle_mark = kNoMark;
-    std::uint32_t right_mark = kNoMark;  // first of the right text; behind a group's ")"
-    OperatorCode left_code = OpNone;
-    OperatorCode right_code = OpNone;
-    bool is_group : 1 = false;
-    bool has_left : 1 = false;
-    bool has_right : 1 = false;
-    std::uint8_t sides_done : 2 = 0;
+    std::uint32_t right_mark = kNoMark;    // first of the right text; behind a group's ")"
+    OperatorCode left_code = kNoOperator;  // of a side that is there
+    OperatorCode right_code = kNoOperator;
+    bool is_group = false;
+    std::uint8_t sides_done = 0;
+
+    [[nodiscard]] bool has_left() const { return left_code != kNoOperator; }
+    [[nodiscard]] bool has_right() const { return right_code != kNoOperator; }
   };
   static_assert(sizeof(Frame) == 32);
 
   Cut FindCut(const Piece& piece, RuledOut ruled_out) const;
 
-  ZRTStatus Descend(Piece piece, Cut cut);
-  ZRTStatus Advance();
+  // A piece that is to be solved next.
+  struct Task {
+    Piece piece;
+    RuledOut ruled_out = RuledOut::kNothing;
+    bool is_there = false;
+  };
+
+  ZRTStatus OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out);
+  ZRTStatus NextSide(Task& task);
   ZRTStatus Combine();
 
-  Piece RightOf(const Frame& frame) const;
-  Frame OpenUnary(const Piece& piece, std::uint32_t unary_mark, Piece& operand) const;
+  // Open a frame for a cut and leave in `piece` the text inside: a group's, or a unary operand.
+  ZRTStatus OpenGroup(Piece& piece, std::uint32_t open_mark);
+  void OpenUnary(Piece& piece, std::uint32_t unary_mark);
 
-  // Cut one side of the top frame into `side`; an empty one is no failure and no side.
-  ZRTStatus CutRight(Frame& frame, std::optional<Piece>& side) const;
-  ZRTStatus CutLeft(Frame& frame, std::optional<Piece>& side);
-  ZRTStatus CutNegations(Frame& frame, RightScan& scan, std::optional<FoundOperator>& found);
+  // Cut a side of the top frame into `side` and note its operator; one that is empty is no failure
+  // and not there.
+  ZRTStatus CutRight(Frame& frame, Piece& side) const;
+  ZRTStatus CutLeft(Frame& frame, Piece& side);
+  ZRTStatus CutNegations(Frame& frame, RightScan& scan, FoundOperator& found);
 
   ZRTStatus Chain(Piece piece, Value& running);
-  ZRTStatus ReadOperand(const Piece& piece, const std::optional<FoundOperator>& found,
-                        Value& value);
+  ZRTStatus ReadOperand(const Piece& piece, const FoundOperator& found, Value& value);
   ZRTStatus DeliverChain(const Piece& piece);
-  static bool RefusesShift(const std::optional<FoundOperator>& found) {
-    return Policy::kRefusesShifts && found && IsShift(found->code);
+  static bool RefusesShift(const FoundOperator& found) {
+    return Policy::kRefusesShifts && found.is_there() && IsShift(found.code());
   }
 
   Policy& policy_;
@@ -138,14 +146,32 @@ typename Walk<Policy>::Cut Walk<Policy>::FindCut(const Piece& piece, RuledOut ru
   return {first_unary == kNoMark ? Shape::kChain : Shape::kUnary, first_unary};
 }
 
+// Goes down to the first chain of a piece, opening a frame for each level, and solves that chain;
+// then up, combining the levels that have all their sides, to the next side that is to be solved.
 template <class Policy>
 ZRTStatus Walk<Policy>::Solve() {
-  const Piece whole = WholePiece(text_);
-  const Cut cut = FindCut(whole, RuledOut::kNothing);
-  if (cut.shape == Shape::kChain) return DeliverChain(whole);
-  ZRTStatus status = Descend(whole, cut);
-  while (status == kOk && !frames_.empty()) status = Advance();
-  return status;
+  Piece piece = WholePiece(text_);
+  Cut cut = FindCut(piece, RuledOut::kNothing);
+  if (cut.shape == Shape::kChain) return DeliverChain(piece);
+  for (;;) {
+    while (cut.shape != Shape::kChain) {
+      RuledOut ruled_out = RuledOut::kNothing;
+      const ZRTStatus status = OpenMiddle(piece, cut, ruled_out);
+      if (status != kOk) return status;
+      cut = FindCut(piece, ruled_out);
+    }
+    ZRTStatus status = Chain(piece, values_.Push());
+    Task task;
+    while (status == kOk && !task.is_there) {
+      status = NextSide(task);
+      if (status != kOk || task.is_there) break;
+      status = Combine();
+      if (frames_.empty()) return status;
+    }
+    if (status != kOk) return status;
+    piece = task.piece;
+    cut = FindCut(piece, task.ruled_out);
+  }
 }
 
 template <class Policy>
@@ -156,44 +182,32 @@ ZRTStatus Walk<Policy>::DeliverChain(const Piece& piece) {
   return status;
 }
 
-// Goes down to the first chain of a piece, opening a frame for each level, and solves that chain.
+// Opens a frame for a cut. `piece` becomes the text inside, with what is known of it.
 template <class Policy>
-ZRTStatus Walk<Policy>::Descend(Piece piece, Cut cut) {
-  while (cut.shape != Shape::kChain) {
-    RuledOut ruled_out = RuledOut::kNothing;
-    if (cut.shape == Shape::kGroup) {
-      const std::uint32_t close = text_.MatchOf(cut.mark);
-      if (close == kNoMark) return ErrUnbalancedParenthesis;
-      Frame frame{piece, cut.mark, close + 1};
-      frame.is_group = true;
-      // A group alone in its piece needs no frame, but for the outermost one, which delivers.
-      const bool alone = text_.PositionOf(cut.mark) == piece.begin && RightOf(frame).empty();
-      if (!alone || frames_.empty()) frames_.Push(std::move(frame));
-      piece = {text_.PositionOf(cut.mark) + 1, text_.PositionOf(close), cut.mark + 1, close};
-    } else {
-      if (!Policy::kHasUnaryPath) return ErrInvalidOperator;
-      Piece operand{};
-      frames_.Push(OpenUnary(piece, cut.mark, operand));
-      piece = operand;
-      ruled_out = Policy::kUnaryOperandIsExpression ? RuledOut::kGroups : RuledOut::kGroupsAndUnary;
-    }
-    cut = FindCut(piece, ruled_out);
-  }
-  values_.Push(Value{});
-  return Chain(piece, values_.Top());
+ZRTStatus Walk<Policy>::OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out) {
+  if (cut.shape == Shape::kGroup) return OpenGroup(piece, cut.mark);
+  if (!Policy::kHasUnaryPath) return ErrInvalidOperator;
+  OpenUnary(piece, cut.mark);
+  ruled_out = Policy::kUnaryOperandIsExpression ? RuledOut::kGroups : RuledOut::kGroupsAndUnary;
+  return kOk;
 }
 
 template <class Policy>
-Piece Walk<Policy>::RightOf(const Frame& frame) const {
-  Piece right = frame.piece;
-  right.first_mark = frame.right_mark;
-  if (frame.is_group) {
-    right.begin = text_.PositionOf(frame.right_mark - 1) + 1;
-    return DropLeadingBlanks(text_, right);
+ZRTStatus Walk<Policy>::OpenGroup(Piece& piece, std::uint32_t open_mark) {
+  const std::uint32_t close_mark = text_.MatchOf(open_mark);
+  if (close_mark == kNoMark) return ErrUnbalancedParenthesis;
+  const std::uint32_t open = text_.PositionOf(open_mark);
+  const std::uint32_t close = text_.PositionOf(close_mark);
+  // A group alone in its piece needs no frame, but for the outermost one, which delivers.
+  if (open != piece.begin || close + 1 != piece.end || frames_.empty()) {
+    Frame& frame = frames_.Push();
+    frame.piece = piece;
+    frame.middle_mark = open_mark;
+    frame.right_mark = close_mark + 1;
+    frame.is_group = true;
   }
-  const bool is_there = right.first_mark < right.last_mark;
-  right.begin = is_there ? text_.PositionOf(right.first_mark) : right.end;
-  return right;
+  piece = {open + 1, close, open_mark + 1, close_mark};
+  return kOk;
 }
 
 // The operand ends at the first operator behind the unary one; what follows is the right text.
@@ -208,91 +222,95 @@ Piece Walk<Policy>::RightOf(const Frame& frame) const {
 // So the piece says that a scan may end there, which spares one scan to the same end at each level
 // of ~a[~a[~a[1]...: together they would cost the square of the length.
 template <class Policy>
-typename Walk<Policy>::Frame Walk<Policy>::OpenUnary(const Piece& piece, std::uint32_t unary_mark,
-                                                     Piece& operand) const {
-  operand = piece;
-  operand.begin = text_.PositionOf(unary_mark) + 1;
-  operand.first_mark = unary_mark + 1;
-  operand = DropLeadingBlanks(text_, operand);
-  Frame frame{piece, unary_mark, piece.last_mark};
-  if (const auto found = LeftMostOperator(text_, operand)) {
-    frame.right_mark = found->mark;
-    operand = PieceBefore(text_, operand, *found);
+void Walk<Policy>::OpenUnary(Piece& piece, std::uint32_t unary_mark) {
+  Frame& frame = frames_.Push();
+  frame.piece = piece;
+  frame.middle_mark = unary_mark;
+  frame.right_mark = piece.last_mark;
+  piece.begin = text_.PositionOf(unary_mark) + 1;
+  piece.first_mark = unary_mark + 1;
+  piece = DropLeadingBlanks(text_, piece);
+  const FoundOperator found = LeftMostOperator(text_, piece);
+  if (found.is_there()) {
+    frame.right_mark = found.mark;
+    piece = PieceBefore(text_, piece, found);
   }
-  operand.no_operator_behind_brackets = Policy::kTrustsBracketInvariant;
-  return frame;
+  piece.no_operator_behind_brackets = Policy::kTrustsBracketInvariant ? 1 : 0;
 }
 
-// The top frame has got a value: cuts its next side and goes down into that, or combines what it
-// has.
+// The top frame has got a value: cuts its next side, if there is one.
 template <class Policy>
-ZRTStatus Walk<Policy>::Advance() {
+ZRTStatus Walk<Policy>::NextSide(Task& task) {
   Frame& frame = frames_.Top();
   if constexpr (Policy::kHasUnaryPath) {
     if (frame.sides_done == 0 && !frame.is_group) {
       policy_.ApplyUnary(values_.Top(), EntryOf(text_.CharOf(frame.middle_mark)).code);
     }
   }
-  while (frame.sides_done < 2) {
+  while (frame.sides_done < 2 && !task.is_there) {
     const SideTurn turn = kTurns[frame.is_group ? 1 : 0][frame.sides_done];
     ++frame.sides_done;
-    std::optional<Piece> side;
-    const ZRTStatus status =
-        turn.side == Side::kRight ? CutRight(frame, side) : CutLeft(frame, side);
+    const bool is_right = turn.side == Side::kRight;
+    const ZRTStatus status = is_right ? CutRight(frame, task.piece) : CutLeft(frame, task.piece);
     if (status != kOk) return status;
-    if (side) return Descend(*side, FindCut(*side, turn.ruled_out));
+    task.is_there = is_right ? frame.has_right() : frame.has_left();
+    task.ruled_out = turn.ruled_out;
   }
-  return Combine();
-}
-
-template <class Policy>
-ZRTStatus Walk<Policy>::CutRight(Frame& frame, std::optional<Piece>& side) const {
-  const Piece right = RightOf(frame);
-  if (right.empty()) return kOk;
-  const auto found = OperatorAtStart(text_, right);
-  if (!found) return ErrMisplacedOperator;
-  if (RefusesShift(found)) return ErrInvalidOperator;
-  frame.has_right = true;
-  frame.right_code = found->code;
-  side = PieceBehind(text_, right, *found);
   return kOk;
 }
 
 template <class Policy>
-ZRTStatus Walk<Policy>::CutLeft(Frame& frame, std::optional<Piece>& side) {
+ZRTStatus Walk<Policy>::CutRight(Frame& frame, Piece& side) const {
+  Piece right = frame.piece;
+  right.first_mark = frame.right_mark;
+  if (frame.is_group) {
+    right.begin = text_.PositionOf(frame.right_mark - 1) + 1;
+    right = DropLeadingBlanks(text_, right);
+  } else {
+    const bool is_there = right.first_mark < right.last_mark;
+    right.begin = is_there ? text_.PositionOf(right.first_mark) : right.end;
+  }
+  if (right.empty()) return kOk;
+  const FoundOperator found = OperatorAtStart(text_, right);
+  if (!found.is_there()) return ErrMisplacedOperator;
+  if (RefusesShift(found)) return ErrInvalidOperator;
+  frame.right_code = found.code();
+  side = PieceBehind(text_, right, found);
+  return kOk;
+}
+
+template <class Policy>
+ZRTStatus Walk<Policy>::CutLeft(Frame& frame, Piece& side) {
   Piece left = frame.piece;
   left.end = text_.PositionOf(frame.middle_mark);
   left.last_mark = frame.middle_mark;
-  left.no_operator_behind_brackets = false;  // it ends elsewhere than the operand it is part of
+  left.no_operator_behind_brackets = 0;  // it ends elsewhere than the operand it is part of
   left = DropTrailingBlanks(text_, left);
   if (left.empty()) return kOk;
   RightScan scan(text_, left);
-  auto found = scan.Last();
+  FoundOperator found = scan.Last();
   if (frame.is_group) {
     const ZRTStatus status = CutNegations(frame, scan, found);
     if (status != kOk || scan.rest().empty()) return status;
   }
-  if (!found || found->position == left.begin) return ErrMisplacedOperator;
-  frame.has_left = true;
-  frame.left_code = found->code;
-  side = PieceBefore(text_, left, *found);
+  if (!found.is_there() || found.position == left.begin) return ErrMisplacedOperator;
+  frame.left_code = found.code();
+  side = PieceBefore(text_, left, found);
   return kOk;
 }
 
 // Deals with the "!" and "~" directly in front of a group.
 template <class Policy>
-ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan,
-                                     std::optional<FoundOperator>& found) {
-  while (found && IsNegation(found->code)) {
+ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan, FoundOperator& found) {
+  while (found.is_there() && IsNegation(found.code())) {
     if constexpr (Policy::kGroupNegation == GroupNegation::kRefused) {
       return ErrInvalidOperator;
     } else {
-      const OperatorCode code = found->code;
-      const bool alone = PieceBefore(text_, scan.rest(), *found).empty();
+      const bool alone = PieceBefore(text_, scan.rest(), found).empty();
       if (Policy::kGroupNegation == GroupNegation::kIfAlone && !alone) return kOk;
       // The group's value lies below the right side's, if there is one.
-      policy_.ApplyUnary(values_.Below(frame.has_right ? 1 : 0), code);
-      scan.CutBefore(*found);
+      policy_.ApplyUnary(values_.Below(frame.has_right() ? 1 : 0), found.code());
+      scan.CutBefore(found);
       found = scan.Last();
     }
   }
@@ -306,21 +324,28 @@ ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan,
 //   around a unary operator    middle  left   right
 template <class Policy>
 ZRTStatus Walk<Policy>::Combine() {
-  const Frame frame = frames_.Pop();
-  const bool has_both = frame.has_left && frame.has_right;
-  const std::size_t side_count = (frame.has_left ? 1U : 0U) + (frame.has_right ? 1U : 0U);
-  Value& middle = values_.Below(side_count);
-  Value& left = values_.Below(has_both && !frame.is_group ? 1 : 0);
-  Value& right = values_.Below(has_both && frame.is_group ? 1 : 0);
-
-  const bool replaces = Policy::kGroupReplacesLeftUnderNone && frame.left_code == OpNone;
-  const bool joins_left = frame.has_left && !replaces;
-  Value& running = joins_left ? left : middle;
+  const Frame& frame = frames_.Top();
+  const OperatorCode left_code = frame.left_code;
+  const OperatorCode right_code = frame.right_code;
+  const bool has_left = frame.has_left();
+  const bool has_right = frame.has_right();
+  const bool is_group = frame.is_group;
+  frames_.Drop();
   const bool is_outermost = frames_.empty();
+
+  const bool has_both = has_left && has_right;
+  const std::size_t side_count = (has_left ? 1U : 0U) + (has_right ? 1U : 0U);
+  Value& middle = values_.Below(side_count);
+  Value& left = values_.Below(has_both && !is_group ? 1 : 0);
+  Value& right = values_.Below(has_both && is_group ? 1 : 0);
+
+  const bool replaces = Policy::kGroupReplacesLeftUnderNone && left_code == OpNone;
+  const bool joins_left = has_left && !replaces;
+  Value& running = joins_left ? left : middle;
   if (is_outermost && side_count > 0) policy_.BeginResult(running);
   ZRTStatus status = kOk;
-  if (joins_left) status = policy_.Apply(running, frame.left_code, middle);
-  if (status == kOk && frame.has_right) status = policy_.Apply(running, frame.right_code, right);
+  if (joins_left) status = policy_.Apply(running, left_code, middle);
+  if (status == kOk && has_right) status = policy_.Apply(running, right_code, right);
   if (is_outermost) policy_.Deliver(running, side_count == 0);
   if (joins_left) middle = std::move(left);
   for (std::size_t side = 0; side < side_count; ++side) values_.Drop();
@@ -329,23 +354,22 @@ ZRTStatus Walk<Policy>::Combine() {
 
 // Reads the operand in front of `found`, or all of `piece` if there is no operator left.
 template <class Policy>
-ZRTStatus Walk<Policy>::ReadOperand(const Piece& piece, const std::optional<FoundOperator>& found,
-                                    Value& value) {
-  const Piece operand = found ? PieceBefore(text_, piece, *found) : piece;
+ZRTStatus Walk<Policy>::ReadOperand(const Piece& piece, const FoundOperator& found, Value& value) {
+  const Piece operand = found.is_there() ? PieceBefore(text_, piece, found) : piece;
   const ZRTStatus status = policy_.Read(ViewOf(text_, operand), value);
   return status == kOk && RefusesShift(found) ? ErrInvalidOperator : status;
 }
 
 template <class Policy>
 ZRTStatus Walk<Policy>::Chain(Piece piece, Value& running) {
-  auto found = LeftMostOperator(text_, piece);
+  FoundOperator found = LeftMostOperator(text_, piece);
   ZRTStatus status = ReadOperand(piece, found, running);
-  while (status == kOk && found) {
-    piece = PieceBehind(text_, piece, *found);
+  while (status == kOk && found.is_there()) {
+    piece = PieceBehind(text_, piece, found);
     if (piece.empty()) break;  // an operator at the end has nothing to act on
-    const OperatorCode pending = found->code;
+    const OperatorCode pending = found.code();
     found = LeftMostOperator(text_, piece);
-    if (found && found->position == piece.begin) return ErrMissingOperand;
+    if (found.is_there() && found.position == piece.begin) return ErrMissingOperand;
     Value operand{};
     status = ReadOperand(piece, found, operand);
     if (status == kOk) status = policy_.Apply(running, pending, operand);
