@@ -14,25 +14,29 @@ BitValue::BitValue(BitValue&& other) noexcept { *this = std::move(other); }
 BitValue& BitValue::operator=(BitValue&& other) noexcept {
   heap_ = std::move(other.heap_);
   inline_ = other.inline_;
-  capacity_ = other.capacity_;
-  first_ = other.first_;
-  byte_count_ = other.byte_count_;
+  borrowed_ = std::exchange(other.borrowed_, nullptr);
+  capacity_ = std::exchange(other.capacity_, kInlineSize);
+  first_ = std::exchange(other.first_, 0);
+  byte_count_ = std::exchange(other.byte_count_, 0);
   bit_length_ = other.bit_length_;
-  low_bit_ = other.low_bit_;
-  other.capacity_ = kInlineSize;
-  other.first_ = 0;
-  other.byte_count_ = 0;
-  other.low_bit_ = 0;
+  low_bit_ = std::exchange(other.low_bit_, std::uint8_t{0});
   return *this;
 }
 
-std::span<std::uint8_t> BitValue::Bytes() {
+std::span<const std::uint8_t> BitValue::Bytes() {
+  if (borrowed_) return {borrowed_, byte_count_};
   if (low_bit_ > 0) {
-    kernels::ShiftRight(Stored(), low_bit_);
+    kernels::ShiftRight(Stored(), Stored(), low_bit_);
     low_bit_ = 0;
     ++first_;  // the byte that held the shifted-up bits is 0 now
   }
   return Stored();
+}
+
+std::span<std::uint8_t> BitValue::OwnBytes() {
+  const auto [target, source] = Rewrite();
+  if (target.data() != source.data()) std::ranges::copy(source, target.begin());
+  return target;
 }
 
 std::span<std::uint8_t> BitValue::Rebuild(std::size_t byte_count) {
@@ -40,39 +44,76 @@ std::span<std::uint8_t> BitValue::Rebuild(std::size_t byte_count) {
     heap_ = std::make_unique_for_overwrite<std::uint8_t[]>(byte_count);
     capacity_ = byte_count;
   }
+  borrowed_ = nullptr;
   first_ = 0;
   byte_count_ = byte_count;
   low_bit_ = 0;
   return Stored();
 }
 
+void BitValue::Borrow(std::span<const std::uint8_t> bytes) {
+  if (bytes.size() <= kInlineSize) {
+    std::ranges::copy(bytes, Rebuild(bytes.size()).begin());
+    return;
+  }
+  borrowed_ = bytes.data();
+  byte_count_ = bytes.size();
+  low_bit_ = 0;
+}
+
+BitValue::Rewriting BitValue::Rewrite() {
+  const auto source = Bytes();
+  return {borrowed_ ? Rebuild(byte_count_) : Stored(), source};
+}
+
 // In the buffer stand, from the top down: slack, the stored bytes, slack. The stored bytes are the
 // number's and, if it stands shifted, one more; the lowest low_bit_ bits of them are zeros below
 // the number. A step up uses these bits first, since that moves nothing, and then whole new bytes:
 // with 3 bits below the number a step of 7 wants 4 more, so a byte is added, and 4 bits remain.
-void BitValue::Reshape(std::size_t up_bits, std::size_t byte_count) {
-  std::size_t new_low_bytes = 0;
-  std::size_t low_bit = low_bit_;
-  if (up_bits > low_bit) {
-    new_low_bytes = (up_bits - low_bit + 7) / 8;
-    low_bit += 8 * new_low_bytes;
+BitValue::Room BitValue::RoomFor(std::size_t up_bits, std::size_t byte_count) const {
+  Room room{};
+  room.low_bit = low_bit_;
+  if (up_bits > room.low_bit) {
+    room.back = (up_bits - room.low_bit + 7) / 8;
+    room.low_bit += 8 * room.back;
   }
-  low_bit -= up_bits;
-  const std::size_t size = stored_size() + new_low_bytes;
-  const std::size_t new_size = byte_count + (low_bit > 0 ? 1 : 0);
-  const std::size_t new_high_bytes = new_size > size ? new_size - size : 0;
-  MakeRoom(new_high_bytes, new_low_bytes);
+  room.low_bit -= up_bits;
+  const std::size_t size = stored_size() + room.back;
+  room.new_size = byte_count + (room.low_bit > 0 ? 1 : 0);
+  room.front = room.new_size > size ? room.new_size - size : 0;
+  return room;
+}
 
-  std::memset(buffer() + first_ + stored_size(), 0, new_low_bytes);
-  first_ = first_ + size - new_size;  // down for new bytes above, up where bytes are cut off
-  std::memset(buffer() + first_, 0, new_high_bytes);
+bool BitValue::HasRoomFor(std::size_t up_bits, std::size_t byte_count) const {
+  return Has(RoomFor(up_bits, byte_count));
+}
+
+void BitValue::Reshape(std::size_t up_bits, std::size_t byte_count) {
+  const Room room = RoomFor(up_bits, byte_count);
+  MakeRoom(room);
+  const std::size_t size = stored_size() + room.back;
+  std::memset(buffer() + first_ + stored_size(), 0, room.back);
+  first_ = first_ + size - room.new_size;  // down for new bytes above, up where bytes are cut off
+  std::memset(buffer() + first_, 0, room.front);
   byte_count_ = byte_count;
-  low_bit_ = static_cast<std::uint8_t>(low_bit);
+  low_bit_ = static_cast<std::uint8_t>(room.low_bit);
   ClearAboveNumber();
 }
 
 void BitValue::ClearAboveNumber() {
   if (low_bit_ > 0) buffer()[first_] &= static_cast<std::uint8_t>((1U << low_bit_) - 1);
+}
+
+std::span<std::uint8_t> BitValue::RebuildWithRoom(std::size_t byte_count) {
+  if (byte_count <= kInlineSize && !heap_) {
+    Rebuild(byte_count);
+    first_ = (kInlineSize - byte_count) / 2;
+    return Stored();
+  }
+  Rebuild(3 * byte_count);
+  first_ = byte_count;
+  byte_count_ = byte_count;
+  return Stored();
 }
 
 void BitValue::Or(std::size_t up_bits, std::span<const std::uint8_t> bytes) {
@@ -85,30 +126,35 @@ void BitValue::Or(std::size_t up_bits, std::span<const std::uint8_t> bytes) {
 }
 
 void BitValue::And(std::span<const std::uint8_t> bytes) {
+  if (borrowed_) (void)OwnBytes();
   kernels::AndShifted(Stored(), low_bit_, bytes.last(std::min(bytes.size(), byte_count_)));
 }
 
 // Slack as large as the value goes to the side that has to grow; the other side keeps what it has,
 // up to that size. So a value that grows at both ends by turns moves a logarithmic number of times.
-void BitValue::MakeRoom(std::size_t front, std::size_t back) {
+void BitValue::MakeRoom(const Room& room) {
+  if (Has(room)) return;
   const std::size_t size = stored_size();
-  const std::size_t behind = capacity_ - first_ - size;
-  if (front <= first_ && back <= behind) return;
-  const std::size_t needed = front + size + back;
-  if (needed <= capacity_ && !heap_) {
-    const std::size_t first = front + (capacity_ - needed) / 2;
+  const std::size_t needed = room.front + size + room.back;
+  if (!borrowed_ && !heap_ && needed <= capacity_) {
+    const std::size_t first = room.front + (capacity_ - needed) / 2;
     std::memmove(buffer() + first, buffer() + first_, size);
     first_ = first;
     return;
   }
-  const std::size_t front_slack = front > first_ ? needed : std::min(first_ - front, needed);
-  const std::size_t back_slack = back > behind ? needed : std::min(behind - back, needed);
+  const std::size_t in_front = borrowed_ ? 0 : first_;
+  const std::size_t behind = borrowed_ ? 0 : capacity_ - first_ - size;
+  const std::size_t front_slack =
+      room.front > in_front ? needed : std::min(in_front - room.front, needed);
+  const std::size_t back_slack = room.back > behind ? needed : std::min(behind - room.back, needed);
   const std::size_t capacity = needed + front_slack + back_slack;
   auto heap = std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
-  std::memcpy(heap.get() + front_slack + front, buffer() + first_, size);
+  const std::size_t first = front_slack + room.front;
+  std::memcpy(heap.get() + first, borrowed_ ? borrowed_ : buffer() + first_, size);
   heap_ = std::move(heap);
+  borrowed_ = nullptr;
   capacity_ = capacity;
-  first_ = front_slack + front;
+  first_ = first;
 }
 
 }  // namespace zrt

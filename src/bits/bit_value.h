@@ -26,13 +26,16 @@ constexpr void StoreWord(std::int32_t word, std::span<std::uint8_t> bytes) {
 /// needs and the spare bits above the length are 0; "~" and the rows of data fields make untidy
 /// ones.
 ///
-/// The bytes as a number may stand shifted up in their buffer by some bits (low_bit_), so that
+/// The bytes are the value's own, or borrowed from someone who keeps them as they are for as long
+/// as the value may be used; what writes to a borrowed value gives it bytes of its own first.
+///
+/// Own bytes as a number may stand shifted up in their buffer by some bits (low_bit_), so that
 /// short pieces can be joined at the low end of a long value without moving it, and the buffer has
 /// slack at both ends that grows geometrically.
 ///
 /// Invariants: the stored bits below low_bit_ and above the number's bytes are 0; a value of up to
-/// kInlineSize stored bytes needs no allocation. No invariant: bits above the bit length. They are
-/// never masked, here or elsewhere.
+/// kInlineSize stored bytes needs no allocation; a borrowed one stands unshifted. No invariant:
+/// bits above the bit length. They are never masked, here or elsewhere.
 class BitValue {
  public:
   BitValue() noexcept = default;
@@ -47,34 +50,71 @@ class BitValue {
   void set_bit_length(int bit_length) { bit_length_ = bit_length; }
 
   /// The bytes, in their place: moves them if they stand shifted. Valid until the value changes.
-  std::span<std::uint8_t> Bytes();
+  std::span<const std::uint8_t> Bytes();
 
-  /// Makes the value `byte_count` bytes of no known content and gives them to be filled; the bit
-  /// length stays. Throws std::bad_alloc, leaving the value as it was.
+  /// The bytes as own ones, to be changed. Throws std::bad_alloc, leaving the value as it was.
+  std::span<std::uint8_t> OwnBytes();
+
+  /// Makes the value `byte_count` own bytes of no known content and gives them to be filled; the
+  /// bit length stays. Throws std::bad_alloc, leaving the value as it was.
   std::span<std::uint8_t> Rebuild(std::size_t byte_count);
+
+  /// The value becomes `bytes`, which stay the lender's; the bit length stays. Few bytes are
+  /// copied.
+  void Borrow(std::span<const std::uint8_t> bytes);
+
+  /// Bytes to read, and as many own ones to be filled from them: the same ones, unless the value
+  /// was borrowed. Throws std::bad_alloc, leaving the value as it was.
+  struct Rewriting {
+    std::span<std::uint8_t> target;
+    std::span<const std::uint8_t> source;
+  };
+  Rewriting Rewrite();
 
   /// The number becomes (number << up) modulo 2 to the power 8 * byte_count, in that many bytes.
   /// Takes time in proportion to what is added, on average over a sequence of calls.
   /// Throws std::bad_alloc, leaving the value as it was.
   void Reshape(std::size_t up_bits, std::size_t byte_count);
 
-  /// number |= bytes << up_bits; what does not fit into the number's bytes is dropped.
+  /// Whether Reshape() has room for that without moving the number.
+  [[nodiscard]] bool HasRoomFor(std::size_t up_bits, std::size_t byte_count) const;
+
+  /// Makes the value `byte_count` own bytes of no known content, unshifted, with room to grow at
+  /// both ends, and gives them to be filled; the bit length stays. Throws std::bad_alloc, leaving
+  /// the value as it was.
+  std::span<std::uint8_t> RebuildWithRoom(std::size_t byte_count);
+
+  /// number |= bytes << up_bits; what does not fit into the number's bytes is dropped. For own
+  /// bytes.
   void Or(std::size_t up_bits, std::span<const std::uint8_t> bytes);
 
-  /// number &= bytes, in the low bytes that both have.
+  /// number &= bytes, in the low bytes that both have. Throws std::bad_alloc, leaving the value as
+  /// it was.
   void And(std::span<const std::uint8_t> bytes);
 
  private:
-  // Room for 128 bits, shifted up, and slack; with the fields below it makes 56 bytes.
+  // Room for 128 bits, shifted up, and slack; with the fields below it makes 64 bytes.
   static constexpr std::size_t kInlineSize = 19;
+
+  struct Room {
+    std::size_t front;  // bytes that are wanted in front of the stored ones
+    std::size_t back;
+    std::size_t low_bit;  // then
+    std::size_t new_size;
+  };
+  [[nodiscard]] Room RoomFor(std::size_t up_bits, std::size_t byte_count) const;
+  [[nodiscard]] bool Has(const Room& room) const {
+    return !borrowed_ && room.front <= first_ && room.back <= capacity_ - first_ - stored_size();
+  }
 
   [[nodiscard]] std::size_t stored_size() const { return byte_count_ + (low_bit_ > 0 ? 1 : 0); }
   std::uint8_t* buffer() { return heap_ ? heap_.get() : inline_.data(); }
   std::span<std::uint8_t> Stored() { return {buffer() + first_, stored_size()}; }
-  void MakeRoom(std::size_t front, std::size_t back);
+  void MakeRoom(const Room& room);
   void ClearAboveNumber();
 
   std::unique_ptr<std::uint8_t[]> heap_;
+  const std::uint8_t* borrowed_ = nullptr;  // null if the bytes are own ones
   std::size_t capacity_ = kInlineSize;
   std::size_t first_ = 0;  // of the stored bytes, in the buffer
   std::size_t byte_count_ = 0;

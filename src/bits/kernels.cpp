@@ -1,193 +1,273 @@
-// The byte loops. Words are loaded most significant byte first, so that shifts cross bytes in the
-// order of the vector's bits.
+// The byte loops. A number that moves by less than a byte is made of neighbours: each byte takes
+// bits of the byte beside it. 32 bytes at a time do the same in lanes of 64 bits: what a lane's
+// shift carries from byte to byte inside it is masked off, and the neighbours' bits come from a
+// second load one byte further on. So no byte is swapped, and the order of bytes in a lane does not
+// matter.
 #include "bits/kernels.h"
 
 #include <algorithm>
 #include <cstring>
 
+// Where the machine has wider vectors than every machine of its kind, these functions use them: the
+// loader chooses. The sanitizers do not bear functions that are chosen so early.
+#if defined(__x86_64__) && defined(ZRT_WIDE_VECTORS)
+#define ZRT_WIDE [[gnu::target_clones("avx2", "default")]]
+#else
+#define ZRT_WIDE
+#endif
+// Set into each of them, to be compiled for the same machine.
+#define ZRT_INLINE [[gnu::always_inline]] inline
+
 namespace zrt::kernels {
 namespace {
 
-constexpr std::size_t kWordSize = sizeof(std::uint64_t);
+// A step of 32 bytes as a vector. It is handed on by reference alone: as a value it would have to
+// know by which registers the machine at hand passes it.
+using Step [[gnu::vector_size(32)]] = std::uint64_t;
+constexpr std::size_t kStep = sizeof(Step);  // bytes
 
-// The bits of each byte in the opposite order (H. S. Warren, Hacker's Delight, 7-1).
-constexpr std::uint64_t SwapFields(std::uint64_t word, unsigned width, std::uint64_t mask) {
-  return ((word >> width) & mask) | ((word & mask) << width);
-}
-constexpr std::uint64_t MirrorEachByte(std::uint64_t word) {
-  word = SwapFields(word, 1, 0x5555555555555555U);
-  word = SwapFields(word, 2, 0x3333333333333333U);
-  return SwapFields(word, 4, 0x0F0F0F0F0F0F0F0FU);
-}
+ZRT_INLINE void Load(Step& step, const std::uint8_t* from) { std::memcpy(&step, from, kStep); }
+ZRT_INLINE void Store(std::uint8_t* to, const Step& step) { std::memcpy(to, &step, kStep); }
 
-// The number of eight bytes, most significant first, on every platform. Written out like this, and
-// not as a loop, it is one byte swap and one move to both compilers.
-std::uint64_t Load(const std::uint8_t* from) {
-  const auto byte = [from](unsigned i) { return std::uint64_t{from[i]} << (56 - 8 * i); };
-  return byte(0) | byte(1) | byte(2) | byte(3) | byte(4) | byte(5) | byte(6) | byte(7);
-}
-void Store(std::uint8_t* to, std::uint64_t word) {
-  const auto put = [to, word](unsigned i) {
-    to[i] = static_cast<std::uint8_t>(word >> (56 - 8 * i));
-  };
-  put(0);
-  put(1);
-  put(2);
-  put(3);
-  put(4);
-  put(5);
-  put(6);
-  put(7);
-}
+// A byte in all eight places of a word.
+constexpr std::uint64_t InEachByte(unsigned byte) { return byte * 0x0101010101010101U; }
 
-// The same with the bytes in the opposite order.
-std::uint64_t LoadReversed(const std::uint8_t* from) {
-  const auto byte = [from](unsigned i) { return std::uint64_t{from[i]} << (8 * i); };
-  return byte(0) | byte(1) | byte(2) | byte(3) | byte(4) | byte(5) | byte(6) | byte(7);
-}
+constexpr std::uint8_t Low8(unsigned word) { return static_cast<std::uint8_t>(word); }
 
-constexpr std::uint8_t Low8(std::uint64_t word) { return static_cast<std::uint8_t>(word); }
+// The bytes of a number that moves up by `low_bit`, 1 to 7: each takes its top bits from the byte
+// in its place and its low bits from the one below, which stands behind it.
+struct MovedUp {
+  explicit MovedUp(unsigned bits) : low_bit(bits), kept(InEachByte(0xFFU << bits & 0xFFU)) {}
 
+  [[nodiscard]] std::uint8_t Byte(unsigned byte, unsigned below) const {
+    return Low8(byte << low_bit | below >> (8 - low_bit));
+  }
+  ZRT_INLINE void Bytes(Step& step, const std::uint8_t* from) const {
+    Step below;
+    Load(step, from);
+    Load(below, from + 1);
+    step = (step << low_bit & kept) | (below >> (8 - low_bit) & ~kept);
+  }
+
+  unsigned low_bit;
+  std::uint64_t kept;  // the bits that come from the byte in its place, in each byte
+};
+
+struct Set {
+  static constexpr unsigned kNeutral = 0;  // what stands beside the source's bits
+  template <class Unit>
+  ZRT_INLINE static void Join(Unit& left, const Unit& right) {
+    left = right;
+  }
+};
 struct Or {
-  static constexpr std::uint64_t kNeutral = 0;
-  template <class Word>
-  static Word Join(Word left, Word right) {
-    return static_cast<Word>(left | right);
+  static constexpr unsigned kNeutral = 0;
+  template <class Unit>
+  ZRT_INLINE static void Join(Unit& left, const Unit& right) {
+    left |= right;
   }
 };
 struct And {
-  static constexpr std::uint64_t kNeutral = ~std::uint64_t{0};
-  template <class Word>
-  static Word Join(Word left, Word right) {
-    return static_cast<Word>(left & right);
+  static constexpr unsigned kNeutral = 0xFF;
+  template <class Unit>
+  ZRT_INLINE static void Join(Unit& left, const Unit& right) {
+    left &= right;
   }
 };
 
-// The bits that `source` does not reach are filled with the operator's neutral value.
+// Target and source end at the same byte. The source's lowest byte has a neighbour below it, and
+// its topmost one above it, of the operator's neutral bits.
 template <class Operator>
-void JoinShifted(Bytes target, unsigned low_bit, ConstBytes source) {
+ZRT_INLINE void JoinMovedUp(Bytes target, unsigned low_bit, ConstBytes source) {
+  const MovedUp moved(low_bit);
   std::size_t count = std::min(target.size(), source.size());
   std::uint8_t* to = target.data() + target.size();
   const std::uint8_t* from = source.data() + source.size();
-  if (low_bit == 0) {
-    to -= count;
-    from -= count;
-    for (std::size_t i = 0; i < count; ++i) to[i] = Operator::Join(to[i], from[i]);
-    return;
-  }
-  std::uint64_t carry = Operator::kNeutral >> (64 - low_bit);
-  for (; count >= kWordSize; count -= kWordSize) {
-    to -= kWordSize;
-    from -= kWordSize;
-    const std::uint64_t word = Load(from);
-    Store(to, Operator::Join(Load(to), (word << low_bit) | carry));
-    carry = word >> (64 - low_bit);
-  }
-  for (; count > 0; --count) {
-    const std::uint64_t byte = *--from;
+  unsigned below = Operator::kNeutral;
+  if (count > 0) {
     --to;
-    *to = Operator::Join(*to, Low8((byte << low_bit) | carry));
-    carry = byte >> (8 - low_bit);
+    --from;
+    --count;
+    Operator::Join(*to, moved.Byte(*from, below));
+    for (; count >= kStep; count -= kStep) {
+      to -= kStep;
+      from -= kStep;
+      Step laid;
+      Step moved_step;
+      Load(laid, to);
+      moved.Bytes(moved_step, from);
+      Operator::Join(laid, moved_step);
+      Store(to, laid);
+    }
+    for (; count > 0; --count) {
+      --to;
+      --from;
+      Operator::Join(*to, moved.Byte(from[0], from[1]));
+    }
+    below = *from;
   }
   if (to != target.data()) {
     --to;
-    *to = Operator::Join(*to, Low8((Operator::kNeutral << low_bit) | carry));
+    Operator::Join(*to, moved.Byte(Operator::kNeutral, below));
   }
+}
+
+template <class Operator>
+ZRT_INLINE void JoinInPlace(Bytes target, ConstBytes source) {
+  const std::size_t count = std::min(target.size(), source.size());
+  std::uint8_t* to = target.data() + target.size() - count;
+  const std::uint8_t* from = source.data() + source.size() - count;
+  for (std::size_t i = 0; i < count; ++i) Operator::Join(to[i], from[i]);
+}
+
+// The bits of each byte in the opposite order (H. S. Warren, Hacker's Delight, 7-1).
+template <class Unit>
+ZRT_INLINE void MirrorEachByte(Unit& unit) {
+  unit = (unit >> 1 & InEachByte(0x55)) | (unit & InEachByte(0x55)) << 1;
+  unit = (unit >> 2 & InEachByte(0x33)) | (unit & InEachByte(0x33)) << 2;
+  unit = (unit >> 4 & InEachByte(0x0F)) | (unit & InEachByte(0x0F)) << 4;
+}
+
+// A number of 8 bytes in the opposite order. Written out like this it is one instruction to both
+// compilers; a loop would not be.
+ZRT_INLINE std::uint64_t SwappedBytes(std::uint64_t word) {
+  return word >> 56 | (word >> 40 & 0xFF00U) | (word >> 24 & 0xFF0000U) |
+         (word >> 8 & 0xFF000000U) | (word << 8 & 0xFF00000000U) | (word << 24 & 0xFF0000000000U) |
+         (word << 40 & 0xFF000000000000U) | word << 56;
+}
+
+// The mirror image of a step.
+ZRT_INLINE void LoadMirrored(Step& step, const std::uint8_t* from) {
+  Load(step, from);
+  MirrorEachByte(step);
+  step = Step{SwappedBytes(step[3]), SwappedBytes(step[2]), SwappedBytes(step[1]),
+              SwappedBytes(step[0])};
+}
+
+std::uint8_t MirroredByte(std::uint8_t byte) {
+  std::uint64_t word = byte;
+  MirrorEachByte(word);
+  return static_cast<std::uint8_t>(word);
+}
+
+// Steps from both ends change places; the middle goes byte by byte.
+ZRT_INLINE void MirrorInPlace(Bytes bytes) {
+  std::uint8_t* low = bytes.data();
+  std::uint8_t* high = low + bytes.size();
+  for (; static_cast<std::size_t>(high - low) >= 2 * kStep; low += kStep) {
+    high -= kStep;
+    Step from_low;
+    Step from_high;
+    LoadMirrored(from_low, low);
+    LoadMirrored(from_high, high);
+    Store(low, from_high);
+    Store(high, from_low);
+  }
+  std::reverse(low, high);
+  for (; low != high; ++low) *low = MirroredByte(*low);
 }
 
 }  // namespace
 
-void OrShifted(Bytes target, unsigned low_bit, ConstBytes source) {
-  JoinShifted<Or>(target, low_bit, source);
+ZRT_WIDE void Lay(Bytes target, unsigned low_bit, ConstBytes source) {
+  if (low_bit > 0) return JoinMovedUp<Set>(target, low_bit, source);
+  const std::size_t count = std::min(target.size(), source.size());
+  if (count > 0) std::memcpy(target.last(count).data(), source.last(count).data(), count);
 }
 
-void AndShifted(Bytes target, unsigned low_bit, ConstBytes source) {
-  JoinShifted<And>(target, low_bit, source);
+ZRT_WIDE void OrShifted(Bytes target, unsigned low_bit, ConstBytes source) {
+  if (low_bit > 0) return JoinMovedUp<Or>(target, low_bit, source);
+  JoinInPlace<Or>(target, source);
 }
 
-// In place from the top: each step reads at or behind the bytes that it writes.
-void ShiftLeft(Bytes bytes, std::size_t bit_count) {
-  const std::size_t size = bytes.size();
+ZRT_WIDE void AndShifted(Bytes target, unsigned low_bit, ConstBytes source) {
+  if (low_bit > 0) return JoinMovedUp<And>(target, low_bit, source);
+  JoinInPlace<And>(target, source);
+}
+
+// From the top: each step reads at or behind the bytes that it writes.
+ZRT_WIDE void ShiftLeft(Bytes target, ConstBytes source, std::size_t bit_count) {
+  const std::size_t size = target.size();
   const std::size_t byte_shift = std::min(bit_count / 8, size);
-  const auto low_bit = static_cast<unsigned>(bit_count % 8);
   const std::size_t kept = size - byte_shift;
-  std::uint8_t* to = bytes.data();
-  const std::uint8_t* from = to + byte_shift;
-  std::size_t i = 0;
-  if (low_bit == 0) {
+  std::uint8_t* const to = target.data();
+  const std::uint8_t* const from = source.data() + byte_shift;
+  if (bit_count % 8 == 0) {
     if (kept > 0) std::memmove(to, from, kept);
-    i = kept;
+  } else {
+    const MovedUp moved(bit_count % 8);
+    std::size_t i = 0;
+    Step step;
+    for (; i + kStep < kept; i += kStep) {
+      moved.Bytes(step, from + i);
+      Store(to + i, step);
+    }
+    for (; i < kept; ++i) to[i] = moved.Byte(from[i], i + 1 < kept ? from[i + 1] : 0U);
   }
-  for (; i + kWordSize < kept; i += kWordSize) {
-    const std::uint64_t next = from[i + kWordSize];
-    Store(to + i, (Load(from + i) << low_bit) | (next >> (8 - low_bit)));
-  }
-  for (; i < kept; ++i) {
-    const unsigned next = i + 1 < kept ? from[i + 1] : 0U;
-    to[i] = Low8((static_cast<unsigned>(from[i]) << low_bit) | (next >> (8 - low_bit)));
-  }
-  std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(kept), bytes.end(), std::uint8_t{0});
+  std::fill_n(to + kept, byte_shift, std::uint8_t{0});
 }
 
-// In place from the low end, the mirror image of the above.
-void ShiftRight(Bytes bytes, std::size_t bit_count) {
-  const std::size_t size = bytes.size();
+// From the low end, the mirror image of the above: down by some bits is up by the rest of a byte,
+// in the place of the byte above.
+ZRT_WIDE void ShiftRight(Bytes target, ConstBytes source, std::size_t bit_count) {
+  const std::size_t size = target.size();
   const std::size_t byte_shift = std::min(bit_count / 8, size);
-  const auto low_bit = static_cast<unsigned>(bit_count % 8);
   std::size_t kept = size - byte_shift;
-  const std::uint8_t* from = bytes.data();
-  std::uint8_t* to = bytes.data() + byte_shift;
-  if (low_bit == 0) {
+  std::uint8_t* const to = target.data() + byte_shift;
+  const std::uint8_t* const from = source.data();
+  if (bit_count % 8 == 0) {
     if (kept > 0) std::memmove(to, from, kept);
-    kept = 0;
+  } else {
+    const MovedUp moved(8 - bit_count % 8);
+    Step step;
+    for (; kept > kStep; kept -= kStep) {
+      moved.Bytes(step, from + kept - kStep - 1);
+      Store(to + kept - kStep, step);
+    }
+    for (; kept > 0; --kept)
+      to[kept - 1] = moved.Byte(kept > 1 ? from[kept - 2] : 0U, from[kept - 1]);
   }
-  for (; kept > kWordSize; kept -= kWordSize) {
-    const std::size_t i = kept - kWordSize;
-    const std::uint64_t above = from[i - 1];
-    Store(to + i, (Load(from + i) >> low_bit) | (above << (64 - low_bit)));
-  }
-  for (; kept > 0; --kept) {
-    const std::size_t i = kept - 1;
-    const unsigned above = i > 0 ? from[i - 1] : 0U;
-    to[i] = Low8((static_cast<unsigned>(from[i]) >> low_bit) | (above << (8 - low_bit)));
-  }
-  std::fill_n(bytes.data(), byte_shift, std::uint8_t{0});
+  std::fill_n(target.data(), byte_shift, std::uint8_t{0});
 }
 
-void Complement(Bytes bytes) {
-  for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(~byte);
-}
-
-void NegateEach(Bytes bytes) {
-  for (std::uint8_t& byte : bytes) byte = byte == 0 ? 1 : 0;
-}
-
-// Words from both ends change places, each mirrored; the middle goes byte by byte.
-void Mirror(Bytes bytes) {
-  std::uint8_t* low = bytes.data();
-  std::uint8_t* high = low + bytes.size();
-  while (static_cast<std::size_t>(high - low) >= 2 * kWordSize) {
-    high -= kWordSize;
-    const std::uint64_t first = MirrorEachByte(LoadReversed(low));
-    Store(low, MirrorEachByte(LoadReversed(high)));
-    Store(high, first);
-    low += kWordSize;
+ZRT_WIDE void Complement(Bytes target, ConstBytes source) {
+  for (std::size_t i = 0; i < target.size(); ++i) {
+    target[i] = static_cast<std::uint8_t>(~source[i]);
   }
-  std::reverse(low, high);
-  for (; low != high; ++low) *low = Low8(MirrorEachByte(*low));
 }
 
-// What is laid already is laid again, twice as much each time.
+ZRT_WIDE void NegateEach(Bytes target, ConstBytes source) {
+  for (std::size_t i = 0; i < target.size(); ++i) target[i] = source[i] == 0 ? 1 : 0;
+}
+
+ZRT_WIDE void Mirror(Bytes target, ConstBytes source) {
+  if (target.data() == source.data()) return MirrorInPlace(target);
+  const std::uint8_t* from = source.data();
+  std::uint8_t* to = target.data() + target.size();
+  for (; static_cast<std::size_t>(to - target.data()) >= kStep; from += kStep) {
+    to -= kStep;
+    Step step;
+    LoadMirrored(step, from);
+    Store(to, step);
+  }
+  while (to != target.data()) *--to = MirroredByte(*from++);
+}
+
+// What is laid already is laid again: twice as much each time, until it is a piece that stays in
+// the cache while it is copied.
 void Repeat(Bytes bytes, std::size_t period) {
+  constexpr std::size_t kLargestPiece = 8192;  // bytes
   std::uint8_t* const end = bytes.data() + bytes.size();
   if (period == 1 && !bytes.empty()) {
     std::memset(bytes.data(), end[-1], bytes.size());
     return;
   }
+  std::size_t piece = period;
   for (std::size_t laid = period; laid < bytes.size();) {
-    const std::size_t more = std::min(laid, bytes.size() - laid);
+    const std::size_t more = std::min(piece, bytes.size() - laid);
     std::memcpy(end - laid - more, end - more, more);
     laid += more;
+    if (piece < kLargestPiece) piece = laid;
   }
 }
 

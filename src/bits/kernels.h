@@ -1,5 +1,6 @@
-// Loops over bytes, eight at a time where the bytes allow it. They know no class: a span is a
-// number, most significant byte first, and two spans are aligned at their last bytes.
+// Loops over bytes, 32 at a time where the bytes allow it. They know no class: a span is a number,
+// most significant byte first. A target may be its own source, byte for byte, but not overlap it
+// otherwise.
 #pragma once
 
 #include <cstddef>
@@ -11,27 +12,31 @@ namespace zrt::kernels {
 using Bytes = std::span<std::uint8_t>;
 using ConstBytes = std::span<const std::uint8_t>;
 
-/// target |= source << low_bit. `low_bit` is 0 to 7; what does not fit above is dropped. The one
-/// kernel that lays bits: concatenation and replication place their pieces with it.
+/// target = source << low_bit, from the low end on, over source.size() bytes and, if `low_bit` is
+/// not 0, one more, as far as the target has them. `low_bit` is 0 to 7. The kernel that lays
+/// pieces.
+void Lay(Bytes target, unsigned low_bit, ConstBytes source);
+
+/// target |= source << low_bit, in the same way.
 void OrShifted(Bytes target, unsigned low_bit, ConstBytes source);
 
-/// The same with AND; bits of `target` that `source` does not cover keep their values.
+/// target &= source << low_bit, in the same way; bits that `source` does not cover stay.
 void AndShifted(Bytes target, unsigned low_bit, ConstBytes source);
 
-/// bytes <<= bit_count. Zeros come in at the low end.
-void ShiftLeft(Bytes bytes, std::size_t bit_count);
+/// target = source << bit_count. Zeros come in at the low end. Equal sizes.
+void ShiftLeft(Bytes target, ConstBytes source, std::size_t bit_count);
 
-/// bytes >>= bit_count. Zeros come in at the high end.
-void ShiftRight(Bytes bytes, std::size_t bit_count);
+/// target = source >> bit_count. Zeros come in at the high end. Equal sizes.
+void ShiftRight(Bytes target, ConstBytes source, std::size_t bit_count);
 
-/// Each byte becomes its complement.
-void Complement(Bytes bytes);
+/// Each byte becomes its complement. Equal sizes.
+void Complement(Bytes target, ConstBytes source);
 
-/// Each byte becomes 1 if it is 0, and else 0.
-void NegateEach(Bytes bytes);
+/// Each byte becomes 1 if it is 0, and else 0. Equal sizes.
+void NegateEach(Bytes target, ConstBytes source);
 
-/// Mirrors all bits end for end.
-void Mirror(Bytes bytes);
+/// All bits end for end. Equal sizes.
+void Mirror(Bytes target, ConstBytes source);
 
 /// Repeats the last `period` bytes upward through `bytes`, a multiple of `period` bytes.
 void Repeat(Bytes bytes, std::size_t period);

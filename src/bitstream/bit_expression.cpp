@@ -32,7 +32,7 @@ class BitsPolicy : public WalkDefaults {
     const std::size_t older_size = older_ ? older_->GetTotalSize() : 0;
     if (older_size == 0) return;
     value.Reshape(0, older_size + value.byte_count());
-    CopyBytes(*older_, value.Bytes().data());
+    CopyBytes(*older_, value.OwnBytes().data());
   }
   void Deliver(BitValue& value, bool is_added) {
     outcome_.value = std::move(value);

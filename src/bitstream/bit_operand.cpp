@@ -37,7 +37,7 @@ ZRTStatus ReadField(QLMDataField& field, int index, BitValue& value) {
     if (field.GetRowCount() == 1) field.ResetRowPointer();
   }
   if (!row) return ErrStreamWrite;
-  LoadBytes(*row, value);
+  BorrowBytes(*row, value);
   return kOk;
 }
 
@@ -50,7 +50,9 @@ ZRTStatus ReadMaskField(int index, BitValue& value) {
   }
   QLMDataField field;
   field.AddRow(0);
-  return ReadField(field, index, value);
+  const ZRTStatus status = ReadField(field, index, value);
+  (void)value.OwnBytes();  // the field goes
+  return status;
 }
 
 ZRTStatus ReadToken(ZRTTokens& token, int index, BitValue& value) {

@@ -31,7 +31,7 @@ int LeadingWord(BitValue& value) {
 }
 
 void SetLeadingWord(BitValue& value, int word) {
-  const auto bytes = value.Bytes();
+  const auto bytes = value.OwnBytes();
   StoreWord(word, bytes.first(std::min(bytes.size(), kLeadingWordSize)));
 }
 
@@ -48,9 +48,10 @@ ZRTStatus Calculate(BitValue& left, std::uint16_t code, BitValue& right) {
 ZRTStatus Shift(BitValue& left, std::uint16_t code, BitValue& right) {
   if (IsTooWide(right)) return ErrOperandTooWide;
   const int count = LeadingWord(right);
-  if (count <= 0) return kOk;  // before Bytes(): a long left value is not to move for nothing
+  if (count <= 0) return kOk;  // before Rewrite(): a long left value is not to move for nothing
   const auto kernel = code == OpShiftLeft ? kernels::ShiftLeft : kernels::ShiftRight;
-  kernel(left.Bytes(), static_cast<std::size_t>(count));
+  const auto [target, source] = left.Rewrite();
+  kernel(target, source, static_cast<std::size_t>(count));
   return kOk;
 }
 
@@ -82,20 +83,52 @@ struct Placing {
   std::size_t up_bits;  // its lowest bit, if it has a place
 };
 
-// Lays `left` above `right`. The shorter one goes into the longer one's buffer.
+// Sides of similar size make room by themselves: what they are joined to next is as long as they
+// are, or short beside them.
+bool AreSimilar(std::size_t one, std::size_t other) {
+  return std::max(one, other) / 4 <= std::min(one, other);
+}
+
+// Lays both sides in new bytes: each is read once and written once, in its final place.
+BitValue Joined(BitValue& left, BitValue& right, const Placing& placing, std::size_t size) {
+  BitValue joined;
+  const auto target = AreSimilar(left.byte_count(), right.byte_count())
+                          ? joined.Rebuild(size)
+                          : joined.RebuildWithRoom(size);
+  const auto low = right.Bytes().last(std::min(right.byte_count(), size));
+  if (!placing.has_place) {
+    std::ranges::fill(target.first(size - low.size()), std::uint8_t{0});
+    std::ranges::copy(low, target.last(low.size()).begin());
+    return joined;
+  }
+  const std::size_t bytes_below = placing.up_bits / 8;
+  const auto low_bit = static_cast<unsigned>(placing.up_bits % 8);
+  const auto high = target.first(size - bytes_below);
+  const std::size_t laid = std::min(high.size(), left.byte_count() + (low_bit > 0 ? 1 : 0));
+  std::ranges::fill(high.first(high.size() - laid), std::uint8_t{0});
+  kernels::Lay(high, low_bit, left.Bytes());
+  std::ranges::copy(low.last(bytes_below), target.last(bytes_below).begin());
+  if (low_bit > 0) high.back() = static_cast<std::uint8_t>(high.back() | low.front());
+  return joined;
+}
+
+// Lays `left` above `right`. The shorter one goes into the longer one's buffer if that has room.
 ZRTStatus Concatenate(BitValue& left, BitValue& right) {
   const std::int64_t total = std::int64_t{left.bit_length()} + right.bit_length();
   if (!FitsBitLength(total)) return ErrStreamWrite;
   const std::size_t size = BytesFor(total);
   const Placing placing(left, right, size);
   const int bit_length = placing.fits ? static_cast<int>(total) : left.bit_length();
-  if (placing.has_place && left.byte_count() >= right.byte_count()) {
+  const bool left_is_longer = left.byte_count() >= right.byte_count();
+  if (left_is_longer && placing.has_place && left.HasRoomFor(placing.up_bits, size)) {
     left.Reshape(placing.up_bits, size);
     left.Or(0, right.Bytes());
-  } else {
+  } else if (!left_is_longer && right.HasRoomFor(0, size)) {
     right.Reshape(0, size);
     if (placing.has_place) right.Or(placing.up_bits, left.Bytes());
     left = std::move(right);
+  } else {
+    left = Joined(left, right, placing, size);
   }
   left.set_bit_length(bit_length);
   return placing.fits ? kOk : ErrStreamWrite;
@@ -116,18 +149,22 @@ class Copies {
     return std::min(count, (bits + bit_count_ - 1) / bit_count_);
   }
 
-  // Lays copies 0 to `count` - 1. After a whole block of copies, which ends at a byte, all repeats.
+  // Lays copies 0 to `count` - 1, `count` being 1 at least. After a whole block of copies, which
+  // ends at a byte, all repeats.
   void Lay(std::size_t count) const {
     const int block_log = 3 - std::min(std::countr_zero(bit_count_), 3);
     const std::size_t block = std::size_t{1} << block_log;  // copies
     std::size_t laid = 0;
     if (count > block) {
-      for (; laid < block; ++laid) LayOne(laid, false);
       const std::size_t block_size = (bit_count_ << block_log) / 8;  // bytes
       const std::size_t blocks = (count - 1) >> block_log;
+      std::ranges::fill(target_.last(block_size), std::uint8_t{0});
+      for (; laid < block; ++laid) LayOne(laid, false);
       kernels::Repeat(target_.last(blocks * block_size), block_size);
       laid = blocks << block_log;
     }
+    const std::size_t bytes_laid = laid * bit_count_ / 8;
+    std::ranges::fill(target_.first(target_.size() - bytes_laid), std::uint8_t{0});
     for (; laid < count; ++laid) LayOne(laid, laid + 1 == count);
   }
 
@@ -153,8 +190,8 @@ ZRTStatus Replicate(BitValue& left, BitValue& right) {
   if (!FitsBitLength(total)) return ErrStreamWrite;
   BitValue result;
   const auto target = result.Rebuild(BytesFor(total));
-  std::ranges::fill(target, std::uint8_t{0});
   bool fits = true;
+  bool is_laid = false;
   if (count > 0 && left.byte_count() > 0) {
     fits = bit_count > 0;
     if (fits) {
@@ -163,8 +200,10 @@ ZRTStatus Replicate(BitValue& left, BitValue& right) {
       const std::size_t misfit = copies.FirstMisfit(wanted);
       fits = misfit == wanted;
       copies.Lay(fits ? wanted : misfit + 1);
+      is_laid = true;
     }
   }
+  if (!is_laid) std::ranges::fill(target, std::uint8_t{0});
   result.set_bit_length(fits ? static_cast<int>(total) : bit_count);
   left = std::move(result);
   return fits ? kOk : ErrStreamWrite;
@@ -177,9 +216,8 @@ void ReverseInto(BitValue& left, BitValue& right) {
   const auto target = result.Rebuild(left.byte_count());
   const auto source = right.Bytes();
   const std::size_t count = std::min(source.size(), target.size());
-  std::ranges::fill(std::ranges::copy(source.last(count), target.begin()).out, target.end(),
-                    std::uint8_t{0});
-  kernels::Mirror(target.first(count));
+  kernels::Mirror(target.first(count), source.last(count));
+  std::ranges::fill(target.subspan(count), std::uint8_t{0});
   result.set_bit_length(left.bit_length());
   left = std::move(result);
 }
@@ -189,6 +227,7 @@ ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right) {
   switch (code) {
     case OpAnd: left.And(right.Bytes()); return kOk;
     case OpOr:
+      (void)left.OwnBytes();
       left.Or(0, right.Bytes().last(std::min(right.byte_count(), left.byte_count())));
       return kOk;
     case OpLogicalNot:
@@ -227,7 +266,8 @@ void ApplyUnaryToBits(BitValue& value, OperatorCode code) {
   const auto kernel = code == OpBitwiseNot   ? kernels::Complement
                       : code == OpLogicalNot ? kernels::NegateEach
                                              : kernels::Mirror;
-  kernel(value.Bytes());
+  const auto [target, source] = value.Rewrite();
+  kernel(target, source);
 }
 
 }  // namespace zrt

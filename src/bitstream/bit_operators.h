@@ -21,7 +21,7 @@ std::optional<ZRTStatus> StatusWithoutValues(std::uint16_t code);
 ///         result's bytes (left has its new bytes and its old bit length).
 ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right);
 
-/// Applies "~", "!" or "$" to `value` in place.
+/// Applies "~", "!" or "$" to `value` in place. Throws std::bad_alloc, leaving it as it was.
 void ApplyUnaryToBits(BitValue& value, OperatorCode code);
 
 }  // namespace zrt

@@ -21,9 +21,28 @@ void LoadBytes(LByteBuffer& chain, BitValue& value) {
   CopyBytes(chain, value.Rebuild(chain.GetTotalSize()).data());
 }
 
+void BorrowBytes(LByteBuffer& chain, BitValue& value) {
+  const unsigned int size = chain.GetTotalSize();
+  if (static_cast<unsigned int>(chain.GetDataSize()) != size) return LoadBytes(chain, value);
+  value.Borrow({chain.GetDataBlock(), size});
+}
+
+// A stream may share its blocks with the row that it is to hold: what is borrowed from it would
+// move or change as it is written.
+void KeepFrom(RowDataStream& stream, BitValue& value) {
+  if (value.Bytes().data() == stream.GetDataBlock()) (void)value.OwnBytes();
+}
+
 bool AddValue(RowDataStream& stream, BitValue& value) {
+  KeepFrom(stream, value);
   stream.BitLength = value.bit_length();
   return AppendBytes<LByteBuffer>(stream, value.Bytes());
+}
+
+bool ReplaceValue(RowDataStream& stream, BitValue& value) {
+  KeepFrom(stream, value);
+  stream.ClearBuffer();
+  return AddValue(stream, value);
 }
 
 }  // namespace zrt

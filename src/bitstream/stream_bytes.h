@@ -22,6 +22,9 @@ void CopyBytes(LByteBuffer& chain, std::uint8_t* to);
 /// `value` becomes the bytes of a chain; its bit length stays. Throws std::bad_alloc.
 void LoadBytes(LByteBuffer& chain, BitValue& value);
 
+/// The same, but bytes that lie in one block are borrowed: the chain must outlive their use.
+void BorrowBytes(LByteBuffer& chain, BitValue& value);
+
 /// A block that takes many bytes at once: it appends the first of them to itself, as many as it has
 /// room for, and gives their count.
 template <class Block>
@@ -62,7 +65,9 @@ template <class Block>
   }
 }
 
-/// Appends the bytes of `value` and takes its bit length. False as above.
+/// Appends the bytes of `value` behind those of `stream`, or puts them in their place, and takes
+/// its bit length. The value may have borrowed its bytes from the stream. False as above.
 [[nodiscard]] bool AddValue(RowDataStream& stream, BitValue& value);
+[[nodiscard]] bool ReplaceValue(RowDataStream& stream, BitValue& value);
 
 }  // namespace zrt

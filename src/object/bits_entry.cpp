@@ -16,8 +16,10 @@ namespace {
 
 int StatusAfterStoring(int status, BitsOutcome& outcome, RowDataStream& result) {
   if (outcome.place == BitsOutcome::Place::kNone) return status;
-  if (outcome.place == BitsOutcome::Place::kInsteadOfOlder) result.ClearBuffer();
-  return AddValue(result, outcome.value) ? status : ErrStreamWrite;
+  const bool is_stored = outcome.place == BitsOutcome::Place::kInsteadOfOlder
+                             ? ReplaceValue(result, outcome.value)
+                             : AddValue(result, outcome.value);
+  return is_stored ? status : ErrStreamWrite;
 }
 
 // A failure with any other status leaves the value, and so the stream, as it was.
@@ -78,7 +80,6 @@ int ZRTExpression::ExecuteBitStreamOperator(RowDataStream* left, unsigned short 
     if (right) Load(*right, operand);
     const int status = zrt::ApplyToBits(value, code, operand);
     if (!MayHaveChangedValue(status)) return status;
-    left->ClearBuffer();
-    return AddValue(*left, value) ? status : ErrStreamWrite;
+    return ReplaceValue(*left, value) ? status : ErrStreamWrite;
   });
 }
