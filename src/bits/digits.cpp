@@ -9,37 +9,39 @@
 namespace zrt {
 namespace {
 
-// `gap` lies between "9" and the digit for ten.
-char DigitOf(unsigned nibble, unsigned gap) {
-  return static_cast<char>(nibble + '0' + (nibble > 9 ? gap : 0U));
+// All arithmetic is on bytes, as narrow as a vector's lanes can be. `gap` lies between "9" and the
+// digit for ten.
+char DigitOf(std::uint8_t nibble, std::uint8_t gap) {
+  return static_cast<char>(nibble + '0' + (nibble > 9 ? gap : 0));
 }
 
 // The low four bits of "0" to "9" are the value; those of "A" and "a" are 1, and both lie behind
 // "9".
-unsigned ValueOf(char digit) {
-  return (static_cast<unsigned char>(digit) & 0xFU) + (digit > '9' ? 9U : 0U);
+std::uint8_t ValueOf(char digit) {
+  return static_cast<std::uint8_t>((digit & 0xF) + (digit > '9' ? 9 : 0));
 }
 
 }  // namespace
 
 char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {
-  const unsigned gap = static_cast<unsigned char>(digit_ten) - ('9' + 1U);
+  const auto gap = static_cast<std::uint8_t>(digit_ten - '9' - 1);
+  const std::uint8_t* const from = bytes.data();
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const unsigned byte = bytes[i];
-    text[2 * i] = DigitOf(byte >> 4, gap);
-    text[2 * i + 1] = DigitOf(byte & 0xFU, gap);
+    text[2 * i] = DigitOf(from[i] >> 4, gap);
+    text[2 * i + 1] = DigitOf(from[i] & 0xF, gap);
   }
   return text + 2 * bytes.size();
 }
 
 void ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes) {
   const std::size_t whole_bytes = digits.size() / 2;
+  const char* const from = digits.data();
+  std::uint8_t* const to = bytes.data();
   for (std::size_t i = 0; i < whole_bytes; ++i) {
-    bytes[i] =
-        static_cast<std::uint8_t>((ValueOf(digits[2 * i]) << 4) | ValueOf(digits[2 * i + 1]));
+    to[i] = static_cast<std::uint8_t>(ValueOf(from[2 * i]) << 4 | ValueOf(from[2 * i + 1]));
   }
   if (digits.size() % 2 != 0) {
-    bytes[whole_bytes] = static_cast<std::uint8_t>(ValueOf(digits.back()) << 4);
+    to[whole_bytes] = static_cast<std::uint8_t>(ValueOf(digits.back()) << 4);
   }
 }
 

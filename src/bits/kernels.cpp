@@ -8,15 +8,7 @@
 #include <algorithm>
 #include <cstring>
 
-// Where the machine has wider vectors than every machine of its kind, these functions use them: the
-// loader chooses. The sanitizers do not bear functions that are chosen so early.
-#if defined(__x86_64__) && defined(ZRT_WIDE_VECTORS)
-#define ZRT_WIDE [[gnu::target_clones("avx2", "default")]]
-#else
-#define ZRT_WIDE
-#endif
-// Set into each of them, to be compiled for the same machine.
-#define ZRT_INLINE [[gnu::always_inline]] inline
+#include "bits/wide.h"
 
 namespace zrt::kernels {
 namespace {

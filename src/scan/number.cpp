@@ -2,16 +2,17 @@
 // ones. A fraction and an exponent never combine, and the "-" may stand anywhere in an exponent.
 #include "scan/number.h"
 
-#include <algorithm>
+#include "scan/text.h"
 
 namespace zrt {
 namespace {
 
 enum class State : std::uint8_t { kStart, kFraction, kExponent };
 
-NumberKind KindOfPrefixed(std::string_view digits, bool (*is_digit)(char), std::size_t short_count,
+template <class IsDigit>
+NumberKind KindOfPrefixed(std::string_view digits, const IsDigit& is_digit, std::size_t short_count,
                           NumberKind short_kind, NumberKind long_kind) {
-  if (digits.empty() || !std::all_of(digits.begin(), digits.end(), is_digit)) return NumberNone;
+  if (digits.empty() || !AllOf(digits, is_digit)) return NumberNone;
   return digits.size() <= short_count ? short_kind : long_kind;
 }
 
@@ -43,7 +44,10 @@ NumberKind KindOfNumber(std::string_view text) {
     return KindOfPrefixed(text.substr(1), is_binary_digit, 32, NumberBinary, NumberBinaryLong);
   }
   if (text.starts_with("0x")) {
-    return KindOfPrefixed(text.substr(2), IsHexadecimalDigit, 8, NumberHex, NumberHexLong);
+    const auto is_hex_digit = [](char c) {
+      return int{PlaceBehind('0', c) < 10} | int{PlaceBehind('a', c | ' ') < 6};  // of either case
+    };
+    return KindOfPrefixed(text.substr(2), is_hex_digit, 8, NumberHex, NumberHexLong);
   }
   return KindOfDecimal(text);
 }
