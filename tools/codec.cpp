@@ -30,23 +30,24 @@ std::string TextOf(const std::string& bytes) {
 
 // The bytes that `text` stands for, none for the empty text. `what` begins the message of a
 // failure.
-std::string BytesOf(const std::string& text, const CodecRequest& request, const std::string& what) {
+std::string BytesOf(const std::string& text, Explainer* explainer, const std::string& what) {
   if (text.empty()) return text;
   RowDataStream stream;
   const int status = ZRTExpression().GetBitStream(text.c_str(), &stream);
   if (status >= 0) return ValidBytes(&stream);
-  throw Failure{kExpressionFailed, what + ": " + Explainer(request.data_dir).Explain(status)};
+  throw Failure{kExpressionFailed, what + ": " + explainer->Explain(status)};
 }
 
 }  // namespace
 
 ExitCode Encode(const CodecRequest& request) {
+  Explainer explainer(request.data_dir);
   ShowProgress("Reading");
   const std::string bytes = ReadFile(request.input_path, kInputOutput, kMostBytes);
   ShowProgress("Encoding");
   std::string text = TextOf(bytes);
   ShowProgress("Checking");
-  if (request.verify && BytesOf(text, request, "the text does not read back") != bytes) {
+  if (request.verify && BytesOf(text, &explainer, "the text does not read back") != bytes) {
     throw Failure{kExpressionFailed, "the text reads back to other bytes"};
   }
   ShowProgress("Writing");
@@ -57,16 +58,13 @@ ExitCode Encode(const CodecRequest& request) {
 }
 
 ExitCode Decode(const CodecRequest& request) {
+  Explainer explainer(request.data_dir);
   ShowProgress("Reading");
-  std::string text = ReadFile(request.input_path, kInputOutput);
+  std::string text = ReadText(request.input_path, kInputOutput);
   if (text.ends_with('\n')) text.pop_back();
   if (text.ends_with('\r')) text.pop_back();
-  if (text.find('\0') != std::string::npos) {
-    throw Failure{kInputOutput,
-                  ShownName(request.input_path) + ": this is no text, it holds a NUL"};
-  }
   ShowProgress("Decoding");
-  const std::string bytes = BytesOf(text, request, ShownName(request.input_path));
+  const std::string bytes = BytesOf(text, &explainer, ShownName(request.input_path));
   ShowProgress("Writing");
   WriteFile(request.output_path, bytes);
   ShowProgress("");

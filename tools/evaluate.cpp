@@ -5,14 +5,9 @@
 
 #include "commands.h"
 #include "scope_file.h"
+#include "shown_text.h"
 
 namespace {
-
-// A piece of the text, enough to know it again.
-std::string Shown(const std::string& text) {
-  constexpr std::size_t kLongest = 60;
-  return '"' + (text.size() <= kLongest ? text : text.substr(0, kLongest) + "...") + '"';
-}
 
 class Evaluator {
  public:
@@ -25,21 +20,20 @@ class Evaluator {
   void Run(const std::string& text, const std::string& label) {
     if (request_.fresh_rows) scope_.ResetRows();
     std::string value;
-    if (text.find('\0') != std::string::npos) return Fail(label + "the text holds a NUL");
     const int status = ValueOf(text, &value);
-    if (status < 0) return Fail(label + Shown(text) + ": " + explainer_.Explain(status));
+    if (status < 0) return Fail(label + Quoted(text) + ": " + explainer_.Explain(status));
     std::cout << value;
     if (request_.format != BitFormat::kRaw) std::cout << '\n';
   }
 
-  ExitCode exit_code() const { return exit_code_; }
-
- private:
   void Fail(const std::string& message) {
     exit_code_ = kExpressionFailed;
     Complain(message);
   }
 
+  ExitCode exit_code() const { return exit_code_; }
+
+ private:
   int ValueOf(const std::string& text, std::string* value) {
     int status = 0;
     if (request_.kind == ValueKind::kInt) {
@@ -67,19 +61,44 @@ class Evaluator {
   ExitCode exit_code_ = kAllEvaluated;
 };
 
-// Blanks matter to the language, so a line loses nothing but its end.
+enum class LineState { kComplete, kHoldsNul, kTooLong, kEndOfInput };
+
+// Takes a line of standard input without its end. Blanks matter to the language, so it loses
+// nothing else. A line that cannot be a text is left where that shows: it may have no end.
+LineState ReadLine(std::string* line) {
+  std::streambuf* input = std::cin.rdbuf();
+  line->clear();
+  int c = input->sbumpc();
+  if (c == EOF) return LineState::kEndOfInput;
+  for (; c != EOF && c != '\n'; c = input->sbumpc()) {
+    if (c == '\0') return LineState::kHoldsNul;
+    if (line->size() == kMostTextBytes) return LineState::kTooLong;
+    *line += static_cast<char>(c);
+  }
+  if (c == '\n' && line->ends_with('\r')) line->pop_back();
+  return LineState::kComplete;
+}
+
+void SkipLine() {
+  for (int c = 0; c != EOF && c != '\n';) c = std::cin.rdbuf()->sbumpc();
+}
+
 void RunLines(Evaluator* evaluator) {
   std::string line;
-  std::size_t number = 0;
-  errno = 0;
-  while (std::cout && std::getline(std::cin, line)) {
-    if (!std::cin.eof() && line.ends_with('\r')) line.pop_back();
-    evaluator->Run(line, "line " + std::to_string(++number) + ": ");
+  for (std::size_t number = 1; std::cout; ++number) {
+    const LineState state = ReadLine(&line);
+    if (state == LineState::kEndOfInput) return;
+    const std::string label = "line " + std::to_string(number) + ": ";
+    if (number == 1) DropByteOrderMark(&line);
+    if (state == LineState::kComplete) {
+      evaluator->Run(line, label);
+    } else {
+      const bool holds_nul = state == LineState::kHoldsNul;
+      evaluator->Fail(label + (holds_nul ? "the text holds a NUL" : "the text is too long"));
+      SkipLine();
+    }
     // A program that talks to this one through pipes waits for each value.
     if (std::cin.rdbuf()->in_avail() <= 0) std::cout.flush();
-  }
-  if (std::cin.bad()) {
-    throw Failure{kInputOutput, std::string("standard input: ") + std::strerror(errno)};
   }
 }
 
@@ -88,7 +107,12 @@ void RunLines(Evaluator* evaluator) {
 ExitCode Evaluate(const EvaluateRequest& request) {
   Evaluator evaluator(request);
   if (request.batch) {
-    RunLines(&evaluator);
+    errno = 0;
+    try {
+      RunLines(&evaluator);
+    } catch (const std::ios_base::failure&) {
+      throw Failure{kInputOutput, std::string("standard input: ") + std::strerror(errno)};
+    }
   } else {
     for (const std::string& text : request.texts) evaluator.Run(text, "");
   }

@@ -1,11 +1,14 @@
 // Reads and writes through streams; what the system says of a failure goes into the message.
 #include "files.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iostream>
+
+#include "shown_text.h"
 
 namespace {
 
@@ -13,11 +16,10 @@ Failure SystemFailure(const std::string& name, ExitCode exit_code) {
   return Failure{exit_code, name + ": " + (errno == 0 ? "failed" : std::strerror(errno))};
 }
 
-}  // namespace
-
-std::string ShownName(const std::string& path) { return path == "-" ? "standard input" : path; }
-
-std::string ReadFile(const std::string& path, ExitCode exit_code, std::size_t most_bytes) {
+// Reads a file piece by piece. `check` gets all bytes so far and where the new ones begin: what is
+// wrong from the start is not read to its end, which may never come.
+template <class Check>
+std::string Read(const std::string& path, ExitCode exit_code, std::size_t most_bytes, Check check) {
   const bool is_standard = path == "-";
   errno = 0;
   std::ifstream file;
@@ -26,15 +28,52 @@ std::string ReadFile(const std::string& path, ExitCode exit_code, std::size_t mo
   std::string bytes;
   std::array<char, 1U << 16U> piece{};
   while (input.good()) {
+    const std::size_t start = bytes.size();
     input.read(piece.data(), piece.size());
     bytes.append(piece.data(), static_cast<std::size_t>(input.gcount()));
+    check(bytes, start);
     if (bytes.size() > most_bytes) {
       throw Failure{exit_code, ShownName(path) + ": more than " + std::to_string(most_bytes) +
-                                   " bytes, whose bits are more than can be counted"};
+                                   " bytes, which is more than can be worked on"};
     }
   }
   if (!input.eof() || input.bad()) throw SystemFailure(ShownName(path), exit_code);
   return bytes;
+}
+
+// Blanks and line ends are the only controls in a text.
+bool IsNoText(char c) {
+  constexpr std::string_view kAllowed = "\t\n\v\f\r";
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte < 0x20 && kAllowed.find(c) == std::string_view::npos) || byte == 0x7F;
+}
+
+}  // namespace
+
+std::string ShownName(const std::string& path) { return path == "-" ? "standard input" : path; }
+
+std::string ReadFile(const std::string& path, ExitCode exit_code, std::size_t most_bytes) {
+  return Read(path, exit_code, most_bytes, [](const std::string&, std::size_t) {});
+}
+
+std::string ReadText(const std::string& path, ExitCode exit_code) {
+  const auto check = [&](const std::string& text, std::size_t start) {
+    const auto wrong =
+        std::find_if(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), IsNoText);
+    if (wrong == text.end()) return;
+    const auto offset = static_cast<std::size_t>(wrong - text.begin());
+    const std::string name = *wrong == '\0' ? "a NUL" : "the character " + Shown({&*wrong, 1});
+    throw Failure{exit_code, ShownName(path) + ": " + LineAndColumn(text, offset) +
+                                 ": this is no text, it holds " + name};
+  };
+  std::string text = Read(path, exit_code, kMostTextBytes, check);
+  DropByteOrderMark(&text);
+  return text;
+}
+
+void DropByteOrderMark(std::string* text) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  if (text->starts_with(kMark)) text->erase(0, kMark.size());
 }
 
 void WriteFile(const std::string& path, std::string_view bytes) {

@@ -1,7 +1,6 @@
 // Whole files in and out, "-" being a standard stream, and how the program ends when that fails.
 #pragma once
 
-#include <limits>
 #include <string>
 #include <string_view>
 
@@ -20,12 +19,21 @@ struct Failure {
   std::string message;
 };
 
+// The library's longest text, and a line end.
+constexpr std::size_t kMostTextBytes = std::size_t{2147483647} + 2;
+
 /// What a message calls an input file: "-" is standard input.
 std::string ShownName(const std::string& path);
 
 /// The bytes of a file. One that cannot be read or is larger than `most_bytes` is a Failure.
-std::string ReadFile(const std::string& path, ExitCode exit_code,
-                     std::size_t most_bytes = std::numeric_limits<std::size_t>::max());
+std::string ReadFile(const std::string& path, ExitCode exit_code, std::size_t most_bytes);
+
+/// The text of a file, without a byte order mark at its start. Besides, a NUL or another control
+/// character that no text holds is a Failure, with line and column, as soon as it has been read.
+std::string ReadText(const std::string& path, ExitCode exit_code);
+
+/// Drops a UTF-8 byte order mark, which some editors write, from the start of `text`.
+void DropByteOrderMark(std::string* text);
 
 /// Writes a whole file. All that keeps bytes from reaching it is a Failure.
 void WriteFile(const std::string& path, std::string_view bytes);

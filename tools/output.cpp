@@ -12,6 +12,8 @@
 #include <iostream>
 #include <system_error>
 
+#include "shown_text.h"
+
 namespace {
 
 struct NamedStatus {
@@ -108,17 +110,30 @@ std::string FloatText(float value) {
   return digits + "e" + std::to_string(exponent);
 }
 
-void Explainer::LoadList() {
+Explainer::Explainer(const std::string& data_dir) {
+  if (!data_dir.empty()) LoadList(data_dir);
+}
+
+void Explainer::LoadList(const std::string& dir) {
   is_loaded_ = true;
-  const bool is_own = data_dir_.empty();
-  std::string dir = is_own ? OwnDataDir() : data_dir_;
-  if (dir.empty() || expression_.Initialize(dir.data()) >= 0) return;
-  if (!is_own) Complain("no error list can be read in " + dir);
+  std::string writable = dir;
+  const int status = expression_.Initialize(writable.data());
+  if (status >= 0) return;
+  const ErrorHandler* handler = expression_.GetErrorHandler();
+  std::string reason = handler == nullptr ? "memory has run out" : handler->GetListError();
+  if (status == ErrBadDirectory) reason = "the directory cannot be entered";
+  Complain((std::filesystem::path(dir) / "ErrorList.txt").string() + ": " + reason +
+           " (failures are told without a sentence)");
 }
 
 std::string Explainer::Explain(int status) {
   constexpr unsigned short kCategory = 8;
-  if (!is_loaded_) LoadList();
+  if (!is_loaded_) {
+    is_loaded_ = true;
+    const std::string dir = OwnDataDir();
+    std::error_code error;  // a program that was copied alone has no list, which is nothing wrong
+    if (std::filesystem::exists(dir + "/ErrorList.txt", error)) LoadList(dir);
+  }
   std::string text = std::to_string(status) + " " + NameOf(status);
   ErrorHandler* handler = expression_.GetErrorHandler();
   if (handler == nullptr) return text;
@@ -129,7 +144,7 @@ std::string Explainer::Explain(int status) {
 void Complain(const std::string& message) {
   std::cout.flush();
   ShowProgress("");
-  std::cerr << "zrteval: " << message << '\n';
+  std::cerr << "zrteval: " << Shown(message) << '\n';
 }
 
 void ShowProgress(const std::string& step) {

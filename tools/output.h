@@ -23,21 +23,23 @@ std::string FloatText(float value);
 /// Tells what a status means, in the words of the error list.
 class Explainer {
  public:
-  /// `data_dir` holds ErrorList.txt; if empty, the directory that belongs to this program does.
-  explicit Explainer(std::string data_dir) : data_dir_(std::move(data_dir)) {}
+  /// `data_dir` holds ErrorList.txt, which is read at once; if empty, the directory that belongs to
+  /// this program does, and is looked at when a failure needs it. Complains of a list that is wrong
+  /// or cannot be read, but for one of this program's own that is not there.
+  explicit Explainer(const std::string& data_dir);
 
-  /// Status, name, and the sentence of the error list if that can be read.
+  /// Status, name, and the sentence of the error list if there is one.
   std::string Explain(int status);
 
  private:
-  void LoadList();
+  void LoadList(const std::string& dir);
 
-  std::string data_dir_;
   bool is_loaded_ = false;
   ZRTExpression expression_;  // serves its error list alone
 };
 
-/// Prints "zrteval: message" to standard error, behind what went to standard output so far.
+/// Prints "zrteval: message" in one line to standard error, behind what went to standard output so
+/// far. Shown() is applied to the message, so what it quotes may be any text.
 void Complain(const std::string& message);
 
 /// Says on a terminal's standard error what is being done; the next call takes its place.

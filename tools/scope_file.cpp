@@ -2,10 +2,12 @@
 // refuses all that it does not know, since a misspelt key would silently hide a name.
 #include "scope_file.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 #include <map>
 #include <new>
+#include <optional>
 #include <string_view>
 
 #include "files.h"
@@ -14,10 +16,45 @@
 namespace {
 
 using nlohmann::json;
-using Place = json::json_pointer;
+// A value's place, as a chain from the value to the root. It copies no name, since a name may be
+// long and have many elements. So it must not outlive the place that it was made from, nor the
+// values.
+class Place {
+ public:
+  Place() = default;
+
+  Place operator/(std::string_view key) const { return {this, key, 0}; }
+  Place operator/(std::size_t index) const { return {this, std::nullopt, index}; }
+
+  JsonPath Path() const {
+    JsonPath path;
+    for (const Place* place = this; place->parent_ != nullptr; place = place->parent_) {
+      if (place->key_) {
+        path.emplace_back(std::string(*place->key_));
+      } else {
+        path.emplace_back(place->index_);
+      }
+    }
+    std::reverse(path.begin(), path.end());
+    return path;
+  }
+
+ private:
+  Place(const Place* parent, std::optional<std::string_view> key, std::size_t index)
+      : parent_(parent), key_(key), index_(index) {}
+
+  const Place* parent_ = nullptr;
+  std::optional<std::string_view> key_;
+  std::size_t index_ = 0;  // where there is no key
+};
+
+struct Refusal {
+  JsonPath path;
+  std::string reason;
+};
 
 [[noreturn]] void Refuse(const Place& place, const std::string& reason) {
-  throw JsonError((place.empty() ? std::string("/") : place.to_string()) + ": " + reason);
+  throw Refusal{place.Path(), reason};
 }
 
 // The entry of an object; null, the reference, if it has none of that name.
@@ -148,7 +185,8 @@ template <class Set, class Read>
 void ReadSection(const json& root, const char* section, const Sets<Set>& sets, Read read) {
   const json* scopes = Find(root, section);
   if (scopes == nullptr) return;
-  const Place place = Place() / section;
+  const Place top;
+  const Place place = top / section;
   if (!scopes->is_object()) Refuse(place, "an object is wanted here");
   for (const auto& [scope, names] : scopes->items()) {
     const auto set = sets.find(scope);
@@ -181,14 +219,17 @@ void Scope::Load(const std::string& path) {
     fields_.push_back(data->AddField(name));
     ReadField(value, place, fields_.back());
   };
-  const std::string text = ReadFile(path, kScopeFile);
+  JsonText text(ReadText(path, kScopeFile));
   try {
-    const json root = ParseJson(text);
+    const json root = text.Parse();
     CheckObject(root, Place(), {"tokens", "data"});
     ReadSection(root, "tokens", trees, read_token);
     ReadSection(root, "data", data_sets, read_field);
   } catch (const JsonError& error) {
-    throw Failure{kScopeFile, path + ": " + error.what()};
+    throw Failure{kScopeFile, ShownName(path) + ": " + error.what()};
+  } catch (const Refusal& refusal) {
+    const JsonError error = text.ErrorAt(refusal.path, refusal.reason);
+    throw Failure{kScopeFile, ShownName(path) + ": " + error.what()};
   }
 }
 

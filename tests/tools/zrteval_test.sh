@@ -66,7 +66,8 @@ mkdir list
 printf '%s\n' '-511 8 1 Never heard of it.' > list/ErrorList.txt
 check 1 '' 'zrteval: "x": -511 ErrUnknownOperand: Never heard of it.' int --data-dir list x
 check 1 '' 'zrteval: "1(": -508 ErrUnbalancedParenthesis' int --data-dir list '1('
-check 1 '' $'no error list can be read in /\nzrteval: "x": -511 ErrUnknownOperand' int --data-dir / x
+check 1 '' $'/ErrorList.txt: the file cannot be opened (failures are told without a sentence)\nzrteval: "x": -511' \
+  int --data-dir / x
 for status in -500 -506 -507 -508 -509 -510 -511 -512 -513 -514 -515 -516 -517 -518; do
   grep -Eq "^$status 8 [0-9]+ [A-Z].*\.\$" "$data/ErrorList.txt" || fail "no sentence for $status"
 done
@@ -96,43 +97,44 @@ fi
 
 # ---- Wrong scope files: what is in them, and the complaint ------------------------------------------
 
+# refuse COLUMN TEXT COMPLAINT, all in the first line
 refuse() {
-  printf '%b' "$1" > scope.json
-  check 3 '' "scope.json: $2" int --scope scope.json 1
+  printf '%b' "$2" > scope.json
+  check 3 '' "scope.json: line 1, column $1: $3" int --scope scope.json 1
 }
 check 3 '' 'nowhere.json: No such file' int --scope nowhere.json 1
-refuse '' 'parse error at line 1'
-refuse '{"tokens": {}} {}' 'parse error'
-refuse '[]' '/: an object'
-refuse '{"token": {}}' '/token: this key'
-refuse '{"tokens": {"inner": {}}}' '/tokens/inner: this key'
-refuse '{"tokens": {"local": []}}' '/tokens/local: an object'
-refuse '{"tokens": {"local": {"a": 1, "b/c": 2, "b\\u002fc": 3}}}' '/tokens/local/b~1c: the name is there'
-refuse '{"tokens": {}, "tokens": {}}' '/tokens: the name is there'
-refuse '{"tokens": {"local": {"": 1}}}' '/tokens/local: a name is empty'
-refuse '{"tokens": {"local": {"a\\u0000b": 1}}}' '/tokens/local: a name holds'
-refuse '{"tokens": {"local": {"\xff": 1}}}' 'parse error'
-refuse '{"tokens": {"local": {"a": true}}}' '/tokens/local/a: a number'
-refuse '{"tokens": {"local": {"a": 2147483648}}}' '/tokens/local/a: 2147483648 is not'
-refuse '{"tokens": {"local": {"a": -2147483649}}}' '/tokens/local/a: -2147483649 is not'
-refuse '{"tokens": {"local": {"a": 18446744073709551615}}}' '/tokens/local/a: 18446744073709551615'
-refuse '{"tokens": {"local": {"a": [1, 99999999999999999999]}}}' '/tokens/local/a/1: 99999999999999999999'
-refuse '{"tokens": {"local": {"a": 3.5e38}}}' '/tokens/local/a: 3.5e38 is out of range'
-refuse '{"tokens": {"local": {"a": 1e400}}}' '/tokens/local/a: 1e400 is out of range'
-refuse '{"tokens": {"local": {"a": [1, "2"]}}}' '/tokens/local/a/1: an integer'
-refuse '{"tokens": {"local": {"a": {"value": 1}}}}' '/tokens/local/a: the key "type"'
-refuse '{"tokens": {"local": {"a": {"type": 9, "value": 1}}}}' '/tokens/local/a/type: 9 is not'
-refuse '{"tokens": {"local": {"a": {"type": 2, "value": 1.5}}}}' '/tokens/local/a/value: an integer'
-refuse '{"tokens": {"local": {"a": {"type": 6, "value": [1]}}}}' '/tokens/local/a/value: this key'
-refuse '{"tokens": {"local": {"a": {"type": 6, "values": 1}}}}' '/tokens/local/a/values: an array'
-refuse '{"data": {"local": {"f": 12}}}' '/data/local/f: a text'
-refuse '{"data": {"local": {"f": "12"}}}' '/data/local/f: the text does not begin'
-refuse '{"data": {"local": {"f": ["0x12", "0x123"]}}}' '/data/local/f/1: the count'
-refuse '{"data": {"local": {"f": "0x1G"}}}' '/data/local/f: there is a character'
-refuse '{"data": {"local": {"f": {"width": 1}}}}' '/data/local/f: the key "bytes"'
-refuse '{"data": {"local": {"f": {"bytes": "0x12", "width": -1}}}}' '/data/local/f/width: -1 is not'
-refuse '{"data": {"local": {"f": {"bytes": "0x12", "width": 2147483648}}}}' '/data/local/f/width: 21'
-refuse '{"data": {"local": {"f": {"bytes": "0x12", "bits": 8}}}}' '/data/local/f/bits: this key'
+refuse 1 '' 'syntax error'
+refuse 16 '{"tokens": {}} {}' 'syntax error'
+refuse 1 '[]' '/: an object'
+refuse 11 '{"token": {}}' '/token: this key'
+refuse 22 '{"tokens": {"inner": {}}}' '/tokens/inner: this key'
+refuse 22 '{"tokens": {"local": []}}' '/tokens/local: an object'
+refuse 41 '{"tokens": {"local": {"a": 1, "b/c": 2, "b\\u002fc": 3}}}' '/tokens/local/b~1c: the name is there'
+refuse 16 '{"tokens": {}, "tokens": {}}' '/tokens: the name is there'
+refuse 22 '{"tokens": {"local": {"": 1}}}' '/tokens/local: a name is empty'
+refuse 22 '{"tokens": {"local": {"a\\u0000b": 1}}}' '/tokens/local: a name holds'
+refuse 24 '{"tokens": {"local": {"\xff": 1}}}' 'syntax error'
+refuse 28 '{"tokens": {"local": {"a": true}}}' '/tokens/local/a: a number'
+refuse 28 '{"tokens": {"local": {"a": 2147483648}}}' '/tokens/local/a: 2147483648 is not'
+refuse 28 '{"tokens": {"local": {"a": -2147483649}}}' '/tokens/local/a: -2147483649 is not'
+refuse 28 '{"tokens": {"local": {"a": 18446744073709551615}}}' '/tokens/local/a: 18446744073709551615'
+refuse 32 '{"tokens": {"local": {"a": [1, 99999999999999999999]}}}' '/tokens/local/a/1: 99999999999999999999'
+refuse 28 '{"tokens": {"local": {"a": 3.5e38}}}' '/tokens/local/a: 3.5e38 is out of range'
+refuse 28 '{"tokens": {"local": {"a": 1e400}}}' '/tokens/local/a: 1e400 is out of range'
+refuse 32 '{"tokens": {"local": {"a": [1, "2"]}}}' '/tokens/local/a/1: an integer'
+refuse 28 '{"tokens": {"local": {"a": {"value": 1}}}}' '/tokens/local/a: the key "type"'
+refuse 37 '{"tokens": {"local": {"a": {"type": 9, "value": 1}}}}' '/tokens/local/a/type: 9 is not'
+refuse 49 '{"tokens": {"local": {"a": {"type": 2, "value": 1.5}}}}' '/tokens/local/a/value: an integer'
+refuse 49 '{"tokens": {"local": {"a": {"type": 6, "value": [1]}}}}' '/tokens/local/a/value: this key'
+refuse 50 '{"tokens": {"local": {"a": {"type": 6, "values": 1}}}}' '/tokens/local/a/values: an array'
+refuse 26 '{"data": {"local": {"f": 12}}}' '/data/local/f: a text'
+refuse 26 '{"data": {"local": {"f": "12"}}}' '/data/local/f: the text does not begin'
+refuse 35 '{"data": {"local": {"f": ["0x12", "0x123"]}}}' '/data/local/f/1: the count'
+refuse 26 '{"data": {"local": {"f": "0x1G"}}}' '/data/local/f: there is a character'
+refuse 26 '{"data": {"local": {"f": {"width": 1}}}}' '/data/local/f: the key "bytes"'
+refuse 53 '{"data": {"local": {"f": {"bytes": "0x12", "width": -1}}}}' '/data/local/f/width: -1 is not'
+refuse 53 '{"data": {"local": {"f": {"bytes": "0x12", "width": 2147483648}}}}' '/data/local/f/width: 21'
+refuse 52 '{"data": {"local": {"f": {"bytes": "0x12", "bits": 8}}}}' '/data/local/f/bits: this key'
 
 printf '%s' '{"tokens": {"local": {"a": {"type": 8, "values": [-2147483648]}, /* both */ "f": [1, 2.5]},
   "global": {"a": 9, "g": 7.5}}, "data": {"external": {"r": []}, "global": {"r": "0x12",

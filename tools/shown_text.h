@@ -1,0 +1,21 @@
+// Foreign text in a message: names, paths and pieces of input as they may be shown to a person and
+// to a terminal. Knows nothing of what the text means.
+#pragma once
+
+#include <limits>
+#include <string>
+#include <string_view>
+
+/// `text` in one line that shows as it reads: \n, \t, \r, \x1B, \u202E, \U000E0001 for characters
+/// that act on a terminal or turn the order of others around, \xFF for bytes that are no UTF-8. All
+/// else stays, a backslash too, so that shown text may be shown again. Of more than `most`
+/// characters, escapes counted as they are written, the first `most` are left and "...".
+std::string Shown(std::string_view text,
+                  std::size_t most = std::numeric_limits<std::size_t>::max());
+
+/// The beginning of `text` in quotes, enough to know it again. Here characters that cannot be seen
+/// or pass for a blank are escaped too, since they may be what is wrong with the text.
+std::string Quoted(std::string_view text);
+
+/// "line 3, column 5" of the character at `offset` in bytes. Columns count characters.
+std::string LineAndColumn(std::string_view text, std::size_t offset);
