@@ -1,0 +1,107 @@
+// The one place that knows how the argument parser words its complaints.
+#include "usage.h"
+
+#include <algorithm>
+#include <numeric>
+#include <string_view>
+#include <utility>
+
+#include "files.h"
+#include "shown_text.h"
+
+namespace {
+
+constexpr std::size_t kMostCharacters = 60;  // of a word that is shown
+
+// The least count of insertions, deletions and replacements that turn one word into the other.
+std::size_t Distance(std::string_view a, std::string_view b) {
+  std::vector<std::size_t> row(b.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t k = 0; k < b.size(); ++k) {
+      const std::size_t replaced = diagonal + (a[i] == b[k] ? 0 : 1);
+      diagonal = row[k + 1];
+      row[k + 1] = std::min({replaced, row[k] + 1, diagonal + 1});
+    }
+  }
+  return row.back();
+}
+
+// ", is NAME meant?" of the name that `word` is close to, if there is one.
+std::string Guess(std::string_view word, const std::vector<std::string>& names) {
+  std::size_t least = 3;
+  std::string nearest;
+  for (const std::string& name : names) {
+    const bool continues = name.size() > 2 && (word.starts_with(name) || name.starts_with(word));
+    // A word may not be so short that any other is close.
+    const std::size_t distance = continues ? 0 : Distance(word.substr(0, 2 * name.size()), name);
+    if (distance >= least || distance * 2 >= name.size()) continue;
+    least = distance;
+    nearest = name;
+  }
+  return nearest.empty() ? "" : ", is " + nearest + " meant?";
+}
+
+std::string FullName(const CLI::App& command) {
+  const CLI::App* parent = command.get_parent();
+  return parent == nullptr ? command.get_name() : FullName(*parent) + " " + command.get_name();
+}
+
+}  // namespace
+
+HelpLayout::HelpLayout(const std::vector<std::string>& forms) {
+  for (const std::string& form : forms) {
+    usage_ += (usage_.empty() ? "Usage: zrteval " : "       zrteval ") + form + "\n";
+  }
+  column_width(26);
+}
+
+std::string HelpLayout::make_help(const CLI::App* app, std::string /*name*/,
+                                  CLI::AppFormatMode mode) const {
+  std::string options = make_positionals(app) + make_groups(app, mode);
+  options.resize(options.find_last_not_of('\n') + 1);
+  return usage_ + "\n" + make_description(app) + options + "\n" + make_subcommands(app, mode) +
+         "\n" + make_footer(app);
+}
+
+void RefuseUsage(const CLI::App& command, const std::string& message) {
+  throw Failure{kUsage, message + " (" + FullName(command) + " --help tells more)"};
+}
+
+void RefuseUsage(const CLI::App& command, const CLI::ParseError& error) {
+  std::string what = error.what();
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) == nullptr) RefuseUsage(command, what);
+  what.resize(std::min(what.find_first_of(": "), what.size()));  // the option's name comes first
+  const CLI::Option* option = command.get_option_no_throw(what);
+  // Of a flag the parser says the bare name.
+  if (option == nullptr) RefuseUsage(command, "--" + what + " takes no value");
+  RefuseUsage(command, what + " wants a " + option->get_type_name() + " behind it");
+}
+
+void CheckOptions(const CLI::App& command) {
+  for (const CLI::Option* option : command.get_options()) {
+    if (option->get_expected_max() == 0 || option->count() == 0) continue;
+    const std::string name = option->get_name();
+    if (option->count() > 1) RefuseUsage(command, name + " is given twice");
+    if (option->results().front().empty()) RefuseUsage(command, name + " is given an empty value");
+  }
+}
+
+void CheckNoOption(const CLI::App& command, const std::string& word, const std::string& note) {
+  if (word.size() < 2 || word.front() != '-') return;
+  std::vector<std::string> names;
+  for (const CLI::Option* option : command.get_options()) names.push_back(option->get_name());
+  const std::string name = word.substr(0, word.find('='));
+  const std::string guess = Guess(name, names);
+  RefuseUsage(command, "no such option: " + Shown(word, kMostCharacters) +
+                           (guess.empty() ? "; " + note : guess));
+}
+
+void RefuseCommand(const CLI::App& app, const std::string& word) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands({})) {
+    names.push_back(command->get_name());
+  }
+  RefuseUsage(app, "no such command: " + Shown(word, kMostCharacters) + Guess(word, names));
+}
