@@ -27,11 +27,30 @@ zrt_missing() {
   done
 }
 
+# Runs apt-get. A machine that was just started may still be updating itself: as long as another
+# program holds one of the locks, this waits, five minutes at the most. (apt-get itself can wait, but
+# not for every lock, and without a word.)
+zrt_apt() {
+  local log="$1" waits_until=$((SECONDS + 300)) has_told=''
+  shift
+  until LC_ALL=C DEBIAN_FRONTEND=noninteractive apt-get -qq -o Dpkg::Use-Pty=0 "$@" \
+    > "$log" 2>&1 < /dev/null; do
+    grep -Eq 'Could not get lock|Unable to (acquire|lock)' "$log" || return 1
+    if ((SECONDS >= waits_until)); then
+      zrt_say 'Another program is still installing packages: try again when it is done'
+      return 2
+    fi
+    [[ -n $has_told ]] || zrt_say 'Another program is installing packages: waiting for it ...'
+    has_told=yes
+    sleep 2
+  done
+}
+
 zrt_install() {
-  local apt=(apt-get -qq -o Dpkg::Use-Pty=0)
-  export DEBIAN_FRONTEND=noninteractive
-  "${apt[@]}" install -y --no-install-recommends "$@" ||
-    { "${apt[@]}" update && "${apt[@]}" install -y --no-install-recommends "$@"; }
+  local log="$1" install=(install -y --no-install-recommends)
+  shift
+  zrt_apt "$log" "${install[@]}" "$@" && return
+  (($? == 1)) && zrt_apt "$log" update && zrt_apt "$log" "${install[@]}" "$@"
 }
 
 zrt_need() {
@@ -41,7 +60,7 @@ zrt_need() {
   if [[ $(id -u) == 0 ]] && command -v apt-get > /dev/null; then
     zrt_say "Installing ${missing[*]} ..."
     log="$(mktemp)"
-    zrt_install "${missing[@]}" > "$log" 2>&1 < /dev/null || tail -n 5 "$log" >&2
+    zrt_install "$log" "${missing[@]}" || tail -n 5 "$log" >&2
     rm -f "$log"
     mapfile -t missing < <(zrt_missing "$@")
     ((${#missing[@]})) || return 0

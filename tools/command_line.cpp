@@ -190,6 +190,7 @@ ExitCode RunCommandLine(std::vector<std::string> words) {
   CLI::App app("Evaluates the expressions of a template language for device data.", "zrteval");
   app.formatter(std::make_shared<HelpLayout>(
       std::vector<std::string>{"COMMAND [OPTIONS] ...", "COMMAND --help"}));
+  app.require_subcommand(0, 1);  // behind a command, the names of others are texts
   app.allow_extras();
   app.set_version_flag("--version", kVersion);
   app.footer(kExitStatuses);

@@ -23,7 +23,7 @@ input=''
 check() {
   local status="$1" out="$2" err="$3" got
   shift 3
-  printf '%b' "$input" | "$zrteval" "$@" > out 2> err
+  printf '%b' "$input" | timeout 60 "$zrteval" "$@" > out 2> err
   got=$?
   [[ $got == "$status" ]] || fail "$* ends with $got, not $status"
   [[ $(cat out) == "$out" ]] || fail "$* prints" "$(cat out)" "instead of" "$out"
@@ -54,6 +54,7 @@ check 1 '' '"": -511 ' int ''
 check 1 '' '"bits": -511 ' int bits
 check 1 '' '"--": -511 ' int -- --
 input='1+1\r\n 2\n\n3\n1\0002\n4' check 1 $'2\n3\n4' $'line 2: " 2": -511' int --batch
+[[ $(timeout 1 "$zrteval" int --batch 2>&1 < /dev/zero | head -n 1) == 'zrteval: line 1: the text holds a NUL' ]] || fail 'a line of NULs'
 input='7\r' check 1 '' 'line 1: ' int --batch
 check 0 '' '' int --batch
 input='fuses\nfuses' check 0 $'0x0F1E2D\n0x3C4B5A' '' bits --batch --scope "$scope"
@@ -68,21 +69,79 @@ check 1 '' 'zrteval: "x": -511 ErrUnknownOperand: Never heard of it.' int --data
 check 1 '' 'zrteval: "1(": -508 ErrUnbalancedParenthesis' int --data-dir list '1('
 check 1 '' $'/ErrorList.txt: the file cannot be opened (failures are told without a sentence)\nzrteval: "x": -511' \
   int --data-dir / x
+# A list that is named is read at the start; the program's own, if it is broken, when it is needed.
+check 0 '1' 'nowhere/ErrorList.txt: the directory cannot be entered (' int --data-dir nowhere 1
+printf '%s\n' '-511 8 1 Right.' '-511 8' > list/ErrorList.txt
+check 0 '1' 'list/ErrorList.txt: line 2: the field is no number' int --data-dir list 1
+share="share/zrtexpression"
+mkdir -p copy/bin "copy/$share"
+cp "$zrteval" copy/bin
+for text in '-511 8 1 Mine.' '-511 1'; do
+  printf '%s\n' "$text" > "copy/$share/ErrorList.txt"
+  [[ $(copy/bin/zrteval int 1 2>&1) == 1 ]] || fail 'the own list is read unasked'
+  copy/bin/zrteval int x > out 2>> err-own
+done
+cat > expected << 'END'
+zrteval: "x": -511 ErrUnknownOperand: Mine.
+zrteval: ErrorList.txt: line 1: the field is no number of 0 to 65535 (failures are told without a sentence)
+zrteval: "x": -511 ErrUnknownOperand
+END
+sed -E 's|/.*/(ErrorList)|\1|' err-own | diff expected - >&2 || fail 'the list of the program itself'
+
+# What messages quote is cut between characters, and acts on no terminal.
+long="$(printf 'ä%.0s' {1..60})"
+check 1 '' "\"$long\": -511" int "$long"
+check 1 '' "\"$long...\": -511" int "${long}ä"
+check 1 '' '"\x1B[31m\n\r\t\x7F\u0085\u2028\u202E\U000E0041": -512' \
+  int $'\e[31m\n\r\t\x7f\xc2\x85\xe2\x80\xa8\xe2\x80\xae\xf3\xa0\x81\x81'
+check 1 '' '"\xFF\xC3+\xC0\xAF\xED\xA0\x80\xF0\x9F": -511' int $'\xff\xc3+\xc0\xaf\xed\xa0\x80\xf0\x9f'
+check 1 '' '"1+\u00A02\u200B\uFEFF": -511' int $'1+\xc2\xa02\xe2\x80\x8b\xef\xbb\xbf'
+check 1 '' '"日本😀\n": -511' int '日本😀\n'
+check 4 '' 'zrteval: no\n\x9B31m: No such file' decode $'no\n\x9b31m'
+check 2 '' 'no such command: \x1B[31m' $'\e[31m'
+
 for status in -500 -506 -507 -508 -509 -510 -511 -512 -513 -514 -515 -516 -517 -518; do
   grep -Eq "^$status 8 [0-9]+ [A-Z].*\.\$" "$data/ErrorList.txt" || fail "no sentence for $status"
 done
 
 # ---- Usage, input and output ---------------------------------------------------------------------
 
-check 2 '' 'subcommand'
-check 2 '' 'either texts or --batch' int
+check 2 '' 'a command is missing (zrteval --help'
+check 2 '' 'no such command: foo (' foo int 1
+check 2 '' 'no such command: decod, is decode meant? (' decod
+check 2 '' 'no such option: --bogus' --bogus
+check 2 '' 'no such option: --scope; the options of a command stand behind it' --scope f int 1
+check 2 '' 'no such option: --bach, is --batch meant? (zrteval int --help' int --bach
+check 2 '' 'no such option: -5; a text that begins with - stands behind --' int -5
+check 2 '' 'no such option: -x; a FILE that begins' decode -x
+check 2 '' 'give either texts or --batch (zrteval int --help' int
 check 2 '' 'either texts or --batch' int --batch 1
+check 2 '' '--batch and --scope - cannot both' int --batch --scope -
+check 2 '' '--batch takes no value' int --batch=no 1
+check 2 '' '--scope is given twice' int --scope a --scope b 1
+check 2 '' '--scope wants a FILE behind it' int 1 --scope
 check 2 '' 'no such option: --fresh' int --fresh 1
-check 2 '' 'oct' bits --format oct 0x12
+check 2 '' '--format is hex, bin or raw' bits --format oct 0x12
 check 2 '' '--length' bits --format raw --length 0x12
-check 2 '' 'one FILE' encode a -- b
-"$zrteval" --help | grep -q 'Usage' || fail 'no help'
-"$zrteval" --version | grep -Eq '^zrteval [0-9.]+$' || fail 'no version'
+check 2 '' 'one FILE only' encode a b
+check 2 '' 'one FILE only' encode a -- b
+# What a shell variable leaves that is not set.
+for option in '--scope|int|1' '--data-dir|float|1' '--format|bits|1' '--output|encode|a' '--output|decode|a'; do
+  IFS='|' read -r name command text <<< "$option"
+  check 2 '' "$name is given an empty value" "$command" "$name" '' "$text"
+  check 2 '' "$name is given an empty value" "$command" "$name=" "$text"
+done
+check 2 '' 'FILE is given an empty value' encode ''
+check 2 '' 'FILE is given an empty value' decode -- ''
+for command in '' int float bits encode decode; do
+  # shellcheck disable=SC2086
+  "$zrteval" $command --help > out || fail "$command --help ends with $?"
+  [[ $(head -n 1 out) == "Usage: zrteval ${command:-COMMAND} "* ]] || fail "usage: $(head -n 1 out)"
+  grep -q '^  4  input or output' out || fail "no exit statuses: $command --help"
+  # shellcheck disable=SC2086
+  "$zrteval" $command --version | grep -Eq '^zrteval [0-9.]+$' || fail "$command: no version"
+done
+"$zrteval" int --help | head -n 2 | grep -q -- 'TEXT\.\.\.$' || fail 'the usage names no TEXT...'
 check 4 '' 'no-such-file: No such file' decode no-such-file
 check 4 '' 'no-such-dir/f: No such file' encode /dev/null -o no-such-dir/f
 "$zrteval" int --batch < . 2> err
@@ -136,6 +195,43 @@ refuse 53 '{"data": {"local": {"f": {"bytes": "0x12", "width": -1}}}}' '/data/lo
 refuse 53 '{"data": {"local": {"f": {"bytes": "0x12", "width": 2147483648}}}}' '/data/local/f/width: 21'
 refuse 52 '{"data": {"local": {"f": {"bytes": "0x12", "bits": 8}}}}' '/data/local/f/bits: this key'
 
+# A NUL is no end, wherever it stands, and nothing behind it is read.
+refuse 3 '{}\0 garbage' 'this is no text, it holds a NUL'
+refuse 13 '{/* comment \0*/}' 'this is no text, it holds a NUL'
+refuse 3 '{}\x1b' 'this is no text, it holds the character \x1B'
+check 3 '' '/dev/zero: line 1, column 1: this is no text' int --scope /dev/zero 1
+
+# Line and column, counted in characters, whatever stands in between.
+while IFS='|' read -r place reason text; do
+  printf '%b' "$text" > scope.json
+  check 3 '' "scope.json: $place: $reason" int --scope scope.json 1
+done << 'END'
+line 3, column 2|/tokens/local/a: a number|{"tokens":\n{"local": {"a":\n true}}}
+line 1, column 34|/tokens/local/ä\x1B: a number|\xef\xbb\xbf{"tokens": {"local": {"ä\\u001b": null}}}
+line 5, column 5|/tokens/local/b/2: an integer|{"tokens": {"local": {"a": [1, 2, 3],\r\n"b":[1/* , */\r\n,2// "\r\n,\r\n    "x"]}}}
+line 2, column 1|/tokens/local/b: the name is there|{"tokens": {"local": {"b": [{"b": 1}, 5],\n"b": 1}}}
+line 2, column 3|this is no text, it holds a NUL|{\n \t\0}
+line 3, column 1|syntax error|{\n\n]
+END
+
+# The time goes with the size of the file, whatever its shape, and messages stay short.
+repeat() { head -c "$1" /dev/zero | tr '\0' "$2"; }
+name="$(repeat 1000000 n)"
+printf '{"tokens": {"local": {"%s": [%s], "x": 1}}}' "$name" "$(repeat 400000 1 | sed 's/11/1,/g')1" \
+  > scope.json
+check 0 '1' '' int --scope scope.json x
+while IFS='|' read -r reason content; do
+  printf '{"tokens": {"local": {%s}}}' "$content" > scope.json
+  check 3 '' "$reason" int --scope scope.json 1
+  (($(wc -c < err) < 600)) || fail "a message of $(wc -c < err) bytes: $reason"
+done << END
+column 1000027: /tokens/local/nnnn|"$name": true
+column 1000027: /tokens/local/nnnn|"$name": 1e99
+column 27: /tokens/local/a: 9999|"a":$(repeat 1000000 9)
+column 1000027: /tokens/local/a/0/0/0/0|"a":$(repeat 1000000 '[')9e99
+column 1000031: syntax error|"a":"$(repeat 1000000 x)
+END
+
 printf '%s' '{"tokens": {"local": {"a": {"type": 8, "values": [-2147483648]}, /* both */ "f": [1, 2.5]},
   "global": {"a": 9, "g": 7.5}}, "data": {"external": {"r": []}, "global": {"r": "0x12",
   "s": {"bytes": "0xABCD", "width": 0}}}}' > scope.json
@@ -149,7 +245,12 @@ input='UUUUUUUU\001' check 0 '(0x55^8)@0x01' '' encode
 input='\001UUUUUUUU' check 0 '(0x0155@(0x55^7))' '' encode --no-verify -
 input='\000\377' check 0 '0x00FF' '' encode
 input='0x12@@0x34' check 1 '' 'standard input: -506' decode
-input='0x12\000' check 4 '' 'NUL' decode
+check 4 '' '/dev/zero: line 1, column 1: this is no text, it holds a NUL' decode /dev/zero
+input='0x12\n\0' check 4 '' 'standard input: line 2, column 1: this is no text' decode
+input='0x12\0001' check 4 '' 'it holds the character \x01' decode
+# A byte order mark is no part of the first text.
+input='\xef\xbb\xbf0x12\r\n' check 0 $'\x12' '' decode
+input='\xef\xbb\xbf1\n\xef\xbb\xbf2' check 1 '1' 'line 2: "\uFEFF2"' int --batch
 input='' check 0 '' '' decode
 
 round_trip() {
