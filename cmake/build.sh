@@ -85,11 +85,13 @@ zrt_quietly() {
 
 zrt_build() {
   local preset="$1" dir="$zrt_root/build/$1"
+  # A tree that someone else configured may lack the parts whose packages were not there yet.
+  local stamp="$dir/configured"
   mkdir -p "$dir"
-  if [[ ! -e $dir/build.ninja || $zrt_root/CMakePresets.json -nt $dir/build.ninja ]]; then
+  if [[ ! -e $dir/build.ninja || ! -e $stamp || $zrt_root/CMakePresets.json -nt $stamp ]]; then
     zrt_say "Configuring $preset ..."
     zrt_quietly "$dir/configure.log" cmake --preset "$preset"
-    touch "$dir/build.ninja"
+    touch "$stamp"
   fi
   [[ -t 2 ]] && printf 'Building %s ...\r' "$preset" >&2
   zrt_quietly "$dir/build.log" cmake --build --preset "$preset" ${2:+--target "$2"} -- --quiet
