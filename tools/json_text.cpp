@@ -64,8 +64,8 @@ std::string Pointer(const JsonPath& path) {
   return Shown(pointer, kMostCharacters);
 }
 
-JsonError MakeError(std::string_view text, std::size_t offset, const std::string& what) {
-  return JsonError(LineAndColumn(text, offset) + ": " + what);
+std::string Located(std::string_view text, std::size_t offset, const std::string& what) {
+  return LineAndColumn(text, offset) + ": " + what;
 }
 
 // Reads `source` to its end, or up to the value at the place `wanted`.
@@ -121,8 +121,8 @@ class Builder : public nlohmann::json_sax<json> {
     if (error.id == kNumberOverflow) RefuseNumber(token, "");
     const std::string_view what = error.what();  // "[...] parse error at line 1, column 2: ..."
     const std::size_t reason = std::min(what.find(": "), what.size() - 2) + 2;
-    throw MakeError(source_->text(), position - std::min<std::size_t>(position, 1),
-                    Shown(what.substr(reason), kMostCharacters));
+    throw JsonError(Located(source_->text(), position - std::min<std::size_t>(position, 1),
+                            Shown(what.substr(reason), kMostCharacters)));
   }
 
  private:
@@ -202,8 +202,8 @@ class Builder : public nlohmann::json_sax<json> {
         path.emplace_back(*container.key);
       }
     }
-    throw MakeError(source_->text(), NextToken(source_->text(), end_),
-                    Pointer(path) + ": " + reason);
+    throw JsonError(
+        Located(source_->text(), NextToken(source_->text(), end_), Pointer(path) + ": " + reason));
   }
 
   Source* source_;
@@ -224,9 +224,9 @@ json JsonText::Parse() {
   return builder.TakeRoot();
 }
 
-JsonError JsonText::ErrorAt(const JsonPath& path, const std::string& reason) {
+std::string JsonText::Complaint(const JsonPath& path, const std::string& reason) {
   Source source(&text_);
   Builder builder(&source, &path);
   builder.Run();
-  return MakeError(text_, builder.found_offset(), Pointer(path) + ": " + reason);
+  return Located(text_, builder.found_offset(), Pointer(path) + ": " + reason);
 }

@@ -26,8 +26,8 @@ class JsonText {
   /// single precision once; any other number is an integer of at most 64 bits. Throws JsonError.
   nlohmann::json Parse();
 
-  /// The error to throw for a value that parsed well and yet cannot be used.
-  JsonError ErrorAt(const JsonPath& path, const std::string& reason);
+  /// What a JsonError would say of a value that parsed well and yet cannot be used.
+  std::string Complaint(const JsonPath& path, const std::string& reason);
 
  private:
   std::string text_;

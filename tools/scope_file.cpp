@@ -228,8 +228,8 @@ void Scope::Load(const std::string& path) {
   } catch (const JsonError& error) {
     throw Failure{kScopeFile, ShownName(path) + ": " + error.what()};
   } catch (const Refusal& refusal) {
-    const JsonError error = text.ErrorAt(refusal.path, refusal.reason);
-    throw Failure{kScopeFile, ShownName(path) + ": " + error.what()};
+    throw Failure{kScopeFile,
+                  ShownName(path) + ": " + text.Complaint(refusal.path, refusal.reason)};
   }
 }
 

@@ -45,7 +45,7 @@ std::string Guess(std::string_view word, const std::vector<std::string>& names) 
 
 std::string FullName(const CLI::App& command) {
   const CLI::App* parent = command.get_parent();
-  return parent == nullptr ? command.get_name() : FullName(*parent) + " " + command.get_name();
+  return parent == nullptr ? command.get_name() : parent->get_name() + " " + command.get_name();
 }
 
 }  // namespace
