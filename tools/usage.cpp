@@ -34,9 +34,8 @@ std::string Guess(std::string_view word, const std::vector<std::string>& names) 
   std::string nearest;
   for (const std::string& name : names) {
     const bool continues = name.size() > 2 && (word.starts_with(name) || name.starts_with(word));
-    // A word may not be so short that any other is close.
     const std::size_t distance = continues ? 0 : Distance(word.substr(0, 2 * name.size()), name);
-    if (distance >= least || distance * 2 >= name.size()) continue;
+    if (distance >= least || distance * 2 >= name.size()) continue;  // short words are all close
     least = distance;
     nearest = name;
   }
@@ -99,6 +98,7 @@ void CheckNoOption(const CLI::App& command, const std::string& word, const std::
 }
 
 void RefuseCommand(const CLI::App& app, const std::string& word) {
+  if (word.empty()) RefuseUsage(app, "the command is empty");
   std::vector<std::string> names;
   for (const CLI::App* command : app.get_subcommands({})) {
     names.push_back(command->get_name());

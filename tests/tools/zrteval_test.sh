@@ -107,6 +107,7 @@ done
 # ---- Usage, input and output ---------------------------------------------------------------------
 
 check 2 '' 'a command is missing (zrteval --help'
+check 2 '' 'the command is empty' ''
 check 2 '' 'no such command: foo (' foo int 1
 check 2 '' 'no such command: decod, is decode meant? (' decod
 check 2 '' 'no such option: --bogus' --bogus
