@@ -2,11 +2,11 @@
 // notation of people, "0ABC/12" for the 12 bits ABC in two bytes. Knows nothing of a single test.
 #pragma once
 
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -88,32 +88,77 @@ struct Bits {
 
 /// Adds rows, each as "0ABC/12", to the field of that name.
 inline QLMDataField* AddRows(QLMPlusData& data, const char* name,
-                             std::initializer_list<const char*> rows) {
+                             const std::vector<const char*>& rows) {
   QLMDataField* field = data.AddField(name);
   for (const char* row : rows) field->AddRow(Bits(row).bit_length, Bits(row).bytes);
   return field;
 }
 
 /// Names of every kind, hidden, of odd types and widths, with rows that agree and that do not.
+struct RichToken {
+  ZRTTokenTree World::*tree;
+  const char* name;
+  unsigned short type;
+  std::vector<int> ints;
+  std::vector<float> floats;
+};
+inline const std::vector<RichToken> kRichTokens = {
+    {&World::local_tokens,  "n",             2, {2},               {}                 },
+    {&World::global_tokens, "n",             2, {100},             {}                 },
+    {&World::local_tokens,  "neg",           4, {-2},              {}                 },
+    {&World::global_tokens, "size",          4, {8},               {}                 },
+    {&World::global_tokens, "low",           2, {-2147483647 - 1}, {}                 },
+    {&World::local_tokens,  "hidden",        2, {7},               {}                 },
+    {&World::local_tokens,  "10",            2, {99},              {}                 },
+    {&World::global_tokens, "my name",       2, {3},               {}                 },
+    {&World::global_tokens, "FuseArray_TDI", 2, {5},               {}                 },
+    {&World::global_tokens, "ID_MASK",       2, {6},               {}                 },
+    {&World::local_tokens,  "f",             1, {},                {2.5F}             },
+    {&World::global_tokens, "wide",          3, {},                {-3e9F}            },
+    {&World::global_tokens, "nan",           3, {},                {NAN}              },
+    {&World::global_tokens, "e",             1, {},                {-0.5F}            },
+    {&World::local_tokens,  "t",             6, {10, 20, 30},      {}                 },
+    {&World::local_tokens,  "t8",            8, {1, -1, 2, 0},     {}                 },
+    {&World::global_tokens, "fa",            5, {},                {1.5F, -2.5F, 3e9F}},
+    {&World::global_tokens, "f7",            7, {},                {INFINITY, 0.25F}  },
+    {&World::global_tokens, "odd",           9, {1},               {}                 },
+    {&World::global_tokens, "zero",          0, {1},               {}                 },
+    {&World::local_tokens,  "mixed",         1, {4},               {}                 },
+    {&World::local_tokens,  "mixes",         8, {},                {4.5F}             },
+};
+
+struct RichField {
+  QLMPlusData World::*data;
+  const char* name;
+  std::vector<const char*> rows;
+};
+inline const std::vector<RichField> kRichFields = {
+    {&World::external_data, "A",               {"11/8", "22/8"}                            },
+    {&World::local_data,    "A",               {"EE/8"}                                    },
+    {&World::local_data,    "B",               {"11/8", "22/8", "33/8", "44/8"}            },
+    {&World::local_data,    "Three",           {"05/3", "02/3", "03/2"}                    },
+    {&World::global_data,   "Three",           {"FF/8"}                                    },
+    {&World::global_data,   "hidden",          {"0ABC/12"}                                 },
+    {&World::global_data,   "Long",            {"0102030405060708090A/75"}                 },
+    {&World::global_data,   "Spare",           {"FFFF/12"}                                 },
+    {&World::global_data,   "Spares",          {"FA/3", "0ABC/11", "FF00/9"}               },
+    {&World::global_data,   "More",            {"AABB/8"}                                  },
+    {&World::global_data,   "Less",            {"AB/24"}                                   },
+    {&World::local_data,    "Odd",             {"/0", "/5", "AABB/0", "010203/17", "01/20"}},
+    {&World::external_data, "Bit",             {"01/1"}                                    },
+    {&World::external_data, "77",              {"0000004D/32"}                             },
+    {&World::local_data,    "FuseArray_DMASK", {"0F/4"}                                    },
+    {&World::global_data,   "None",            {}                                          },
+};
+
 struct RichWorld : World {
   RichWorld() {
-    local_tokens.Add(ZRTTokens::IntScalar("n", 2));
-    local_tokens.Add(ZRTTokens::IntScalar("neg", -2, 4));
-    local_tokens.Add(ZRTTokens::IntScalar("hidden", 7));
-    local_tokens.Add(ZRTTokens::IntScalar("10", 99));
-    local_tokens.Add(ZRTTokens::IntArray("t", {10, 20, 30}));
-    local_tokens.Add(ZRTTokens::FloatScalar("f", 2.5F));
-    global_tokens.Add(ZRTTokens::IntScalar("FuseArray_TDI", 5));
-    global_tokens.Add(ZRTTokens::IntScalar("odd", 1, 9));
-    AddRows(external_data, "A", {"11/8", "22/8"});
-    AddRows(local_data, "A", {"EE/8"});
-    AddRows(local_data, "B", {"11/8", "22/8", "33/8", "44/8"});
-    AddRows(global_data, "hidden", {"0ABC/12"});
-    AddRows(global_data, "Long", {"0102030405060708090A/75"});
-    AddRows(global_data, "Spare", {"FFFF/12"});
-    AddRows(global_data, "More", {"AABB/8"});
-    AddRows(global_data, "Less", {"AB/24"});
-    AddRows(global_data, "None", {});
+    for (const auto& [tree, name, type, ints, floats] : kRichTokens) {
+      (this->*tree)
+          .Add(floats.empty() ? ZRTTokens::IntArray(name, ints, type)
+                              : ZRTTokens::FloatArray(name, floats, type));
+    }
+    for (const auto& [data, name, rows] : kRichFields) AddRows(this->*data, name, rows);
   }
 };
 

@@ -1,0 +1,96 @@
+// The language written down a second time, as literally as it can be: every piece of a text is
+// copied, every level of it calls itself, every byte is moved alone. What the library makes of a
+// text is held against what this makes of it. It uses nothing of the library but the names of the
+// statuses.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ErrorCodes.h"
+
+namespace reference {
+
+/// Thrown where a result would be absurdly large: the text is none to compare.
+struct TooLarge {};
+
+using Bytes = std::vector<std::uint8_t>;
+
+/// Bytes, most significant first, and how many bits of them count, 0 or more. The two need not
+/// agree.
+struct Stream {
+  Bytes bytes;
+  int bit_length = 0;
+};
+
+/// One named value. A scalar is an array of one; a token without values of a kind reads 0.
+struct Token {
+  int type = 0;
+  std::vector<int> ints;
+  std::vector<float> floats;
+};
+
+/// Rows, and the place of the one that is read next.
+struct Field {
+  std::vector<Stream> rows;
+  std::size_t current = 0;
+};
+
+struct Scope {
+  std::map<std::string, Token> local_tokens, global_tokens;
+  std::map<std::string, Field> external_data, local_data, global_data;
+};
+
+/// Each of these throws its status, a ZRTStatus, if it fails, and leaves in the caller's result
+/// what the language leaves in it. A value is an int, a float or a Stream. Row pointers move. No
+/// text holds a NUL.
+///
+/// Solve evaluates a whole text; SolveChain one without groups and unary operators, into a value
+/// that is empty or 0; ReadOperand reads a single operand.
+template <class Value>
+void Solve(Scope& scope, const std::string& text, Value& result);
+template <class Value>
+void SolveChain(Scope& scope, std::string rest, Value& value);
+template <class Number>
+void ReadOperand(Scope& scope, std::string name, Number& result);
+void ReadOperand(Scope& scope, std::string name, Stream& result);
+
+/// Operators stand at the places of their codes under their first characters. ',' is every operator
+/// without a meaning, '<' and '>' are the shifts; any other character is a code behind the last.
+constexpr std::string_view kOperators = ",&|!~<>+-/*%@^$";
+
+/// Applies an operator in place. `right` may be `left` itself; no stream is an empty one.
+void Apply(int& value, char op, int operand);
+void Apply(float& value, char op, float operand);
+void Apply(Stream& left, char op, const Stream& given);
+
+template <class Action>
+int StatusOf(Action action) {
+  try {
+    action();
+    return 0;
+  } catch (const ZRTStatus status) {
+    return status;
+  }
+}
+
+/// Where the first and the last operator of an expression stand; -1 if there is none.
+struct Found {
+  int position = -1;
+  char op = ',';
+};
+Found LeftMostOperator(const std::string& text);
+Found RightMostOperator(const std::string& text);
+
+/// Which kind of literal a text is; 0 is none.
+int KindOfNumber(const std::string& text);
+
+/// A stream as "0x" and digits, and bytes as run-length text.
+std::string HexText(const Stream& stream);
+std::string RunLengthText(const Bytes& data);
+
+}  // namespace reference

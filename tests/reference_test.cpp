@@ -1,0 +1,274 @@
+// The library against the language written down a second time: any text, right or damaged, must
+// give the same status and value, leave the same behind after a failure and take the same rows.
+//
+// A longer run, of other texts:
+//
+//   ZRT_REFERENCE_TEXTS=5000000 ZRT_REFERENCE_SEED=2 zrt_tests --gtest_filter='Reference.*'
+#include "reference.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <iterator>
+#include <random>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "DataExpression.h"
+#include "support.h"
+#include "text_generator.h"
+
+namespace {
+
+using reference::StatusOf;
+using reference::Stream;
+
+enum Kind { kInteger, kFloat, kBits, kChain, kHexText, kOneInteger, kOneFloat, kOneBits, kKinds };
+constexpr const char* kNames[kKinds] = {"integer", "float",       "bits",      "chain",
+                                        "text",    "one integer", "one float", "one bits"};
+
+// What an evaluation gives, what it leaves in a result of each kind, and the row that each field
+// reads next.
+struct Outcome {
+  int status = 0;
+  int integer = 77;
+  float real = 77.0F;
+  Stream stream;
+  std::string hex_text = "untouched";
+  std::vector<std::size_t> rows;
+
+  bool operator==(const Outcome& other) const {
+    const bool is_same_float = std::bit_cast<int>(real) == std::bit_cast<int>(other.real) ||
+                               (std::isnan(real) && std::isnan(other.real));
+    return status == other.status && integer == other.integer && is_same_float &&
+           stream.bytes == other.stream.bytes && stream.bit_length == other.stream.bit_length &&
+           hex_text == other.hex_text && rows == other.rows;
+  }
+};
+
+std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
+  out << outcome.status << ", " << outcome.integer << ", " << outcome.real << ", ";
+  const Stream whole{outcome.stream.bytes, static_cast<int>(outcome.stream.bytes.size()) * 8};
+  out << reference::HexText(whole) << "/" << outcome.stream.bit_length << ", " << outcome.hex_text;
+  for (const std::size_t row : outcome.rows) out << ' ' << row;
+  return out;
+}
+
+void Append(LByteBuffer& target, const reference::Bytes& bytes) {
+  LByteBuffer* block = &target;
+  for (const std::uint8_t byte : bytes) {
+    if (block->WriteData(byte) == 0) (block = block->AllocateNewBlock())->WriteData(byte);
+  }
+}
+
+// The rich scope in the library's objects and in the reference's, and one field that one of several
+// has.
+class Twins {
+ public:
+  explicit Twins(const char* fuse_array) {
+    for (const auto& [tree, name, type, ints, floats] : kRichTokens) {
+      auto& tokens = tree == &World::local_tokens ? scope_.local_tokens : scope_.global_tokens;
+      tokens[name] = {type, ints, floats};
+    }
+    for (const auto& [data, name, rows] : kRichFields) Add(data, name, rows);
+    if (fuse_array != nullptr) {
+      const std::vector<const char*> rows = {"C3/8", "0ABC/12"};
+      AddRows(world_.local_data, fuse_array, rows);
+      Add(&World::local_data, fuse_array, rows);
+    }
+  }
+
+  Outcome ByLibrary(Kind kind, std::string text, const Stream& before) {
+    Outcome outcome;
+    RowDataStream stream;
+    Append(stream, before.bytes);
+    stream.BitLength = before.bit_length;
+    outcome.status = Evaluate(kind, text.data(), outcome, stream);
+    outcome.stream.bit_length = stream.BitLength;
+    for (unsigned i = 0; i < stream.GetTotalSize(); ++i) {
+      outcome.stream.bytes.push_back(stream.ReadData(static_cast<int>(i)));
+    }
+    for (auto& [field, model] : fields_) {
+      outcome.rows.push_back(NextRow(*field));
+      field->ResetRowPointer();
+    }
+    return outcome;
+  }
+
+  Outcome ByReference(Kind kind, const std::string& text, const Stream& before) {
+    for (auto& [field, model] : fields_) model->current = 0;
+    Outcome outcome;
+    outcome.stream = before;
+    outcome.status = StatusOf([&] { EvaluateReference(kind, text, outcome); });
+    for (auto& [field, model] : fields_) outcome.rows.push_back(model->current);
+    return outcome;
+  }
+
+ private:
+  void Add(QLMPlusData World::*data, const char* name, const std::vector<const char*>& rows) {
+    reference::Field& field = (data == &World::external_data ? scope_.external_data
+                               : data == &World::local_data  ? scope_.local_data
+                                                             : scope_.global_data)[name];
+    for (const char* row : rows) field.rows.push_back({Bits(row).bytes, Bits(row).bit_length});
+    std::string key = name;
+    fields_.emplace_back((world_.*data).GetDataField(key.data()), &field);
+  }
+
+  static std::size_t NextRow(QLMDataField& field) {
+    const LByteBuffer* next = field.GetCurrentRow();
+    int index = 1;
+    while (index <= field.GetRowCount() && field.GetRow(index) != next) ++index;
+    return static_cast<std::size_t>(index - 1);
+  }
+
+  int Evaluate(Kind kind, char* text, Outcome& outcome, RowDataStream& stream) {
+    ZRTExpression& expression = world_.expression;
+    switch (kind) {
+      case kInteger: return expression.GetIntegerOperand(text, &outcome.integer);
+      case kFloat: return expression.GetFloatOperand(text, &outcome.real);
+      case kBits: return expression.GetBitStream(text, &stream);
+      case kChain: return expression.SolveBitStreamExpression(text, &stream);
+      case kOneInteger: return expression.GetIntegerValue(text, &outcome.integer);
+      case kOneFloat: return GetFloatValue(expression, text, &outcome.real);
+      case kOneBits: return GetBitStreamValue(expression, text, &stream);
+      default: break;
+    }
+    hex_text_.replace(0, outcome.hex_text.size() + 1, outcome.hex_text + '\0');
+    const int status = expression.GetBitStream(text, hex_text_.data());
+    outcome.hex_text = hex_text_.c_str();
+    return status;
+  }
+
+  void EvaluateReference(Kind kind, const std::string& text, Outcome& outcome) {
+    Stream value;
+    switch (kind) {
+      case kInteger: return reference::Solve(scope_, text, outcome.integer);
+      case kFloat: return reference::Solve(scope_, text, outcome.real);
+      case kBits: return reference::Solve(scope_, text, outcome.stream);
+      case kChain: outcome.stream = {}; return reference::SolveChain(scope_, text, outcome.stream);
+      case kOneInteger: return reference::ReadOperand(scope_, text, outcome.integer);
+      case kOneFloat: return reference::ReadOperand(scope_, text, outcome.real);
+      case kOneBits: return reference::ReadOperand(scope_, text, outcome.stream);
+      default: reference::Solve(scope_, text, value); outcome.hex_text = reference::HexText(value);
+    }
+  }
+
+  RichWorld world_;
+  reference::Scope scope_;
+  std::vector<std::pair<QLMDataField*, reference::Field*>> fields_;
+  std::string hex_text_ = std::string(1 << 19, '|');  // room for the largest value
+};
+
+class Reference : public testing::Test {
+ protected:
+  // Results hold older bytes in every second text, blocks are short in every fourth.
+  void Compare(const std::string& text) {
+    static const Stream kBefore[] = {
+        {{},                 0 },
+        {{0x5A, 0x01},       9 },
+        {{},                 0 },
+        {{0xFF, 0xFF, 0xFF}, 16}
+    };
+    ++texts_;
+    const BlockSize setting(texts_ % 4 == 0 ? 4 : 0);
+    Twins& twins = twins_[texts_ % std::size(twins_)];
+    for (int i = 0; i < kKinds; ++i) {
+      const Kind kind = static_cast<Kind>(i);
+      const Stream& before = kBefore[texts_ % std::size(kBefore)];
+      try {
+        const Outcome right = twins.ByReference(kind, text, before);
+        const Outcome outcome = twins.ByLibrary(kind, text, before);
+        values_ += outcome.status == 0 ? 1 : 0;
+        if (outcome == right) continue;
+        ADD_FAILURE() << kNames[kind] << " \"" << text << "\" in scope "
+                      << texts_ % std::size(twins_) << " gives\n  " << outcome << "\nand not\n  "
+                      << right;
+      } catch (const reference::TooLarge&) {
+      }
+    }
+    CompareScans(text);
+  }
+
+  static void CompareScans(const std::string& text) {
+    static ZRTExpression expression;
+    unsigned short first = 99, last = 99;
+    const reference::Found left = reference::LeftMostOperator(text);
+    const reference::Found right = reference::RightMostOperator(text);
+    const bool is_same = GetLeftMostOperator(expression, text.c_str(), &first) == left.position &&
+                         GetRightMostOperator(expression, text.c_str(), &last) == right.position;
+    EXPECT_TRUE(is_same && first == CodeOf(left) && last == CodeOf(right)) << text;
+    EXPECT_EQ(IsNumber(expression, text.c_str()), reference::KindOfNumber(text)) << text;
+  }
+
+  static std::size_t CodeOf(const reference::Found& found) {
+    return found.position < 0 ? 99 : reference::kOperators.find(found.op);
+  }
+
+  std::size_t texts_ = 0, values_ = 0;
+
+ private:
+  Twins twins_[3] = {Twins(nullptr), Twins("FuseArray_TDI"), Twins("FuseArray_TDO")};
+};
+
+std::uint64_t Setting(const char* name, std::uint64_t otherwise) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? otherwise : std::stoull(value);
+}
+
+NameLists RichNames() {
+  NameLists names;
+  for (const RichField& field : kRichFields) names.fields.emplace_back(field.name);
+  for (const RichToken& token : kRichTokens) {
+    (token.type < 5 ? names.scalars : names.arrays).emplace_back(token.name);
+  }
+  names.others = {"ID_MASK", "FuseArray_DMASK", "FuseArray_TDO", "FuseArray_TDI", "nosuch", ""};
+  return names;
+}
+
+TEST_F(Reference, GeneratedTexts) {
+  std::mt19937_64 random(Setting("ZRT_REFERENCE_SEED", 1));
+  TextGenerator generator([&random] { return random(); }, RichNames());
+  const std::uint64_t count = Setting("ZRT_REFERENCE_TEXTS", 100000);
+  for (std::uint64_t i = 0; i < count && !HasFailure(); ++i) Compare(generator.Text());
+  EXPECT_GT(values_, texts_) << "too few of the texts have a value";
+}
+
+// Every text of up to four characters.
+TEST_F(Reference, ShortTexts) {
+  constexpr std::string_view kCharacters = "1A#.e-~$@<(+[] ,)";
+  for (std::string text = "1"; text.size() <= 4 && !HasFailure();) {
+    Compare(text);
+    std::size_t place = 0;
+    while (place < text.size() && text[place] == kCharacters.back()) {
+      text[place++] = kCharacters[0];
+    }
+    if (place == text.size()) {
+      text.push_back(kCharacters[0]);
+    } else {
+      text[place] = kCharacters[kCharacters.find(text[place]) + 1];
+    }
+  }
+}
+
+TEST_F(Reference, RunLengthTexts) {
+  std::mt19937 random(20240601);
+  for (std::size_t round = 0; round < 3000; ++round) {
+    reference::Bytes bytes;
+    while (bytes.size() < round % 61) {
+      bytes.insert(bytes.end(), 1 + random() % (1 + round % 10),
+                   static_cast<std::uint8_t>(random() % 3));
+    }
+    LByteBuffer data;
+    Append(data, bytes);
+    std::string text(2 * bytes.size() + 3, '|');
+    fnGetDataExpression(&data, text.data());
+    ASSERT_EQ(text.c_str(), reference::RunLengthText(bytes));
+  }
+}
+
+}  // namespace
