@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,14 +39,18 @@ class TextGenerator {
   std::size_t Below(std::size_t limit) { return static_cast<std::size_t>(source_() % limit); }
 
  private:
-  using Choices = std::vector<std::string>;
   enum class Kind { kBits, kInteger, kFloat };
 
   // Calls follow one another in statements of their own, never in one expression, whose order
   // compilers choose.
   Kind AnyKind() { return static_cast<Kind>(Below(3)); }
   void Put(std::string_view text) { text_ += text; }
-  const std::string& OneOf(const Choices& choices) { return choices[Below(choices.size())]; }
+  std::string_view OneOf(const std::vector<std::string>& names) {
+    return names[Below(names.size())];
+  }
+  std::string_view OneOf(std::initializer_list<std::string_view> choices) {
+    return choices.begin()[Below(choices.size())];
+  }
   void Blank() { Put(Below(6) == 5 ? OneOf({" ", " ", "  ", "\t"}) : ""); }
 
   void Digits(std::string_view set, std::size_t max) {
@@ -58,7 +63,7 @@ class TextGenerator {
     Term(depth);
     for (std::size_t count = Below(4); count > 0; --count) {
       Blank();
-      const std::string op = Operator();
+      const std::string_view op = Operator();
       Put(op);
       Blank();
       const bool takes_count = op == "^" || op == "<<" || op == ">>";
@@ -82,9 +87,9 @@ class TextGenerator {
     Put(")");
   }
 
-  std::string Operator() {
-    const Kind kind = Below(12) == 11 ? AnyKind() : kind_;
-    if (Below(24) == 23) return OneOf({"~", "!", "$", "<", ">", "<<<", ">>>", "e-", "-", "^", "%"});
+  std::string_view Operator() {
+    const Kind kind = Below(24) == 23 ? AnyKind() : kind_;
+    if (Below(32) == 31) return OneOf({"~", "!", "$", "<", ">", "<<<", ">>>", "e-", "-", "^", "%"});
     if (kind == Kind::kFloat) return OneOf({"+", "-", "*", "/", ",", "$"});
     if (kind == Kind::kInteger) {
       return OneOf({"+", "-", "*", "/", "%", "&", "|", "<<", ">>", ",", "<", "$"});
@@ -94,18 +99,14 @@ class TextGenerator {
   }
 
   void Operand(int depth) {
-    const Kind kind = Below(12) == 11 ? AnyKind() : kind_;
-    const std::size_t choice = Below(8);
-    if (choice < 3) return Literal(kind);
-    if (choice == 7) {
-      Put(OneOf(names_.others));
-    } else if (choice < 5) {
-      Put(OneOf(kind == Kind::kBits && Below(4) != 3 ? names_.fields : names_.scalars));
-    } else {
-      Put(OneOf(kind == Kind::kBits && Below(4) != 3 ? names_.fields : names_.arrays));
-    }
-    if ((choice < 5 || choice == 7) && Below(8) != 7) return;
-    Index(depth);
+    const Kind kind = Below(24) == 23 ? AnyKind() : kind_;
+    const std::size_t choice = Below(16);
+    if (choice < 8) return Literal(kind);
+    const bool is_other = choice == 15, takes_index = choice > 11 && !is_other;
+    const auto& names = takes_index ? names_.arrays : names_.scalars;
+    const bool is_field = kind == Kind::kBits && Below(4) != 3;
+    Put(OneOf(is_other ? names_.others : is_field ? names_.fields : names));
+    if (takes_index != (Below(12) == 11)) Index(depth);
   }
 
   void Index(int depth) {
