@@ -591,6 +591,12 @@ std::string Digits(int byte) {
 
 }  // namespace
 
+std::string Show(const Stream& stream) {
+  std::string text;
+  for (const std::uint8_t byte : stream.bytes) text += Digits(byte);
+  return text + "/" + std::to_string(stream.bit_length);
+}
+
 // As many bytes as the length needs, the lowest ones; missing ones are 0.
 std::string HexText(const Stream& stream) {
   std::string text = "0x";

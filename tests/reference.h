@@ -89,7 +89,8 @@ Found RightMostOperator(const std::string& text);
 /// Which kind of literal a text is; 0 is none.
 int KindOfNumber(const std::string& text);
 
-/// A stream as "0x" and digits, and bytes as run-length text.
+/// A stream as the notation of people, "0ABC/12", and as "0x" and digits; bytes as run-length text.
+std::string Show(const Stream& stream);
 std::string HexText(const Stream& stream);
 std::string RunLengthText(const Bytes& data);
 

@@ -53,8 +53,7 @@ struct Outcome {
 
 std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
   out << outcome.status << ", " << outcome.integer << ", " << outcome.real << ", ";
-  const Stream whole{outcome.stream.bytes, static_cast<int>(outcome.stream.bytes.size()) * 8};
-  out << reference::HexText(whole) << "/" << outcome.stream.bit_length << ", " << outcome.hex_text;
+  out << Show(outcome.stream) << ", " << outcome.hex_text;
   for (const std::size_t row : outcome.rows) out << ' ' << row;
   return out;
 }
