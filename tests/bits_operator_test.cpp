@@ -147,10 +147,7 @@ TEST(BitsOperator, ChainsOverUntidyValues) {
       right = chance.Value();
       if (is_count) {
         const unsigned count = chance.Below(code == OpReplicate ? 40 : 300) - 2;
-        right = {{}, 32};
-        for (int low = 24; low >= 0; low -= 8) {
-          right.bytes.push_back(static_cast<std::uint8_t>(count >> low));
-        }
+        right = reference::FromWord(static_cast<int>(count));
       }
       is_swapped = code == OpConcat && chance.Below(3) == 0;
     }

@@ -1,13 +1,11 @@
-// The language's rules, in the order in which they build on each other: texts, scans, bytes,
-// operators, operands, expressions. A failure is thrown as its status. Speed and depth do not
-// matter here.
+// The language's rules for texts: operands, expressions, scans. A failure is thrown as its status.
+// Speed and depth do not matter here.
 #include "reference.h"
 
 #include <algorithm>
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <type_traits>
 
 // NOLINTBEGIN(misc-no-recursion): the language is told in terms of itself
@@ -53,173 +51,12 @@ int ClosingParenthesis(const std::string& text, int open) {
   return -1;
 }
 
-// ---- Bytes. A read outside them is 0, a write outside them is refused. --------------------------
-
-int Get(const Bytes& bytes, int index) {
-  return index >= 0 && index < Int(bytes.size()) ? bytes[Size(index)] : 0;
-}
-
-bool Set(Bytes& bytes, int index, int byte) {
-  if (index < 0 || index >= Int(bytes.size())) return false;
-  bytes[Size(index)] = static_cast<std::uint8_t>(byte);
-  return true;
-}
-
-// The first four bytes, whatever the size.
-int LeadingWord(const Bytes& bytes) {
-  std::uint32_t word = 0;
-  for (int i = 0; i < 4; ++i) word = word << 8 | static_cast<std::uint32_t>(Get(bytes, i));
-  return static_cast<int>(word);
-}
-
-// As many of the four bytes of a word as there is room for.
-void SetWord(Bytes& bytes, int word) {
-  for (int i = 0; i < 4; ++i) Set(bytes, i, word >> (24 - 8 * i) & 0xFF);
-}
+// ---- Operands -----------------------------------------------------------------------------------
 
 void Append(Stream& stream, const Stream& source) {
   stream.bytes.insert(stream.bytes.end(), source.bytes.begin(), source.bytes.end());
   stream.bit_length = source.bit_length;
 }
-
-void Clear(Stream& stream, std::int64_t bit_length) {
-  if (bit_length > std::numeric_limits<int>::max()) throw ErrStreamWrite;
-  if (bit_length > 1 << 20) throw TooLarge();
-  stream.bytes.assign(static_cast<std::size_t>(bit_length + 7) / 8, 0);
-}
-
-// Lays bytes shifted left by `shift` bits into others, the last at `place`, the rest above it. The
-// byte that stands at the place is kept as a whole, spare bits included, where there is a shift.
-void Lay(Bytes& target, const Bytes& source, int place, int shift) {
-  int carry = shift == 0 ? 0 : Get(target, place);
-  for (int i = Int(source.size()) - 1; i >= 0; --i, --place) {
-    const int byte = Get(source, i);
-    if (!Set(target, place, (byte << shift & 0xFF) | carry)) throw ErrStreamWrite;
-    carry = byte >> (8 - shift);
-  }
-  if (shift != 0) Set(target, place, carry);  // above the top byte it is dropped
-}
-
-void Concatenate(Stream& left, const Stream& right) {
-  const Bytes copy = left.bytes;
-  const std::int64_t total = std::int64_t{left.bit_length} + right.bit_length;
-  Clear(left, total);
-  const int size = Int(left.bytes.size()), shift = right.bit_length % 8;
-  Lay(left.bytes, right.bytes, size - 1, 0);
-  Lay(left.bytes, copy, size - Int(right.bytes.size()) - (shift == 0 ? 1 : 0), shift);
-  left.bit_length = static_cast<int>(total);
-}
-
-void Replicate(Stream& left, int count) {
-  const Bytes copy = left.bytes;
-  const std::int64_t total = std::int64_t{std::max(count, 0)} * left.bit_length;
-  Clear(left, total);
-  for (int c = 0; c < count && !copy.empty(); ++c) {
-    const int offset = c * left.bit_length;
-    Lay(left.bytes, copy, Int(left.bytes.size()) - 1 - offset / 8, offset % 8);
-  }
-  left.bit_length = static_cast<int>(total);
-}
-
-// All bits of the bytes take part, whatever the bit length.
-void Shift(Bytes& bytes, bool is_left, int count) {
-  if (count <= 0) return;
-  const Bytes copy = bytes;
-  const int size = Int(copy.size()), whole = count / 8, bits = count % 8;
-  for (int i = 0; i < size; ++i) {
-    const int from = is_left ? i + whole : i - whole;
-    const int pair = is_left ? Get(copy, from) << 8 | Get(copy, from + 1)
-                             : Get(copy, from - 1) << 8 | Get(copy, from);
-    Set(bytes, i, (is_left ? pair >> (8 - bits) : pair >> bits) & 0xFF);
-  }
-}
-
-// The bytes that both have, paired from the low end.
-void AndOr(Bytes& left, bool is_and, const Bytes& right) {
-  for (int i = Int(left.size()) - 1, k = Int(right.size()) - 1; i >= 0 && k >= 0; --i, --k) {
-    const int byte = Get(left, i), other = Get(right, k);
-    Set(left, i, is_and ? byte & other : byte | other);
-  }
-}
-
-// The bytes of `right` from its last one on, each mirrored, take the places of those of `left`.
-void Reverse(Bytes& left, const Bytes& right) {
-  for (int i = 0; i < Int(left.size()); ++i) {
-    const int byte = Get(right, Int(right.size()) - 1 - i);
-    int mirrored = 0;
-    for (int bit = 0; bit < 8; ++bit) mirrored |= (byte >> bit & 1) << (7 - bit);
-    Set(left, i, mirrored);
-  }
-}
-
-// ---- Operators ----------------------------------------------------------------------------------
-
-// Computed wide, kept modulo 2 to the 32nd.
-int Calculate(std::int64_t left, char op, std::int64_t right) {
-  const bool is_division = op == '/' || op == '%';
-  if (is_division && right == 0) throw ErrInvalidOperator;
-  if (op == '/' && left / right > std::numeric_limits<int>::max()) throw ErrInvalidOperator;
-  switch (op) {
-    case '&': return static_cast<int>(left & right);
-    case '|': return static_cast<int>(left | right);
-    case '<': return static_cast<int>(left << (right & 31));
-    case '>': return static_cast<int>(left >> (right & 31));
-    case '+': return static_cast<int>(left + right);
-    case '-': return static_cast<int>(left - right);
-    case '/': return static_cast<int>(left / right);
-    case '*': return static_cast<int>(left * right);
-    case '%': return static_cast<int>(left % right);
-    case '!':
-    case '~':
-    case '@':
-    case '^': throw ErrInvalidOperator;
-    default: return static_cast<int>(left);
-  }
-}
-
-}  // namespace
-
-void Apply(int& value, char op, int operand) { value = Calculate(value, op, operand); }
-
-void Apply(float& value, char op, float operand) {
-  switch (op) {
-    case '+': value += operand; return;
-    case '-': value -= operand; return;
-    case '/': value /= operand; return;
-    case '*': value *= operand; return;
-    default:
-      if (std::string_view("&|!~<>%@^").find(op) != std::string_view::npos)
-        throw ErrInvalidOperator;
-  }
-}
-
-void Apply(Stream& left, char op, const Stream& given) {
-  const Stream right = given;
-  if (kOperators.find(op) == std::string_view::npos) throw ErrInvalidOperator;
-  const bool calculates = std::string_view("+-*/%").find(op) != std::string_view::npos;
-  const bool takes_word = calculates || op == '<' || op == '>' || op == '^';
-  const int word = LeadingWord(right.bytes);
-  if (takes_word && right.bytes.size() > 4) throw ErrOperandTooWide;
-  if (calculates && left.bytes.size() > 4) throw ErrOperandTooWide;
-  if (calculates) SetWord(left.bytes, Calculate(LeadingWord(left.bytes), op, word));
-  if (op == '&' || op == '|') AndOr(left.bytes, op == '&', right.bytes);
-  if (op == '<' || op == '>') Shift(left.bytes, op == '<', word);
-  if (op == '@') Concatenate(left, right);
-  if (op == '^') Replicate(left, word);
-  if (op == '$') Reverse(left.bytes, right.bytes);
-  for (std::uint8_t& byte : left.bytes) {
-    if (op == '~') byte = static_cast<std::uint8_t>(~byte);
-    if (op == '!') byte = byte == 0 ? 1 : 0;
-  }
-}
-
-namespace {
-
-void ApplyUnary(int& value, char op) { value = op == '~' ? ~value : value == 0 ? 1 : 0; }
-void ApplyUnary(float&, char) { throw ErrInvalidOperator; }
-void ApplyUnary(Stream& value, char op) { Apply(value, op, value); }
-
-// ---- Operands -----------------------------------------------------------------------------------
 
 const Token* SearchToken(const Scope& scope, const std::string& name) {
   for (const auto* tree : {&scope.local_tokens, &scope.global_tokens}) {
@@ -256,7 +93,7 @@ Number Element(const std::vector<Number>& values, int index) {
 }
 
 // Takes the index off an operand and gives its value, -1 where there is none. What stands behind
-// the
+// its
 // "]" is dropped; without an index nothing is trimmed. Of a bit vector's index the value decides:
 // one that fails after it has written a value is an index.
 int TakeIndex(Scope& scope, std::string& operand, bool decides_by_value) {
@@ -302,14 +139,7 @@ Bytes FromDigits(const std::string& digits, std::size_t digits_per_byte, int bas
   return bytes;
 }
 
-Stream FromWord(int word) {
-  Stream stream{Bytes(4), 32};
-  SetWord(stream.bytes, word);
-  return stream;
-}
-
-// Binary digits stand right-aligned, hexadecimal ones in whole bytes, with a zero behind an odd
-// last one.
+// Binary digits stand right-aligned, hexadecimal ones in whole bytes, filled up at their end.
 void ReadLiteral(std::string literal, Stream& stream) {
   const int kind = KindOfNumber(literal);
   if (kind == 1 || kind == 2) {
@@ -328,33 +158,9 @@ void ReadLiteral(std::string literal, Stream& stream) {
   }
 }
 
-int Truncate(float value) {
-  constexpr float kLimit = 2147483648.0F;
-  if (std::isnan(value)) return 0;
-  if (value >= kLimit) return std::numeric_limits<int>::max();
-  return value <= -kLimit ? std::numeric_limits<int>::min() : static_cast<int>(value);
+int Truncate(double value) {
+  return std::isnan(value) ? 0 : static_cast<int>(std::clamp(value, -2147483648.0, 2147483647.0));
 }
-
-}  // namespace
-
-// Types 1 to 4 are scalars and 5 to 8 arrays; the odd ones are floats.
-template <class Number>
-void ReadOperand(Scope& scope, std::string name, Number& result) {
-  const int index = TakeIndex(scope, name, false);
-  const Token* token = SearchToken(scope, name);
-  if (token == nullptr) {
-    if (KindOfNumber(name) == 0) throw ErrUnknownOperand;
-    return ReadLiteral(name, result);
-  }
-  const int type = token->type, place = std::max(index, 0);
-  if (type < 1 || type > 8 || (type > 4) != (index >= 0)) throw ErrBadTokenType;
-  const float of_floats = Element(token->floats, place);
-  const int of_ints = Element(token->ints, place);
-  if constexpr (kIsInteger<Number>) result = type % 2 == 1 ? Truncate(of_floats) : of_ints;
-  if constexpr (kIsFloat<Number>) result = type % 2 == 1 ? of_floats : static_cast<float>(of_ints);
-}
-
-namespace {
 
 // Index 0 is none: it means the row at the row pointer, which moves on if there are several rows.
 void ReadRow(Field& field, int index, Stream& stream) {
@@ -365,23 +171,7 @@ void ReadRow(Field& field, int index, Stream& stream) {
   Append(stream, field.rows[place]);
 }
 
-}  // namespace
-
-// A field before a token, a token before a literal.
-void ReadOperand(Scope& scope, std::string name, Stream& stream) {
-  const int index = TakeIndex(scope, name, true);
-  Field made;
-  if (Field* field = SearchDataField(scope, name, made)) return ReadRow(*field, index, stream);
-  const Token* token = SearchToken(scope, name);
-  if (token == nullptr) return ReadLiteral(name, stream);
-  const bool is_array = token->type == 6 || token->type == 8;
-  if (!is_array && token->type != 2 && token->type != 4) throw ErrBadTokenType;
-  Append(stream, FromWord(Element(token->ints, is_array ? index : 0)));
-}
-
 // ---- Expressions --------------------------------------------------------------------------------
-
-namespace {
 
 // Floats refuse a shift where they meet it.
 template <class Value>
@@ -397,27 +187,9 @@ Found TakeOperand(std::string& rest, std::string& operand) {
   return found;
 }
 
-}  // namespace
-
-// From the left, operand by operand. The last operator may have nothing behind it.
-template <class Value>
-void SolveChain(Scope& scope, std::string rest, Value& value) {
-  std::string operand;
-  char pending = TakeOperand(rest, operand).op;
-  ReadOperand(scope, operand, value);
-  RefuseShift<Value>(pending);
-  while (!rest.empty()) {
-    const auto [position, op] = TakeOperand(rest, operand);
-    if (position >= 0 && operand.empty()) throw ErrMissingOperand;
-    Value right{};
-    ReadOperand(scope, operand, right);
-    RefuseShift<Value>(op);
-    Apply(value, pending, right);
-    pending = op;
-  }
-}
-
-namespace {
+void ApplyUnary(int& value, char op) { value = op == '~' ? ~value : value == 0 ? 1 : 0; }
+void ApplyUnary(float&, char) { throw ErrInvalidOperator; }
+void ApplyUnary(Stream& value, char op) { Apply(value, op, value); }
 
 // What stands around the middle, a group or a unary operator with its operand:
 // (left op1 middle) op2 right.
@@ -458,18 +230,14 @@ void SolveLeft(Scope& scope, std::string text, Around<Value>& around) {
   }
 }
 
-void Put(Stream& result, const Stream& value) { Append(result, value); }
-template <class Number>
-void Put(Number& result, Number value) {
-  result = value;
-}
-
 // The last two operators work in the caller's result. An integer's left value goes where no
 // operator stands behind it, the others' stays.
 template <class Value>
 void Combine(const Around<Value>& around, Value& result) {
   const bool has_left = kIsInteger<Value> ? around.left_op != ',' : around.has_left;
-  Put(result, has_left ? around.left : around.middle);
+  const Value& first = has_left ? around.left : around.middle;
+  if constexpr (kIsBits<Value>) Append(result, first);
+  if constexpr (!kIsBits<Value>) result = first;
   if (has_left) Apply(result, around.left_op, around.middle);
   Apply(result, around.right_op, around.right);
 }
@@ -505,6 +273,53 @@ void SolveUnary(Scope& scope, const std::string& text, int unary, Value& result)
 }
 
 }  // namespace
+
+// Types 1 to 4 are scalars and 5 to 8 arrays; the odd ones are floats.
+template <class Number>
+void ReadOperand(Scope& scope, std::string name, Number& result) {
+  const int index = TakeIndex(scope, name, false);
+  const Token* token = SearchToken(scope, name);
+  if (token == nullptr) {
+    if (KindOfNumber(name) == 0) throw ErrUnknownOperand;
+    return ReadLiteral(name, result);
+  }
+  const int type = token->type, place = std::max(index, 0);
+  if (type < 1 || type > 8 || (type > 4) != (index >= 0)) throw ErrBadTokenType;
+  const float of_floats = Element(token->floats, place);
+  const int of_ints = Element(token->ints, place);
+  if constexpr (kIsInteger<Number>) result = type % 2 == 1 ? Truncate(of_floats) : of_ints;
+  if constexpr (kIsFloat<Number>) result = type % 2 == 1 ? of_floats : static_cast<float>(of_ints);
+}
+
+// A field before a token, a token before a literal.
+void ReadOperand(Scope& scope, std::string name, Stream& stream) {
+  const int index = TakeIndex(scope, name, true);
+  Field made;
+  if (Field* field = SearchDataField(scope, name, made)) return ReadRow(*field, index, stream);
+  const Token* token = SearchToken(scope, name);
+  if (token == nullptr) return ReadLiteral(name, stream);
+  const bool is_array = token->type == 6 || token->type == 8;
+  if (!is_array && token->type != 2 && token->type != 4) throw ErrBadTokenType;
+  Append(stream, FromWord(Element(token->ints, is_array ? index : 0)));
+}
+
+// From the left, operand by operand. The last operator may have nothing behind it.
+template <class Value>
+void SolveChain(Scope& scope, std::string rest, Value& value) {
+  std::string operand;
+  char pending = TakeOperand(rest, operand).op;
+  ReadOperand(scope, operand, value);
+  RefuseShift<Value>(pending);
+  while (!rest.empty()) {
+    const auto [position, op] = TakeOperand(rest, operand);
+    if (position >= 0 && operand.empty()) throw ErrMissingOperand;
+    Value right{};
+    ReadOperand(scope, operand, right);
+    RefuseShift<Value>(op);
+    Apply(value, pending, right);
+    pending = op;
+  }
+}
 
 // A group comes before a unary operator, that before a chain, in brackets or not. A chain writes a
 // number only when it is done, and empties a stream first.
@@ -578,58 +393,6 @@ int KindOfNumber(const std::string& text) {
   if (has_more && !has_only(is_point ? kDigits : "-0123456789", mark + 1)) return 0;
   if (std::ranges::count(text, '-') > 1) return 0;
   return text.find_first_of(kDigits, mark + 1) != std::string::npos ? 5 : mark > 0 ? 6 : 0;
-}
-
-// ---- Texts of bytes -----------------------------------------------------------------------------
-
-namespace {
-
-std::string Digits(int byte) {
-  constexpr const char* kDigits = "0123456789ABCDEF";
-  return {kDigits[byte / 16], kDigits[byte % 16]};
-}
-
-}  // namespace
-
-std::string Show(const Stream& stream) {
-  std::string text;
-  for (const std::uint8_t byte : stream.bytes) text += Digits(byte);
-  return text + "/" + std::to_string(stream.bit_length);
-}
-
-// As many bytes as the length needs, the lowest ones; missing ones are 0.
-std::string HexText(const Stream& stream) {
-  std::string text = "0x";
-  for (int i = (stream.bit_length + 7) / 8; i > 0; --i) {
-    text += Digits(Get(stream.bytes, Int(stream.bytes.size()) - i));
-  }
-  return text;
-}
-
-// The byte that ends a run is written at once and opens no run.
-std::string RunLengthText(const Bytes& data) {
-  std::string text;
-  int run_length = 0;
-  std::uint8_t run_byte = 0;
-  bool is_worth_it = false;
-  for (std::size_t i = 0; i < data.size(); ++i) {
-    if (run_length == 0) run_byte = data[i];
-    const std::string ending = data[i] == run_byte ? "" : Digits(data[i]);
-    if (ending.empty()) ++run_length;
-    if (ending.empty() && i + 1 < data.size()) continue;
-    if (run_length >= 7) {
-      text += (text.empty() ? "(0x" : "@(0x") + Digits(run_byte) + "^";
-      text += std::to_string(run_length) + ")" + (ending.empty() ? "" : "@0x") + ending;
-      is_worth_it = true;
-    } else {
-      if (text.empty()) text = "0x";
-      while (run_length-- > 0) text += Digits(run_byte);
-      text += ending;
-    }
-    run_length = 0;
-  }
-  if (!is_worth_it) return "";
-  return text[0] == '(' ? text : "(" + text + ")";
 }
 
 }  // namespace reference

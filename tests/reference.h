@@ -89,6 +89,9 @@ Found RightMostOperator(const std::string& text);
 /// Which kind of literal a text is; 0 is none.
 int KindOfNumber(const std::string& text);
 
+/// The four bytes of a word, as a stream of 32 bits.
+Stream FromWord(int word);
+
 /// A stream as the notation of people, "0ABC/12", and as "0x" and digits; bytes as run-length text.
 std::string Show(const Stream& stream);
 std::string HexText(const Stream& stream);
