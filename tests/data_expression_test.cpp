@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 
+#include "reference.h"
 #include "round_trip.h"
 
 namespace {
@@ -45,6 +46,7 @@ TEST(DataExpression, RoundTripsOfAnyBuffer) {
     }
     const std::string text = RoundTrip(bytes, 0);
     ASSERT_EQ(RoundTrip(bytes, 7), text);
+    ASSERT_EQ(reference::RunLengthText({bytes.begin(), bytes.end()}), text);
   }
 }
 

@@ -11,11 +11,7 @@
 inline std::string RoundTrip(const std::string& bytes, int block_size) {
   const BlockSize setting(block_size);
   LByteBuffer data;
-  LByteBuffer* block = &data;
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (block->WriteData(byte) == 0) (block = block->AllocateNewBlock())->WriteData(byte);
-  }
+  Append(data, {bytes.begin(), bytes.end()});
   std::string text(2 * bytes.size() + 4, '|');
   fnGetDataExpression(&data, text.data());
   if (text.back() != '|') return "no room";
@@ -24,10 +20,9 @@ inline std::string RoundTrip(const std::string& bytes, int block_size) {
   ZRTExpression expression;
   RowDataStream stream;
   const int status = expression.GetBitStream(text.c_str(), &stream);
-  std::string back;
-  for (unsigned i = 0; i < stream.GetTotalSize(); ++i) {
-    back += static_cast<char>(stream.ReadData(static_cast<int>(i)));
-  }
+  const std::vector<unsigned char> back = BytesOf(stream);
   const bool is_sized = static_cast<std::size_t>(stream.BitLength) == 8 * bytes.size();
-  return status == 0 && is_sized && back == bytes ? text : "not read back";
+  return status == 0 && is_sized && back == std::vector<unsigned char>(bytes.begin(), bytes.end())
+             ? text
+             : "not read back";
 }

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "ZRTExpression.h"
+#include "text_generator.h"
 
 // Each file that includes this has doors of its own: an explicit instantiation may stand only once
 // in a program.
@@ -151,6 +152,16 @@ inline const std::vector<RichField> kRichFields = {
     {&World::global_data,   "None",            {}                                          },
 };
 
+inline NameLists RichNames() {
+  NameLists names;
+  for (const RichField& field : kRichFields) names.fields.emplace_back(field.name);
+  for (const RichToken& token : kRichTokens) {
+    (token.type < 5 ? names.scalars : names.arrays).emplace_back(token.name);
+  }
+  names.others = {"ID_MASK", "FuseArray_DMASK", "FuseArray_TDO", "FuseArray_TDI", "nosuch", ""};
+  return names;
+}
+
 struct RichWorld : World {
   RichWorld() {
     for (const auto& [tree, name, type, ints, floats] : kRichTokens) {
@@ -162,21 +173,30 @@ struct RichWorld : World {
   }
 };
 
-/// Appends bytes and sets the bit length, as a host does it: a block at a time.
-inline void Fill(RowDataStream& stream, std::string_view notation) {
-  const Bits bits(notation);
-  for (const unsigned char b : bits.bytes) {
-    LByteBuffer* last = stream.GetLastBlock(&stream);
-    if (last->WriteData(b) == 0) last->AllocateNewBlock()->WriteData(b);
+/// Appends bytes as a host does it: a block at a time.
+inline void Append(LByteBuffer& target, const std::vector<unsigned char>& bytes) {
+  LByteBuffer* block = target.GetLastBlock(&target);
+  for (const unsigned char b : bytes) {
+    if (block->WriteData(b) == 0) (block = block->AllocateNewBlock())->WriteData(b);
   }
-  stream.BitLength = bits.bit_length;
+}
+
+inline std::vector<unsigned char> BytesOf(LByteBuffer& source) {
+  std::vector<unsigned char> bytes(source.GetTotalSize());
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = source.ReadData(static_cast<int>(i));
+  return bytes;
+}
+
+/// Appends bytes and sets the bit length.
+inline void Fill(RowDataStream& stream, std::string_view notation) {
+  Append(stream, Bits(notation).bytes);
+  stream.BitLength = Bits(notation).bit_length;
 }
 
 /// A stream as "0ABC/12"; "/0" is the empty one.
 inline std::string Hex(RowDataStream& stream) {
   std::string text;
-  for (unsigned i = 0; i < stream.GetTotalSize(); ++i) {
-    const unsigned char b = stream.ReadData(static_cast<int>(i));
+  for (const unsigned char b : BytesOf(stream)) {
     text += {util_Hex2HexAnsi(b / 16), util_Hex2HexAnsi(b % 16)};
   }
   return text + "/" + std::to_string(stream.BitLength);

@@ -27,9 +27,9 @@ class TextGenerator {
     text_.clear();
     kind_ = AnyKind();
     if (Below(8) == 7) {
-      Operand(3);
+      Operand(kDepth);
     } else {
-      Expression(3);
+      Expression(kDepth);
     }
     for (std::size_t count = Below(3) == 2 ? 1 + Below(3) : 0; count > 0; --count) Damage();
     return text_;
@@ -40,6 +40,7 @@ class TextGenerator {
 
  private:
   enum class Kind { kBits, kInteger, kFloat };
+  static constexpr int kDepth = 3;  // of groups and indexes
 
   // Calls follow one another in statements of their own, never in one expression, whose order
   // compilers choose.
@@ -61,7 +62,8 @@ class TextGenerator {
 
   void Expression(int depth) {
     Term(depth);
-    for (std::size_t count = Below(4); count > 0; --count) {
+    const bool is_long = depth == kDepth && Below(32) == 31;
+    for (std::size_t count = Below(is_long ? 40 : 4); count > 0; --count) {
       Blank();
       const std::string_view op = Operator();
       Put(op);
