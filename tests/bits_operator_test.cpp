@@ -76,15 +76,16 @@ struct Step {
 void Compare(Stream model, const std::vector<Step>& steps) try {
   std::string told = Show(model);
   BitValue value = ToValue(model);
-  for (auto [code, right, is_swapped] : steps) {
+  for (const Step& step : steps) {
     if (model.bytes.size() > 500) break;
-    told += (is_swapped ? " after " : " ") + std::to_string(code) + " " + Show(right);
+    Stream right = step.right;
+    told += (step.is_swapped ? " after " : " ") + std::to_string(step.code) + " " + Show(right);
     BitValue operand = ToValue(right);
-    if (is_swapped) std::swap(model, right);
-    if (is_swapped) std::swap(value, operand);
-    const char op = code < kOperators.size() ? kOperators[code] : '?';
+    if (step.is_swapped) std::swap(model, right);
+    if (step.is_swapped) std::swap(value, operand);
+    const char op = step.code < kOperators.size() ? kOperators[step.code] : '?';
     const int status = reference::StatusOf([&] { reference::Apply(model, op, right); });
-    EXPECT_EQ(ApplyToBits(value, code, operand), status) << told;
+    EXPECT_EQ(ApplyToBits(value, step.code, operand), status) << told;
   }
   const auto bytes = value.Bytes();
   const Stream stream{Bytes(bytes.begin(), bytes.end()), value.bit_length()};
@@ -98,11 +99,7 @@ TEST(BitsOperator, TidyValuesOfSmallWidths) {
     for (int width = 5; width > 0 && number >> width == 0; --width) {
       values.push_back(Stream{Bytes{number}, width});
     }
-    if (number < 20)
-      values.push_back(Stream{
-          Bytes{0, 0, 0, number},
-          32
-      });  // a count
+    if (number < 20) values.push_back(reference::FromWord(number));  // a count
   }
   for (const Stream& left : values) {
     for (const Stream& right : values) {

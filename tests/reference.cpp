@@ -98,18 +98,18 @@ Number Element(const std::vector<Number>& values, int index) {
 // one that fails after it has written a value is an index.
 int TakeIndex(Scope& scope, std::string& operand, bool decides_by_value) {
   const int open = Find(operand, "[");
-  if (open == 0) throw ErrMissingArrayName;
-  if (open < 0 && Find(operand, "]") >= 0) throw ErrStrayCloseBracket;
+  if (open == 0) throw Failure{ErrMissingArrayName};
+  if (open < 0 && Find(operand, "]") >= 0) throw Failure{ErrStrayCloseBracket};
   if (open < 0) return -1;
   std::string text = TrimLeft(From(operand, open + 1));
   operand = TrimRight(Left(operand, open));
   const int close = Find(text, "]");
-  if (close < 0) throw ErrMissingCloseBracket;
+  if (close < 0) throw Failure{ErrMissingCloseBracket};
   text = TrimRight(Left(text, close));
-  if (text.empty()) throw ErrEmptyIndex;
+  if (text.empty()) throw Failure{ErrEmptyIndex};
   int index = -1;
   const int status = StatusOf([&] { Solve(scope, text, index); });
-  if (index < 0 || (status != 0 && !decides_by_value)) throw ErrNegativeIndex;
+  if (index < 0 || (status != 0 && !decides_by_value)) throw Failure{ErrNegativeIndex};
   return index;
 }
 
@@ -154,7 +154,7 @@ void ReadLiteral(std::string literal, Stream& stream) {
     ReadLiteral(literal, word);
     Append(stream, FromWord(word));
   } else {
-    throw ErrUnknownOperand;
+    throw Failure{ErrUnknownOperand};
   }
 }
 
@@ -166,7 +166,7 @@ int Truncate(double value) {
 void ReadRow(Field& field, int index, Stream& stream) {
   const std::size_t place = index > 0 ? Size(index - 1) : field.current;
   stream.bit_length = 0;
-  if (place >= field.rows.size()) throw ErrStreamWrite;
+  if (place >= field.rows.size()) throw Failure{ErrStreamWrite};
   if (index <= 0 && field.rows.size() > 1) ++field.current;
   Append(stream, field.rows[place]);
 }
@@ -176,7 +176,7 @@ void ReadRow(Field& field, int index, Stream& stream) {
 // Floats refuse a shift where they meet it.
 template <class Value>
 void RefuseShift(char op) {
-  if (kIsFloat<Value> && (op == '<' || op == '>')) throw ErrInvalidOperator;
+  if (kIsFloat<Value> && (op == '<' || op == '>')) throw Failure{ErrInvalidOperator};
 }
 
 // Takes the first operand off `rest` and the operator behind it, if there is one.
@@ -188,7 +188,7 @@ Found TakeOperand(std::string& rest, std::string& operand) {
 }
 
 void ApplyUnary(int& value, char op) { value = op == '~' ? ~value : value == 0 ? 1 : 0; }
-void ApplyUnary(float&, char) { throw ErrInvalidOperator; }
+void ApplyUnary(float&, char) { throw Failure{ErrInvalidOperator}; }
 void ApplyUnary(Stream& value, char op) { Apply(value, op, value); }
 
 // What stands around the middle, a group or a unary operator with its operand:
@@ -204,7 +204,7 @@ template <class Value>
 void SolveRight(Scope& scope, const std::string& text, Around<Value>& around) {
   if (text.empty()) return;
   const auto [position, op] = LeftMostOperator(text);
-  if (position != 0) throw ErrMisplacedOperator;
+  if (position != 0) throw Failure{ErrMisplacedOperator};
   RefuseShift<Value>(op);
   Solve(scope, TrimLeft(From(text, Width(op))), around.right);
   around.right_op = op;
@@ -222,7 +222,7 @@ void SolveLeft(Scope& scope, std::string text, Around<Value>& around) {
       ApplyUnary(around.middle, op);
       continue;
     }
-    if (position < 1) throw ErrMisplacedOperator;
+    if (position < 1) throw Failure{ErrMisplacedOperator};
     Solve(scope, text, around.left);
     around.left_op = op;
     around.has_left = true;
@@ -246,7 +246,7 @@ void Combine(const Around<Value>& around, Value& result) {
 template <class Value>
 void SolveGroup(Scope& scope, const std::string& text, Value& result) {
   const int open = Find(text, "("), close = ClosingParenthesis(text, open);
-  if (close < 0) throw ErrUnbalancedParenthesis;
+  if (close < 0) throw Failure{ErrUnbalancedParenthesis};
   Around<Value> around;
   Solve(scope, From(Left(text, close), open + 1), around.middle);
   SolveRight(scope, TrimLeft(From(text, close + 1)), around);
@@ -280,11 +280,11 @@ void ReadOperand(Scope& scope, std::string name, Number& result) {
   const int index = TakeIndex(scope, name, false);
   const Token* token = SearchToken(scope, name);
   if (token == nullptr) {
-    if (KindOfNumber(name) == 0) throw ErrUnknownOperand;
+    if (KindOfNumber(name) == 0) throw Failure{ErrUnknownOperand};
     return ReadLiteral(name, result);
   }
   const int type = token->type, place = std::max(index, 0);
-  if (type < 1 || type > 8 || (type > 4) != (index >= 0)) throw ErrBadTokenType;
+  if (type < 1 || type > 8 || (type > 4) != (index >= 0)) throw Failure{ErrBadTokenType};
   const float of_floats = Element(token->floats, place);
   const int of_ints = Element(token->ints, place);
   if constexpr (kIsInteger<Number>) result = type % 2 == 1 ? Truncate(of_floats) : of_ints;
@@ -299,7 +299,7 @@ void ReadOperand(Scope& scope, std::string name, Stream& stream) {
   const Token* token = SearchToken(scope, name);
   if (token == nullptr) return ReadLiteral(name, stream);
   const bool is_array = token->type == 6 || token->type == 8;
-  if (!is_array && token->type != 2 && token->type != 4) throw ErrBadTokenType;
+  if (!is_array && token->type != 2 && token->type != 4) throw Failure{ErrBadTokenType};
   Append(stream, FromWord(Element(token->ints, is_array ? index : 0)));
 }
 
@@ -312,7 +312,7 @@ void SolveChain(Scope& scope, std::string rest, Value& value) {
   RefuseShift<Value>(pending);
   while (!rest.empty()) {
     const auto [position, op] = TakeOperand(rest, operand);
-    if (position >= 0 && operand.empty()) throw ErrMissingOperand;
+    if (position >= 0 && operand.empty()) throw Failure{ErrMissingOperand};
     Value right{};
     ReadOperand(scope, operand, right);
     RefuseShift<Value>(op);
@@ -327,7 +327,7 @@ template <class Value>
 void Solve(Scope& scope, const std::string& text, Value& result) {
   if (text.find('(') != std::string::npos) return SolveGroup(scope, text, result);
   const int unary = Int(text.find_first_of(kIsBits<Value> ? "~!$" : "~!"));
-  if (kIsFloat<Value> && unary >= 0) throw ErrInvalidOperator;
+  if (kIsFloat<Value> && unary >= 0) throw Failure{ErrInvalidOperator};
   if (unary >= 0) return SolveUnary(scope, text, unary, result);
   if (kIsBits<Value>) result = {};
   Value value{};

@@ -13,7 +13,13 @@
 
 #include "ErrorCodes.h"
 
+// NOLINTBEGIN(misc-no-recursion): the language is told in terms of itself
 namespace reference {
+
+/// Thrown by what fails.
+struct Failure {
+  ZRTStatus status;
+};
 
 /// Thrown where a result would be absurdly large: the text is none to compare.
 struct TooLarge {};
@@ -57,7 +63,7 @@ template <class Value>
 void SolveChain(Scope& scope, std::string rest, Value& value);
 template <class Number>
 void ReadOperand(Scope& scope, std::string name, Number& result);
-void ReadOperand(Scope& scope, std::string name, Stream& result);
+void ReadOperand(Scope& scope, std::string name, Stream& stream);
 
 /// Operators stand at the places of their codes under their first characters. ',' is every operator
 /// without a meaning, '<' and '>' are the shifts; any other character is a code behind the last.
@@ -73,8 +79,8 @@ int StatusOf(Action action) {
   try {
     action();
     return 0;
-  } catch (const ZRTStatus status) {
-    return status;
+  } catch (const Failure& failure) {
+    return failure.status;
   }
 }
 
@@ -98,3 +104,4 @@ std::string HexText(const Stream& stream);
 std::string RunLengthText(const Bytes& data);
 
 }  // namespace reference
+// NOLINTEND(misc-no-recursion)

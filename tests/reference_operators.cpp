@@ -31,7 +31,7 @@ int LeadingWord(const Bytes& bytes) {
 }
 
 void Clear(Stream& stream, std::int64_t bit_length) {
-  if (bit_length > std::numeric_limits<int>::max()) throw ErrStreamWrite;
+  if (bit_length > std::numeric_limits<int>::max()) throw Failure{ErrStreamWrite};
   if (bit_length > 1 << 20) throw TooLarge();
   stream.bytes.assign(static_cast<std::size_t>(bit_length + 7) / 8, 0);
 }
@@ -42,7 +42,7 @@ void Lay(Bytes& target, const Bytes& source, int place, int shift) {
   int carry = shift == 0 ? 0 : Get(target, place);
   for (int i = Int(source.size()) - 1; i >= 0; --i, --place) {
     const int byte = Get(source, i);
-    if (!Set(target, place, (byte << shift & 0xFF) | carry)) throw ErrStreamWrite;
+    if (!Set(target, place, (byte << shift & 0xFF) | carry)) throw Failure{ErrStreamWrite};
     carry = byte >> (8 - shift);
   }
   if (shift != 0) Set(target, place, carry);  // above the top byte it is dropped
@@ -103,8 +103,9 @@ void Reverse(Bytes& left, const Bytes& right) {
 // Computed wide, kept modulo 2 to the 32nd.
 int Calculate(std::int64_t left, char op, std::int64_t right) {
   const bool is_division = op == '/' || op == '%';
-  if (is_division && right == 0) throw ErrInvalidOperator;
-  if (op == '/' && left / right > std::numeric_limits<int>::max()) throw ErrInvalidOperator;
+  if (is_division && right == 0) throw Failure{ErrInvalidOperator};
+  if (op == '/' && left / right > std::numeric_limits<int>::max())
+    throw Failure{ErrInvalidOperator};
   switch (op) {
     case '&': return static_cast<int>(left & right);
     case '|': return static_cast<int>(left | right);
@@ -118,7 +119,7 @@ int Calculate(std::int64_t left, char op, std::int64_t right) {
     case '!':
     case '~':
     case '@':
-    case '^': throw ErrInvalidOperator;
+    case '^': throw Failure{ErrInvalidOperator};
     default: return static_cast<int>(left);
   }
 }
@@ -142,18 +143,18 @@ void Apply(float& value, char op, float operand) {
     case '*': value *= operand; return;
     default:
       if (std::string_view("&|!~<>%@^").find(op) != std::string_view::npos)
-        throw ErrInvalidOperator;
+        throw Failure{ErrInvalidOperator};
   }
 }
 
 void Apply(Stream& left, char op, const Stream& given) {
   const Stream right = given;
-  if (kOperators.find(op) == std::string_view::npos) throw ErrInvalidOperator;
+  if (kOperators.find(op) == std::string_view::npos) throw Failure{ErrInvalidOperator};
   const bool calculates = std::string_view("+-*/%").find(op) != std::string_view::npos;
   const bool takes_word = calculates || op == '<' || op == '>' || op == '^';
   const int word = LeadingWord(right.bytes);
-  if (takes_word && right.bytes.size() > 4) throw ErrOperandTooWide;
-  if (calculates && left.bytes.size() > 4) throw ErrOperandTooWide;
+  if (takes_word && right.bytes.size() > 4) throw Failure{ErrOperandTooWide};
+  if (calculates && left.bytes.size() > 4) throw Failure{ErrOperandTooWide};
   if (calculates) {
     const Stream result = FromWord(Calculate(LeadingWord(left.bytes), op, word));
     std::copy_n(result.bytes.begin(), left.bytes.size(), left.bytes.begin());

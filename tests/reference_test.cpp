@@ -128,7 +128,7 @@ class Twins {
     }
     hex_text_.replace(0, outcome.hex_text.size() + 1, outcome.hex_text + '\0');
     const int status = expression.GetBitStream(text, hex_text_.data());
-    outcome.hex_text = hex_text_.c_str();
+    outcome.hex_text = hex_text_.substr(0, hex_text_.find('\0'));
     return status;
   }
 

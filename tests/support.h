@@ -109,6 +109,7 @@ inline const std::vector<RichToken> kRichTokens = {
     {&World::local_tokens,  "neg",           4, {-2},              {}                 },
     {&World::global_tokens, "size",          4, {8},               {}                 },
     {&World::global_tokens, "low",           2, {-2147483647 - 1}, {}                 },
+    {&World::global_tokens, "ones",          4, {-1},              {}                 },
     {&World::local_tokens,  "hidden",        2, {7},               {}                 },
     {&World::local_tokens,  "10",            2, {99},              {}                 },
     {&World::global_tokens, "my name",       2, {3},               {}                 },
@@ -158,7 +159,8 @@ inline NameLists RichNames() {
   for (const RichToken& token : kRichTokens) {
     (token.type < 5 ? names.scalars : names.arrays).emplace_back(token.name);
   }
-  names.others = {"ID_MASK", "FuseArray_DMASK", "FuseArray_TDO", "FuseArray_TDI", "nosuch", ""};
+  names.others = {"ID_MASK", "FuseArray_DMASK", "FuseArray_TDO", "FuseArray_TDI", "nosuch",
+                  "",        "low%ones"};
   return names;
 }
 

@@ -60,6 +60,7 @@ class TextGenerator {
     }
   }
 
+  // NOLINTBEGIN(misc-no-recursion): by depth
   void Expression(int depth) {
     Term(depth);
     const bool is_long = depth == kDepth && Below(32) == 31;
@@ -126,6 +127,8 @@ class TextGenerator {
     Put("]");
     if (Below(16) == 15) Put(OneOf({"x", " ", "]", "[1]", "1"}));
   }
+
+  // NOLINTEND(misc-no-recursion)
 
   void Literal(Kind kind) {
     constexpr std::string_view kDigits = "0123456789", kHexDigits = "0123456789ABCDEFabcdef";
