@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <limits>
-#include <optional>
 
 #include "bits/digits.h"
 #include "bits/exhausted_memory.h"
@@ -13,6 +12,7 @@
 #include "scalar/operand.h"
 #include "scan/number.h"
 #include "scan/operand_text.h"
+#include "scan/short_operand.h"
 
 namespace zrt {
 namespace {
@@ -63,23 +63,28 @@ ZRTStatus ReadToken(ZRTTokens& token, int index, BitValue& value) {
   }
 }
 
-// Gives the status of reading a name that stands for something, nothing if it stands for nothing.
-// The token search sees the name as the failed second search for a field left it.
-std::optional<ZRTStatus> ReadName(std::string_view name, const Scopes& scopes, int index,
-                                  BitValue& value) {
-  if (!scopes.has_data() && !scopes.has_tokens()) {
-    return IsMaskName(name) ? std::optional(ReadMaskField(index, value)) : std::nullopt;
-  }
-  NameBuffer buffer(name);
-  if (QLMDataField* field = scopes.FindField(buffer.text())) return ReadField(*field, index, value);
-  if (IsMaskName(name)) return ReadMaskField(index, value);
+// What a name stands for: one of these, or nothing.
+struct Meaning {
+  QLMDataField* field = nullptr;
+  bool is_mask = false;
+  ZRTTokens* token = nullptr;
+};
+
+// `buffer` holds the name as the lookups want it. The token search sees it as the failed second
+// search for a field left it.
+Meaning MeaningOf(std::string_view name, char* buffer, const Scopes& scopes) {
+  Meaning meaning;
+  meaning.field = scopes.FindField(buffer);
+  if (meaning.field) return meaning;
+  meaning.is_mask = IsMaskName(name);
+  if (meaning.is_mask) return meaning;
   if (name == kFuseArrayOut) {
-    OverwriteWithFuseArrayIn(buffer.text());
-    QLMDataField* field = scopes.FindField(buffer.text());
-    if (field) return ReadField(*field, index, value);
+    OverwriteWithFuseArrayIn(buffer);
+    meaning.field = scopes.FindField(buffer);
+    if (meaning.field) return meaning;
   }
-  if (ZRTTokens* token = scopes.FindToken(buffer.text())) return ReadToken(*token, index, value);
-  return std::nullopt;
+  meaning.token = scopes.FindToken(buffer);
+  return meaning;
 }
 
 ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
@@ -105,14 +110,24 @@ ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
   }
 }
 
+ZRTStatus ReadMeaning(const Meaning& meaning, std::string_view name, int index, BitValue& value) {
+  if (meaning.field) return ReadField(*meaning.field, index, value);
+  if (meaning.is_mask) return ReadMaskField(index, value);
+  if (meaning.token) return ReadToken(*meaning.token, index, value);
+  return ReadLiteral(name, value);
+}
+
 ZRTStatus Read(std::string_view text, const Scopes& scopes, BitValue& value) {
+  if (ShortOperand plain(text); plain.is_plain()) {
+    return ReadMeaning(MeaningOf(text, plain.name(), scopes), text, kNoIndex, value);
+  }
   OperandText operand;
   if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
   int index = kNoIndex;
   (void)EvaluateIndex(operand, scopes, index);
   if (operand.index && index < 0) return ErrNegativeIndex;
-  if (const auto status = ReadName(operand.name, scopes, index, value)) return *status;
-  return ReadLiteral(operand.name, value);
+  const Meaning meaning = MeaningOf(operand.name, NameBuffer(operand.name).text(), scopes);
+  return ReadMeaning(meaning, operand.name, index, value);
 }
 
 }  // namespace

@@ -9,9 +9,7 @@
 namespace zrt {
 namespace {
 
-constexpr std::size_t kMaskNameSlot = 30;  // 29 characters and the terminator
-
-constexpr char kMaskNames[7][kMaskNameSlot] = {
+constexpr std::string_view kMaskNames[] = {
     "Usercode_MASK",      "FuseArray_MASK",     "EFuseArray_MASK", "ID_MASK",
     "FuseArray_MASK_TDO", "FuseArray_MASK_TDI", "FuseArray_DMASK",
 };
@@ -34,8 +32,7 @@ QLMDataField* Scopes::FindField(char* name) const {
 }
 
 bool IsMaskName(std::string_view name) {
-  return std::any_of(std::begin(kMaskNames), std::end(kMaskNames),
-                     [name](const char* row) { return name == row; });
+  return std::ranges::find(kMaskNames, name) != std::end(kMaskNames);
 }
 
 void OverwriteWithFuseArrayIn(char* name) {

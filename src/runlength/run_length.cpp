@@ -18,19 +18,34 @@ constexpr std::size_t kLongRun = 7;
 
 using Bytes = std::span<const std::uint8_t>;
 
+constexpr std::size_t kWordSize = sizeof(std::uint64_t);
+constexpr std::uint64_t kLowBits = 0x0101010101010101U;  // of each byte
+
+std::uint64_t LoadWord(const std::uint8_t* from) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, from, kWordSize);
+  return word;
+}
+
+// H. S. Warren, Hacker's Delight, 6-1.
+bool HasZeroByte(std::uint64_t word) { return ((word - kLowBits) & ~word & (kLowBits << 7)) != 0; }
+
+// The first place from `begin` on whose byte the next one equals; the end if there is none.
+std::size_t NextPair(Bytes bytes, std::size_t begin) {
+  std::size_t i = begin;
+  for (; i + kWordSize < bytes.size(); i += kWordSize) {
+    if (HasZeroByte(LoadWord(&bytes[i]) ^ LoadWord(&bytes[i + 1]))) break;
+  }
+  while (i + 1 < bytes.size() && bytes[i] != bytes[i + 1]) ++i;
+  return i + 1 < bytes.size() ? i : bytes.size();
+}
+
 // The end of the bytes equal to the one at `begin`.
 std::size_t EndOfRun(Bytes bytes, std::size_t begin) {
-  const std::uint8_t byte = bytes[begin];
-  std::uint64_t repeated = 0;
-  std::memset(&repeated, byte, sizeof(repeated));
+  const std::uint64_t repeated = bytes[begin] * kLowBits;
   std::size_t end = begin + 1;
-  while (end + sizeof(repeated) <= bytes.size()) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes.data() + end, sizeof(word));
-    if (word != repeated) break;
-    end += sizeof(repeated);
-  }
-  while (end < bytes.size() && bytes[end] == byte) ++end;
+  while (end + kWordSize <= bytes.size() && LoadWord(&bytes[end]) == repeated) end += kWordSize;
+  while (end < bytes.size() && bytes[end] == bytes[begin]) ++end;
   return end;
 }
 
@@ -79,6 +94,11 @@ void WriteRunLengthText(Bytes bytes, char digit_ten, char* text) {
   Writer writer(text, digit_ten);
   std::size_t digits_begin = 0;  // of the bytes not yet written
   for (std::size_t begin = 0; begin < bytes.size();) {
+    // Up to the next pair each run is one byte long, and another byte ends it: they begin at every
+    // second byte, so the pair may be cut in two.
+    const std::size_t pair = NextPair(bytes, begin);
+    if (pair == bytes.size()) break;
+    begin = (pair - begin) % 2 == 0 ? pair : pair + 1;
     const std::size_t run_end = EndOfRun(bytes, begin);
     if (run_end - begin >= kLongRun) {
       writer.WriteDigits(bytes.subspan(digits_begin, begin - digits_begin));
