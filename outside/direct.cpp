@@ -1,7 +1,5 @@
 // The current-directory calls under the names that the library uses, for platforms that have them
 // under others. Each does exactly what the platform's own call does.
-#if !defined(_WIN32)
-
 #include <unistd.h>
 
 #include <cerrno>
@@ -24,5 +22,3 @@ char* _getcwd(char* buffer, int size) {
 int _chdir(const char* path) { return chdir(path); }
 }
 // NOLINTEND(bugprone-reserved-identifier)
-
-#endif
