@@ -1,12 +1,12 @@
-// Chains of byte blocks. A chain keeps its blocks in an array in their order, so that finding a
-// byte is a guess at the block read last and a binary search if that fails, and so that no number
-// of blocks makes freeing them recurse. It does not know what the bytes mean.
+// Chains of byte blocks. A chain keeps its blocks in an array in their order, so that no number of
+// blocks makes freeing them recurse, and holds no more bytes than an index reaches. It does not
+// know what the bytes mean.
 #include <algorithm>
 #include <atomic>
 #include <climits>
+#include <iterator>
 #include <new>
 #include <utility>
-#include <vector>
 
 #include "hq4170.h"
 
@@ -20,9 +20,13 @@ std::atomic<int> default_block_size{0};  // NOLINT(*-avoid-non-const-global-vari
 
 int FixedSize(int size) { return std::max(size, kSmallestBlock); }
 
+std::unique_ptr<unsigned char[]> NewBytes(int count) {
+  return std::unique_ptr<unsigned char[]>(
+      new (std::nothrow) unsigned char[static_cast<std::size_t>(count)]);
+}
+
 }  // namespace
 
-// A block behind the head, with the object through which callers reach it.
 struct LByteBuffer::Link {
   explicit Link(int block_size) : handle(&block, block_size) {}
 
@@ -30,81 +34,60 @@ struct LByteBuffer::Link {
   LByteBuffer handle;
 };
 
-struct LByteBuffer::Chain {
-  Chain() { first.chain = this; }
+LByteBuffer::Chain::Chain() { first.chain = this; }
 
-  Block& At(int ordinal) {
-    return ordinal == 0 ? first : links[static_cast<std::size_t>(ordinal) - 1]->block;
-  }
-  Block& Last() { return links.empty() ? first : links.back()->block; }
+LByteBuffer::Chain::~Chain() = default;
 
-  LByteBuffer* Append(int block_size) {
-    links.push_back(std::make_unique<Link>(block_size));
-    const auto ordinal = static_cast<int>(links.size());
-    Block& before = At(ordinal - 1);
-    before.limit = before.size;
-    Block& added = links.back()->block;
-    added.ordinal = ordinal;
-    added.start = before.start + static_cast<std::size_t>(before.size);
-    added.chain = this;
-    return &links.back()->handle;
-  }
+LByteBuffer::Block& LByteBuffer::Chain::At(std::size_t ordinal) {
+  return ordinal == 0 ? first : links[ordinal - 1]->block;
+}
 
-  // A byte went into a block that others follow.
-  void MoveStartsBehind(const Block& block) {
-    for (auto i = static_cast<std::size_t>(block.ordinal); i < links.size(); ++i) {
-      ++links[i]->block.start;
-    }
-  }
+int LByteBuffer::Chain::SizeFrom(const Block& block) {
+  const Block& last = At(links.size());
+  return last.start + last.size - block.start;
+}
 
-  static bool Holds(const Block& block, std::size_t position) {
-    return position >= block.start && position - block.start < static_cast<std::size_t>(block.size);
-  }
+// Throws std::bad_alloc with the chain unchanged but for even_blocks, which may have the last
+// block.
+LByteBuffer* LByteBuffer::Chain::Add(std::unique_ptr<Link> link) {
+  Block& last = At(links.size());
+  link->block.start = last.start + last.size;
+  link->block.ordinal = last.ordinal + 1;
+  link->block.chain = this;
+  if (last.ordinal == 0) even_size = static_cast<unsigned int>(std::max(last.size, 1));
+  const bool is_even = static_cast<unsigned int>(last.size) == even_size;
+  if (is_even && even_blocks.size() == last.ordinal) even_blocks.push_back(last.data.get());
+  links.push_back(std::move(link));
+  last.capacity = last.size;
+  return &links.back()->handle;
+}
 
-  // The block that holds the byte at `position`, counted from the chain's first, or the last one.
-  Block& Holder(std::size_t position) {
-    const int guess = hint.load(std::memory_order_relaxed);
-    const int last = static_cast<int>(links.size());
-    for (int ordinal = guess; ordinal <= std::min(guess + 1, last); ++ordinal) {
-      if (Block& block = At(ordinal); Holds(block, position)) {
-        if (ordinal != guess) hint.store(ordinal, std::memory_order_relaxed);
-        return block;
-      }
-    }
-    const auto behind = std::upper_bound(links.begin(), links.end(), position,
-                                         [](std::size_t place, const std::unique_ptr<Link>& link) {
-                                           return place < link->block.start;
-                                         });
-    const auto ordinal = static_cast<int>(behind - links.begin());
-    hint.store(ordinal, std::memory_order_relaxed);
-    return At(ordinal);
-  }
-
-  Block first;
-  std::vector<std::unique_ptr<Link>> links;
-  std::atomic<int> hint{0};  // the block read last, perhaps cut off; all readers set it
-};
+void LByteBuffer::Chain::DropBehind(const Block& block) {
+  links.resize(block.ordinal);
+  even_blocks.resize(std::min(even_blocks.size(), block.ordinal));
+}
 
 LByteBuffer::LByteBuffer() noexcept : block_size_(GetDefaultBlockSize()) {}
 
 LByteBuffer::LByteBuffer(int size) noexcept : block_size_(FixedSize(size)) {}
 
 LByteBuffer::LByteBuffer(const LByteBuffer& other) noexcept : block_size_(other.block_size_) {
-  if (!CopyFrom(other)) {
-    chain_.reset();
-    block_ = nullptr;
-  }
+  if (AppendChain(other)) return;
+  chain_.reset();
+  block_ = nullptr;
 }
 
 LByteBuffer& LByteBuffer::operator=(const LByteBuffer& other) noexcept {
   if (this == &other || IsLink()) return *this;
-  // What this object held may hold `other`, so it goes last.
-  LByteBuffer kept(other.IsLink() ? LByteBuffer(other) : LByteBuffer());
-  const LByteBuffer& source = other.IsLink() ? kept : other;
-  block_size_ = source.block_size_;
-  source.EnsureChain();
-  block_ = source.block_;
-  const std::shared_ptr<Chain> held = std::exchange(chain_, source.chain_);
+  block_size_ = other.block_size_;
+  if (other.IsLink()) {
+    const LByteBuffer copy(other);  // before this object's blocks go: `other` may be one of them
+    block_ = copy.block_;
+    chain_ = copy.chain_;
+  } else {
+    block_ = other.block_;
+    chain_ = other.chain_;
+  }
   return *this;
 }
 
@@ -112,26 +95,23 @@ LByteBuffer::~LByteBuffer() = default;
 
 LByteBuffer* LByteBuffer::AllocateNewBlock() {
   if (!EnsureChain()) return nullptr;
+  Chain& chain = *block_->chain;
+  const int room = INT_MAX - chain.SizeFrom(chain.first);
+  if (room < FixedSize(block_size_)) return nullptr;
+  const Block& last = chain.At(chain.links.size());
   try {
-    LByteBuffer* added = block_->chain->Append(block_size_);
-    if (added->Grow()) return added;  // its first bytes have their place before anyone writes
-    block_->chain->links.pop_back();
-    return nullptr;
+    auto link = std::make_unique<Link>(block_size_);
+    link->block.capacity = block_size_ == 0 ? std::min(kFirstCapacity, room) : block_size_;
+    link->block.data = NewBytes(link->block.capacity);  // its first bytes are sure to find room
+    return link->block.data == nullptr ? nullptr : chain.Add(std::move(link));
   } catch (const std::bad_alloc&) {
+    chain.DropBehind(last);
     return nullptr;
   }
 }
 
 void LByteBuffer::CopyBlock(LByteBuffer* source) {
-  if (source == nullptr) return;
-  const unsigned int byte_count = source->GetTotalSize();
-  LByteBuffer* last = GetLastBlock(this);
-  for (unsigned int i = 0; i < byte_count; ++i) {
-    const unsigned char b = source->ReadData(static_cast<int>(i));
-    if (last->WriteData(b) != 0) continue;
-    last = last->AllocateNewBlock();
-    if (last == nullptr || last->WriteData(b) == 0) return;
-  }
+  if (source != nullptr) AppendChain(*source);
 }
 
 LByteBuffer* LByteBuffer::GetLastBlock(LByteBuffer* from) {
@@ -141,17 +121,35 @@ LByteBuffer* LByteBuffer::GetLastBlock(LByteBuffer* from) {
 }
 
 unsigned int LByteBuffer::GetTotalSize() {
-  if (block_ == nullptr) return 0;
-  const Block& last = block_->chain->Last();
-  return static_cast<unsigned int>(last.start + static_cast<std::size_t>(last.size) -
-                                   block_->start);
+  return block_ == nullptr ? 0 : static_cast<unsigned int>(block_->chain->SizeFrom(*block_));
 }
 
 void LByteBuffer::ClearBuffer() {
   if (block_ == nullptr) return;
-  block_->chain->links.resize(static_cast<std::size_t>(block_->ordinal));
+  block_->chain->DropBehind(*block_);
   block_->size = 0;
-  block_->limit = block_->capacity;
+}
+
+std::size_t LByteBuffer::AppendData(const unsigned char* bytes, std::size_t count) {
+  const auto replaced = MakeRoom(count);  // ends after the copy: the bytes may lie in it
+  if (block_ == nullptr) return 0;
+  const auto room = static_cast<std::size_t>(block_->capacity - block_->size);
+  const std::size_t taken = std::min(count, room);
+  std::copy_n(bytes, taken, block_->data.get() + block_->size);
+  block_->size += static_cast<int>(taken);
+  return taken;
+}
+
+bool LByteBuffer::Append(std::span<const unsigned char> bytes) {
+  LByteBuffer* last = GetLastBlock(this);
+  const auto replaced = last->MakeRoom(bytes.size());  // ends after all copies, as above
+  for (;;) {
+    bytes = bytes.subspan(last->AppendData(bytes.data(), bytes.size()));
+    if (bytes.empty()) return true;
+    const bool is_full = last->block_ != nullptr && last->block_->size == last->MostBytes();
+    last = is_full ? last->AllocateNewBlock() : nullptr;
+    if (last == nullptr) return false;
+  }
 }
 
 void LByteBuffer::SetDefaultBlockSize(int size) noexcept {
@@ -162,7 +160,23 @@ int LByteBuffer::GetDefaultBlockSize() noexcept {
   return default_block_size.load(std::memory_order_relaxed);
 }
 
-bool LByteBuffer::EnsureChain() const noexcept {
+// A byte that no division finds: it lies in the last block or behind one of another size, or there
+// is none.
+unsigned char* LByteBuffer::FindUneven(unsigned int position) {
+  Chain& chain = *block_->chain;
+  const auto behind =
+      std::upper_bound(chain.links.begin(), chain.links.end(), position,
+                       [](unsigned int place, const std::unique_ptr<Link>& link) {
+                         return place < static_cast<unsigned int>(link->block.start);
+                       });
+  const Block& holder = chain.At(static_cast<std::size_t>(behind - chain.links.begin()));
+  const unsigned int index = position - static_cast<unsigned int>(holder.start);
+  return index < static_cast<unsigned int>(holder.size) ? &holder.data[index] : nullptr;
+}
+
+int LByteBuffer::WriteSlowly(unsigned char b) { return AppendData(&b, 1) == 0 ? 0 : 1; }
+
+bool LByteBuffer::EnsureChain() {
   if (block_ != nullptr) return true;
   try {
     chain_ = std::make_shared<Chain>();
@@ -173,56 +187,42 @@ bool LByteBuffer::EnsureChain() const noexcept {
   }
 }
 
-// Repeats the other's blocks, each as full as it is there.
-bool LByteBuffer::CopyFrom(const LByteBuffer& other) {
-  if (other.block_ == nullptr) return true;
-  Chain& chain = *other.block_->chain;
-  LByteBuffer* target = this;
-  for (int ordinal = other.block_->ordinal;; ++ordinal) {
-    const Block& source = chain.At(ordinal);
-    if (!target->EnsureChain() || !target->Reserve(source.size)) return false;
-    Block& block = *target->block_;
-    std::copy_n(source.data.get(), source.size, block.data.get());
-    block.size = source.size;
-    block.limit = source.size;
-    if (&source == &chain.Last()) return true;
-    target = target->LByteBuffer::AllocateNewBlock();
-    if (target == nullptr) return false;
+// What the block may hold, unless another follows it.
+int LByteBuffer::MostBytes() const {
+  return block_size_ == 0 ? INT_MAX - block_->start : block_size_;
+}
+
+// Makes room for `count` more bytes, or as many as the block may hold, if there is memory. Gives
+// the memory that the block had before.
+std::unique_ptr<unsigned char[]> LByteBuffer::MakeRoom(std::size_t count) {
+  if (count == 0 || !EnsureChain()) return nullptr;
+  if (block_->ordinal < block_->chain->links.size()) return nullptr;  // full
+  const auto size = static_cast<std::size_t>(block_->size);
+  const auto capacity = static_cast<std::size_t>(block_->capacity);
+  const auto most = static_cast<std::size_t>(MostBytes());
+  if (count <= capacity - size || capacity == most) return nullptr;
+  const std::size_t needed = size + std::min(count, most - size);
+  std::size_t larger = std::max({needed, 2 * capacity, std::size_t{kFirstCapacity}});
+  if (block_size_ != 0 || larger > most) larger = most;
+  auto bytes = NewBytes(static_cast<int>(larger));
+  if (bytes == nullptr) return nullptr;
+  std::copy_n(block_->data.get(), size, bytes.get());
+  block_->capacity = static_cast<int>(larger);
+  block_->data.swap(bytes);
+  return bytes;
+}
+
+// Repeats the bytes, not how they are spread over blocks. What `source` held at first is all,
+// should it be of this very chain.
+bool LByteBuffer::AppendChain(const LByteBuffer& source) {
+  if (source.block_ == nullptr) return true;
+  Chain& chain = *source.block_->chain;
+  int left = chain.SizeFrom(*source.block_);
+  for (std::size_t ordinal = source.block_->ordinal; left > 0; ++ordinal) {
+    const Block& block = chain.At(ordinal);
+    const int count = std::min(left, block.size);
+    if (!Append({block.data.get(), static_cast<std::size_t>(count)})) return false;
+    left -= count;
   }
-}
-
-// Makes room for so many bytes; `capacity` is within what the block may hold.
-bool LByteBuffer::Reserve(int capacity) {
-  if (block_size_ != 0) capacity = block_size_;
-  std::unique_ptr<unsigned char[]> larger(
-      new (std::nothrow) unsigned char[static_cast<std::size_t>(capacity)]);
-  if (larger == nullptr) return false;
-  std::copy_n(block_->data.get(), block_->size, larger.get());
-  block_->data = std::move(larger);
-  block_->capacity = capacity;
   return true;
-}
-
-bool LByteBuffer::Grow() {
-  const int capacity = block_->capacity;
-  if (block_size_ != 0) return capacity == 0 && Reserve(block_size_);
-  if (capacity == INT_MAX) return false;
-  return Reserve(capacity > INT_MAX / 2 ? INT_MAX : std::max(kFirstCapacity, 2 * capacity));
-}
-
-int LByteBuffer::WriteSlowly(unsigned char b) {
-  if (!EnsureChain() || (block_->size == block_->capacity && !Grow())) return 0;
-  block_->data[static_cast<std::size_t>(block_->size++)] = b;
-  const bool is_last = block_ == &block_->chain->Last();
-  block_->limit = is_last ? block_->capacity : block_->size;
-  if (!is_last) block_->chain->MoveStartsBehind(*block_);
-  return 1;
-}
-
-unsigned char* LByteBuffer::FindInChain(int index) {
-  if (block_ == nullptr || index < 0) return nullptr;
-  const std::size_t position = block_->start + static_cast<std::size_t>(index);
-  Block& holder = block_->chain->Holder(position);
-  if (!Chain::Holds(holder, position)) return nullptr;
-  return &holder.data[position - holder.start];
 }

@@ -4,7 +4,7 @@
 // data fields.
 //
 // Each class shows its contract first. What stands below "Host side" is this stand-in's own, for
-// programs that build and inspect objects; a library that only evaluates must not use it.
+// programs that build and inspect objects; a library that only evaluates must not rely on it.
 // No operation of the contract throws. No class takes a lock.
 #pragma once
 
@@ -12,15 +12,14 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
-#if defined(__GNUC__) && !defined(_WIN32)
 #define ZRT_OUTSIDE_EXPORT __attribute__((visibility("default")))
-#else
-#define ZRT_OUTSIDE_EXPORT
-#endif
+#define ZRT_OUTSIDE_HIDDEN __attribute__((visibility("hidden")))
 
 /// Operations on NUL-terminated texts; positions count from 0, a blank is the space alone. `dst`
 /// and `src` may be one buffer. Counts and starts outside the text are taken to its nearest end.
@@ -44,9 +43,10 @@ class ZRT_OUTSIDE_EXPORT LString {
 
 /// A chain of byte blocks, held by its head; an index counts from the block called through the
 /// chain. A block grows in one piece if its head was made without a size, and else holds exactly
-/// that size and is full. Nothing is allocated before the first byte. Pointers to later blocks are
-/// valid until the chain ends or is cleared. Several threads may read a chain that nobody changes.
-/// The destructor is not virtual: delete a block by its own type.
+/// that size; a block that another follows is full. A chain holds up to 2147483647 bytes, as many
+/// as an index reaches. An object allocates nothing before its first byte or its second block.
+/// Pointers to later blocks are valid until the chain ends or is cleared. Several threads may read
+/// a chain that nobody changes. The destructor is not virtual: delete a block by its own type.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): as the contract has it
 class ZRT_OUTSIDE_EXPORT LByteBuffer {
  public:
@@ -59,16 +59,19 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   LByteBuffer(const LByteBuffer& other) noexcept;
 
   /// Afterwards both refer to the same blocks: a write through one is seen through the other, and
-  /// the last owner frees them. Only whole chains are shared: a block that AllocateNewBlock() made
-  /// gives a copy of the bytes from it on, and assigning to it does nothing.
+  /// the last owner frees them. An object that has had neither byte nor second block has nothing to
+  /// share: both are empty then and go their own ways. Only whole chains are shared: a block that
+  /// AllocateNewBlock() made gives a copy of the bytes from it on, and assigning to it does
+  /// nothing.
   LByteBuffer& operator=(const LByteBuffer& other) noexcept;
 
   ~LByteBuffer();
 
-  /// Appends an empty block of this block's kind at the chain's end; null if memory runs out.
+  /// Appends an empty block of this block's kind at the chain's end, with room for 4 bytes at
+  /// least; null if memory runs out or the chain can hold no more.
   virtual LByteBuffer* AllocateNewBlock();
 
-  /// Appends the bytes of `source`.
+  /// Appends the bytes of `source`, which may be of this chain; as many as find memory.
   virtual void CopyBlock(LByteBuffer* source);
 
   /// The last block of the chain that `from` is part of.
@@ -77,7 +80,7 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   /// Appends a byte to this block. Returns 0 if the block is full or cannot grow, else 1.
   int WriteData(unsigned char b) {
     Block* block = block_;
-    if (block == nullptr || block->size >= block->limit) return WriteSlowly(b);
+    if (block == nullptr || block->size >= block->capacity) return WriteSlowly(b);
     const int size = block->size;  // kept and stored last: the byte may alias the members
     block->data[static_cast<std::size_t>(size)] = b;
     block->size = size + 1;
@@ -98,17 +101,26 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
     return place == nullptr ? static_cast<unsigned char>(0) : *place;
   }
 
-  /// This block's bytes (null if it never held one) and their count.
+  /// This block's bytes, null or not if there are none, and their count.
   unsigned char* GetDataBlock() { return block_ == nullptr ? nullptr : block_->data.get(); }
   int GetDataSize() { return block_ == nullptr ? 0 : block_->size; }
 
   /// The bytes from this block on through the chain.
   unsigned int GetTotalSize();
 
-  /// Empties this block, keeping its memory, and frees the blocks behind it.
+  /// Empties this block, keeping the memory of its bytes, and frees the blocks behind it.
   void ClearBuffer();
 
   // ---- Host side -----------------------------------------------------------------------------
+
+  /// Appends the first k of `count` bytes to this block and returns k, which is less than `count`
+  /// only if the block is full then or memory runs out. `bytes` may lie in the block itself.
+  std::size_t AppendData(const unsigned char* bytes, std::size_t count);
+
+  /// Appends behind the last block of the chain, making new blocks as blocks fill up. False if
+  /// memory runs out or the chain can hold no more; the bytes that found room stay. `bytes` may lie
+  /// in the chain itself.
+  bool Append(std::span<const unsigned char> bytes);
 
   /// Gives every LByteBuffer that is made without a size from now on blocks of `size` bytes (4 at
   /// least) that are full then; 0 goes back to growing. For tests that need chains. Any thread.
@@ -117,39 +129,57 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
 
  private:
   struct Chain;
-  struct Link;
+  struct Link;  // a block behind the head, with the object to reach it through
 
-  struct Block {
+  struct ZRT_OUTSIDE_HIDDEN Block {
     std::unique_ptr<unsigned char[]> data;
-    int size = 0;
-    int limit = 0;  // the quick append works below it: the capacity, or the size of an inner block
-    int capacity = 0;       // bytes
-    int ordinal = 0;        // its place in the chain
-    std::size_t start = 0;  // bytes in the blocks before it
+    int size = 0;             // bytes
+    int capacity = 0;         // bytes; equal to the size once another block follows
+    int start = 0;            // bytes in the blocks before it
+    std::size_t ordinal = 0;  // its place in the chain
     Chain* chain = nullptr;
+  };
+
+  struct ZRT_OUTSIDE_HIDDEN Chain {
+    Chain();
+    ~Chain();
+    Block& At(std::size_t ordinal);
+    int SizeFrom(const Block& block);
+    LByteBuffer* Add(std::unique_ptr<Link> link);
+    void DropBehind(const Block& block);
+
+    Block first;
+    std::vector<std::unique_ptr<Link>> links;
+    // Where bytes are found by a division: the blocks at the chain's front that others follow, as
+    // far as they are as large as the first.
+    std::vector<unsigned char*> even_blocks;
+    unsigned int even_size = 1;  // bytes
   };
 
   LByteBuffer(Block* block, int block_size) noexcept : block_(block), block_size_(block_size) {}
 
-  bool IsLink() const { return block_ != nullptr && chain_ == nullptr; }
-  bool EnsureChain() const noexcept;
-  bool CopyFrom(const LByteBuffer& other);
-  bool Reserve(int capacity);
-  bool Grow();
-  int WriteSlowly(unsigned char b);
-  unsigned char* FindInChain(int index);
-
   unsigned char* Find(int index) {
-    if (block_ != nullptr && index >= 0 && index < block_->size) {
-      return &block_->data[static_cast<std::size_t>(index)];
-    }
-    return FindInChain(index);
+    if (block_ == nullptr || index < 0) return nullptr;
+    if (index < block_->size) return &block_->data[static_cast<std::size_t>(index)];
+    const unsigned int position =
+        static_cast<unsigned int>(block_->start) + static_cast<unsigned int>(index);
+    const Chain& chain = *block_->chain;
+    const unsigned int place = position / chain.even_size;
+    if (place >= chain.even_blocks.size()) return FindUneven(position);
+    return chain.even_blocks[place] + position % chain.even_size;
   }
 
-  // Mutable: an empty object that is assigned from gets the chain that both then share.
-  mutable std::shared_ptr<Chain> chain_;  // null in a later block: its chain holds it
-  mutable Block* block_ = nullptr;        // null before the first byte
-  int block_size_;                        // bytes of each block, 0 if blocks grow
+  unsigned char* FindUneven(unsigned int position);
+  int WriteSlowly(unsigned char b);
+  bool IsLink() const { return block_ != nullptr && chain_ == nullptr; }
+  ZRT_OUTSIDE_HIDDEN int MostBytes() const;
+  ZRT_OUTSIDE_HIDDEN bool EnsureChain();
+  ZRT_OUTSIDE_HIDDEN std::unique_ptr<unsigned char[]> MakeRoom(std::size_t count);
+  ZRT_OUTSIDE_HIDDEN bool AppendChain(const LByteBuffer& source);
+
+  std::shared_ptr<Chain> chain_;  // null in a later block: its chain holds it
+  Block* block_ = nullptr;        // null before the first byte
+  int block_size_;                // bytes of each block, 0 if blocks grow
 };
 
 /// The base of what trees store and hosts delete.

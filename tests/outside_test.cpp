@@ -1,7 +1,9 @@
 // The stand-ins where a fault would hide behind right results of the evaluator: chains of blocks
-// that are shared, copied and freed in any order, lookups, the row pointer, refused error lists.
+// that are shared, copied and freed in any order, lookups, refused error lists.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
 #include <memory>
 #include <random>
 #include <string>
@@ -17,15 +19,20 @@ using Bytes = std::vector<unsigned char>;
 
 // A buffer beside a vector that is to hold the same.
 struct Pair {
-  void Append(int value) {
-    model->push_back(static_cast<unsigned char>(value));
-    LByteBuffer* last = buffer.GetLastBlock(&buffer);
-    if (last->WriteData(model->back()) == 0) last->AllocateNewBlock()->WriteData(model->back());
+  void Expect(const Bytes& bytes, std::size_t count) const {
+    model->insert(model->end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
   }
 
   LByteBuffer buffer;
   std::shared_ptr<Bytes> model = std::make_shared<Bytes>();
 };
+
+// As hosts append that know the contract alone.
+void AppendEach(LByteBuffer* last, const Bytes& bytes) {
+  for (const unsigned char b : bytes) {
+    if (last->WriteData(b) == 0) (last = last->AllocateNewBlock())->WriteData(b);
+  }
+}
 
 Bytes Read(LByteBuffer* from) {
   Bytes bytes(from->GetTotalSize());
@@ -33,57 +40,92 @@ Bytes Read(LByteBuffer* from) {
   return bytes;
 }
 
-TEST(ByteBuffer, IndexesRunThroughTheChain) {
-  for (const int size : {0, 1, 7}) {  // 0: blocks that grow; 1 counts as 4
-    LByteBuffer::SetDefaultBlockSize(size);
-    Pair pair;
-    LByteBuffer& head = pair.buffer;
-    LByteBuffer::SetDefaultBlockSize(0);
-    for (int i = 0; i < 1000; ++i) pair.Append(i * 7);
-    LByteBuffer* inner = head.AllocateNewBlock();
-    EXPECT_EQ(inner->WriteData(1), 1);
-    EXPECT_EQ(inner->AllocateNewBlock()->WriteData(9), 1);
-    EXPECT_EQ(inner->WriteData(2), 1);  // into a block that another follows
-    EXPECT_EQ(Read(inner), (Bytes{1, 2, 9}));
-    pair.model->insert(pair.model->end(), {1, 2, 9});
-    std::thread other([&] { EXPECT_EQ(Read(&head), *pair.model); });
-    EXPECT_EQ(Read(&head), *pair.model);
-    other.join();
-    for (const int i : {-1, 1003}) EXPECT_EQ(head.ReadData(i) + head.WriteData(i, 1), 0);
-  }
-}
-
-TEST(ByteBuffer, FreesAMillionBlocksWithoutRecursion) {
-  LByteBuffer head(4);
-  LByteBuffer* last = &head;
-  for (int i = 0; i < 1000000; ++i) last = last->AllocateNewBlock();
-}
-
-// Buffers that share, copy and end in any order.
-TEST(ByteBuffer, SharesBlocksUntilTheLastOwnerEnds) {
+// Buffers of growing and of fixed blocks that share, copy, shrink and end in any order. Blocks that
+// another follows before they are full make chains of uneven ones.
+TEST(ByteBuffer, HoldsWhatAVectorWouldAndSharesIt) {
   std::vector<Pair> pairs(6);
   std::minstd_rand random(1);
   for (int step = 0; step < 20000; ++step) {
     Pair& pair = pairs[random() % pairs.size()];
-    const Pair& other = pairs[random() % pairs.size()];
+    Pair& other = pairs[random() % pairs.size()];
     LByteBuffer* last = pair.buffer.GetLastBlock(&pair.buffer);
-    const auto choice = random() % 24;
-    if (choice == 0) pair = {LByteBuffer(5), std::make_shared<Bytes>()};
-    if (choice == 1) pair = {other.buffer, std::make_shared<Bytes>(*other.model)};  // a copy
-    if (choice == 2) pair = other;
+    Bytes bytes(random() % 100), copied = *other.model;
+    for (unsigned char& b : bytes) b = static_cast<unsigned char>(random());
+    const auto choice = random() % 20;
+    if (choice == 0) pair = {LByteBuffer(step % 40), std::make_shared<Bytes>()};
+    if (choice == 1) pair = Pair();
+    if (choice == 2) pair = {other.buffer, std::make_shared<Bytes>(copied)};  // a copy
     if (choice == 3) {
-      pair.buffer.ClearBuffer();
-      pair.model->clear();
+      if (copied.empty()) continue;  // before its first byte a buffer has nothing to share
+      pair = other;
     }
-    if (choice == 4 && last != &pair.buffer) {
+    if (choice == 4 || choice == 5) {
+      LByteBuffer* cleared = choice == 4 ? last : &pair.buffer;
+      pair.model->resize(pair.model->size() - cleared->GetTotalSize());
+      cleared->ClearBuffer();
+    }
+    if (choice == 6 && last != &pair.buffer) {
       *last = other.buffer;  // does nothing: a later block gives copies and does not share
       pair.model = std::make_shared<Bytes>(Read(last));
       pair.buffer = *last;
     }
-    if (choice > 4) pair.Append(step);
+    if (choice == 7) pair.buffer.AllocateNewBlock();
+    if (choice == 8 && pair.model->size() < 1000) {
+      pair.buffer.CopyBlock(&other.buffer);  // be it of its own chain
+      pair.Expect(copied, copied.size());
+    }
+    if (choice == 9) pair.Expect(bytes, last->AppendData(bytes.data(), bytes.size()));
+    if (choice > 9) {
+      choice < 15 ? AppendEach(last, bytes) : void(pair.buffer.Append(bytes));
+      pair.Expect(bytes, bytes.size());
+    }
     if (pair.buffer.WriteData(3, 99) == 1) pair.model->at(3) = 99;
-    for (Pair& each : pairs) ASSERT_EQ(Read(&each.buffer), *each.model) << step;
+    for (Pair& each : pairs) ASSERT_EQ(each.buffer.GetTotalSize(), each.model->size()) << step;
+    ASSERT_EQ(Read(&pair.buffer), *pair.model) << step;
   }
+}
+
+TEST(ByteBuffer, IndexesCountFromTheBlockCalled) {
+  LByteBuffer growing, fixed(1);  // blocks of 4
+  for (LByteBuffer* head : {&growing, &fixed}) {
+    head->Append(Bytes(1000, 3));
+    LByteBuffer* inner = head->AllocateNewBlock();
+    inner->WriteData(1);
+    inner->AllocateNewBlock()->WriteData(9);
+    EXPECT_EQ(Read(inner), (Bytes{1, 9}));
+    for (const int i : {-1, 1002, INT_MIN, INT_MAX}) {
+      EXPECT_EQ(head->ReadData(i) + head->WriteData(i, 1) + inner->ReadData(i), 0) << i;
+    }
+  }
+}
+
+TEST(ByteBuffer, TakesWhatItHoldsAndRefusesTheRest) {
+  const Bytes bytes(10, 1);
+  LByteBuffer fixed(6), growing, huge(INT_MAX);
+  for (LByteBuffer* buffer : {&fixed, &growing}) {
+    const std::size_t most = buffer == &fixed ? 6 : 10;
+    EXPECT_EQ(buffer->AppendData(bytes.data(), 10), most);
+    buffer->AllocateNewBlock();
+    EXPECT_EQ(buffer->WriteData(1), 0);  // another block follows
+    EXPECT_EQ(buffer->AppendData(bytes.data(), 10), 0U);
+    buffer->ClearBuffer();
+    EXPECT_EQ(buffer->AppendData(bytes.data(), 10), most);
+    EXPECT_EQ(Read(buffer), Bytes(most, 1));
+  }
+  for (const std::size_t size : {10U, 20U, 40U}) {  // its own bytes, while it grows
+    EXPECT_EQ(growing.AppendData(growing.GetDataBlock(), size), size);
+  }
+  EXPECT_EQ(Read(&growing), Bytes(80, 1));
+  EXPECT_EQ(huge.WriteData(1) == 1 && huge.AllocateNewBlock() != nullptr, false);
+}
+
+TEST(ByteBuffer, FreesBlocksThatThreadsHaveReadWithoutRecursion) {
+  const Bytes bytes(1000000, 5);
+  LByteBuffer head(4);  // 250000 blocks
+  EXPECT_TRUE(head.Append(bytes));
+  std::thread reader([&] { EXPECT_EQ(Read(&head), bytes); });
+  EXPECT_EQ(Read(&head), bytes);
+  reader.join();
 }
 
 // Names in sorted order are the worst case of a tree that does not balance itself.
