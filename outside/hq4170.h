@@ -218,7 +218,8 @@ class ZRT_OUTSIDE_EXPORT ErrorElement {
 ///   65030  8  1  Two operators have nothing between them.
 ///
 /// A code is a signed status or its low 16 bits: -32768 to 65535. Category and field are 0 to
-/// 65535. Empty lines and lines that begin with "#" are skipped, a CR at a line's end is dropped.
+/// 65535. Empty lines and lines that begin with "#" are skipped, a CR at a line's end is dropped. A
+/// line has up to 65536 characters, the file up to 16777216.
 class ZRT_OUTSIDE_EXPORT ErrorHandler : public LObject {
  public:
   ErrorHandler();
@@ -242,8 +243,8 @@ class ZRT_OUTSIDE_EXPORT ErrorHandler : public LObject {
 
   // ---- Host side -----------------------------------------------------------------------------
 
-  static constexpr int kListUnreadable = -1;  // no such file, a read error, no memory
-  static constexpr int kListWrongLine = -2;   // no entry, or code and category are taken
+  static constexpr int kListUnreadable = -1;  // no such file, a read error, too long, no memory
+  static constexpr int kListWrongLine = -2;   // too long, no entry, or code and category are taken
 
   /// The text recorded last, empty if there is none.
   const char* GetErrorText() const { return record_.c_str(); }
@@ -254,15 +255,10 @@ class ZRT_OUTSIDE_EXPORT ErrorHandler : public LObject {
   const char* GetListError() const { return list_error_.c_str(); }
 
  private:
-  using Key = std::pair<unsigned short, unsigned short>;  // code, category
-  using List = std::map<Key, ErrorElement>;
-
-  static const char* ParseLine(std::string_view text, List* list);
-  int Load(const std::string& path);
-  int Refuse(int status, int line, const char* reason);
+  struct ZRT_OUTSIDE_HIDDEN List;
 
   std::optional<std::string> default_dir_ = std::string();  // empty only if memory ran out
-  List list_;
+  std::unique_ptr<List> list_;                              // null before one is loaded
   std::string record_;
   std::string list_error_;
   int error_line_ = 0;

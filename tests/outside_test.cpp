@@ -144,28 +144,38 @@ TEST(TokenTree, FindsEveryNameAmongManyAndKeepsPlaces) {
 }
 
 TEST(ErrorList, IsTakenWholeOrRefusedWithItsLine) {
-  const std::pair<const char*, int> texts_and_wrong_lines[] = {
-      {"# 1\n\n \t# x\r\n\r\n65036 8\t65535 M m \r\n-500 9 1 N", 0},
-      {"1 8 1 a\n-500 8 1\n",                                    2},
-      {"-500 8 65536 a\n",                                       1},
-      {"-32769 8 1 a\n",                                         1},
-      {"\n-500 8 1 a\n65036 8 1 b\n",                            3},
+  const std::string longest(65536, '#'), nul(1, '\0');
+  std::string too_long;
+  too_long.resize(16777217, '\n');
+  // -1: no line, but the file as a whole is refused.
+  const std::pair<std::string, int> texts_and_wrong_lines[] = {
+      {"# 1\n\n \t# x\r\n\r\n65036 8\t65535 M m \r\n-500 9 1 N", 0 },
+      {longest + "\r\n65036 8 65535 M m",                        0 },
+      {"1 8 1 a\n-500 8 1\n",                                    2 },
+      {"-500 8 65536 a\n",                                       1 },
+      {"-32769 8 1 a\n",                                         1 },
+      {"\n-500 8 1 a\n65036 8 1 b\n",                            3 },
+      {"\n-500 8 1 a" + nul + "b\n",                             2 },
+      {"\n#" + longest,                                          2 },
+      {too_long,                                                 -1},
   };
   for (const auto& [text, wrong_line] : texts_and_wrong_lines) {
-    SCOPED_TRACE(text);
+    const int status = wrong_line > 0 ? ErrorHandler::kListWrongLine : wrong_line;
+    SCOPED_TRACE(text.substr(0, 40));
     ErrorHandler handler;
     Directory directory("-500 8 7 old\n");
     std::string path = directory.path() + std::string("/ErrorList.txt");
     ASSERT_EQ(handler.Initialize(path.data(), 8), 0);
     std::ofstream(path) << text;
-    EXPECT_EQ(handler.Initialize(path.data(), 8) == ErrorHandler::kListWrongLine, wrong_line > 0);
-    EXPECT_EQ(handler.GetErrorLine(), wrong_line);
+    EXPECT_EQ(handler.Initialize(path.data(), 8), status);
+    EXPECT_EQ(handler.GetErrorLine(), std::max(wrong_line, 0));
+    EXPECT_EQ(std::string(handler.GetListError()).empty(), status == 0);
     std::filesystem::remove(path);
     EXPECT_EQ(handler.Initialize(path.data(), 8), ErrorHandler::kListUnreadable);
     ErrorElement* entry = handler.GetErrorElement(65036, 8);
     ASSERT_NE(entry, nullptr);
     const std::string found = entry->GetErrorMessage() + std::to_string(entry->GetErrorField());
-    EXPECT_EQ(found, wrong_line == 0 ? "M m65535" : "old7");
+    EXPECT_EQ(found, status == 0 ? "M m65535" : "old7");
   }
 }
 
