@@ -2,7 +2,9 @@
 // whether they agree.
 #include "qlmplusdata.h"
 
+#include <memory>
 #include <new>
+#include <utility>
 
 QLMDataField::QLMDataField() = default;
 
@@ -22,12 +24,7 @@ LByteBuffer* QLMDataField::AddRow(int width, const std::vector<unsigned char>& b
   try {
     auto row = std::make_unique<Row>();
     row->width = width;
-    LByteBuffer* last = &row->bytes;
-    for (const unsigned char b : bytes) {
-      if (last->WriteData(b) != 0) continue;
-      last = last->AllocateNewBlock();
-      if (last == nullptr || last->WriteData(b) == 0) return nullptr;
-    }
+    if (!row->bytes.Append(bytes)) return nullptr;
     rows_.push_back(std::move(row));
     return &rows_.back()->bytes;
   } catch (const std::bad_alloc&) {
@@ -58,16 +55,12 @@ int QLMDataField::GetRowWidth(int index) {
   return row == nullptr ? 0 : row->width;
 }
 
-QLMDataField* QLMPlusData::GetDataField(char* name) const {
-  if (name == nullptr) return nullptr;
-  const auto found = fields_.find(static_cast<const char*>(name));
-  return found == fields_.end() ? nullptr : found->second.get();
-}
-
 QLMDataField* QLMPlusData::AddField(const char* name) {
   if (name == nullptr) name = "";
-  if (const auto known = fields_.find(name); known != fields_.end()) return known->second.get();
-  auto field = std::make_unique<QLMDataField>();
+  if (QLMDataField* known = FieldOf(Find(name))) return known;
+  auto added = std::make_unique<QLMDataField>();
+  QLMDataField* field = added.get();
   field->name_ = name;
-  return fields_.emplace(name, std::move(field)).first->second.get();
+  Insert(name, std::move(added));
+  return field;
 }

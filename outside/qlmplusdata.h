@@ -3,8 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -65,20 +63,20 @@ class ZRT_OUTSIDE_EXPORT QLMDataField : public LObject {
 };
 
 /// A scope of data fields. It owns them; it cannot be copied.
-class ZRT_OUTSIDE_EXPORT QLMPlusData {
+class ZRT_OUTSIDE_EXPORT QLMPlusData : private RBTree {
  public:
-  QLMPlusData() = default;
-  QLMPlusData(const QLMPlusData&) = delete;
-  QLMPlusData& operator=(const QLMPlusData&) = delete;
-
   /// The field of that name, or null.
-  QLMDataField* GetDataField(char* name) const;
+  QLMDataField* GetDataField(char* name) const { return FieldOf(Find(name)); }
 
   // ---- Host side -----------------------------------------------------------------------------
 
-  /// Adds a field with no rows, or gives the one that has the name already. Throws std::bad_alloc.
+  /// Adds a field with no rows, or gives the one that has the name already; null is the empty name.
+  /// Throws std::bad_alloc.
   QLMDataField* AddField(const char* name);
 
  private:
-  std::map<std::string, std::unique_ptr<QLMDataField>, std::less<>> fields_;
+  static QLMDataField* FieldOf(RBTreeNode* node) {
+    // NOLINTNEXTLINE(*-pro-type-static-cast-downcast): AddField() puts nothing else into the tree
+    return node == nullptr ? nullptr : static_cast<QLMDataField*>(node->GetObject());
+  }
 };

@@ -38,12 +38,6 @@ ZRTTokens ZRTTokens::FloatArray(const char* name, std::vector<float> values, uns
   return token;
 }
 
-ZRTTokens* ZRTTokenTree::GetToken(char* name) {
-  RBTreeNode* node = Search(GetRoot(), name);
-  // NOLINTNEXTLINE(*-pro-type-static-cast-downcast): Add() puts nothing else into the tree
-  return node == nullptr ? nullptr : static_cast<ZRTTokens*>(node->GetObject());
-}
-
 ZRTTokens* ZRTTokenTree::Add(ZRTTokens token) {
   if (ZRTTokens* known = GetToken(token.name_.data())) {
     *known = std::move(token);

@@ -49,7 +49,11 @@ class ZRT_OUTSIDE_EXPORT ZRTTokens : public LObject {
 class ZRT_OUTSIDE_EXPORT ZRTTokenTree : public RBTree {
  public:
   /// The token of that name, or null.
-  ZRTTokens* GetToken(char* name);
+  ZRTTokens* GetToken(char* name) {
+    RBTreeNode* node = Find(name);
+    // NOLINTNEXTLINE(*-pro-type-static-cast-downcast): Add() puts nothing else into the tree
+    return node == nullptr ? nullptr : static_cast<ZRTTokens*>(node->GetObject());
+  }
 
   // ---- Host side -----------------------------------------------------------------------------
 

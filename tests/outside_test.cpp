@@ -128,18 +128,27 @@ TEST(ByteBuffer, FreesBlocksThatThreadsHaveReadWithoutRecursion) {
   reader.join();
 }
 
-// Names in sorted order are the worst case of a tree that does not balance itself.
-TEST(TokenTree, FindsEveryNameAmongManyAndKeepsPlaces) {
+TEST(Names, AreFoundAmongManyAndKeepTheirPlaces) {
   ZRTTokenTree tree;
-  for (int i = 100000; i < 200000; ++i) {
-    const std::string name = std::to_string(i);
-    ZRTTokens* token = tree.Add(ZRTTokens::FloatScalar(name.c_str(), 1.0F));
-    EXPECT_EQ(tree.Add(ZRTTokens::IntArray(name.c_str(), {-i, i}, 9)), token);
+  QLMPlusData data;
+  std::vector<std::string> names = {"", "\xFF", "\xFF\x01", "a"};
+  for (int i = 1000; i < 3000; ++i) names.push_back(std::to_string(i));
+  const std::size_t count = names.size();
+  names.insert(names.end(), {"b", "1", "3000", "\xFF\xFF"});  // not added
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    char* name = names[i].data();
+    EXPECT_EQ(tree.Search(tree.GetRoot(), name), nullptr);
+    EXPECT_EQ(data.GetDataField(name), nullptr);
+    if (i >= count) continue;
+    ZRTTokens* token = tree.Add(ZRTTokens::FloatScalar(name, 1.0F));
+    EXPECT_EQ(tree.Add(ZRTTokens::IntArray(name, {-1, static_cast<int>(i)}, 9)), token);
+    EXPECT_EQ(data.AddField(name), data.AddField(name));
   }
-  for (int i = 99999; i <= 200000; ++i) {
-    ZRTTokens* token = tree.GetToken(std::to_string(i).data());
-    ASSERT_EQ(token != nullptr, i >= 100000 && i < 200000);
-    EXPECT_EQ(token ? token->GetIntArrayValue(1) : i, i);
+  for (std::size_t i = 0; i < count; ++i) {
+    char* name = names[i].data();
+    EXPECT_EQ(tree.GetToken(name)->GetIntArrayValue(1), static_cast<int>(i));
+    EXPECT_EQ(tree.Search(tree.GetRoot(), name)->GetObject(), tree.GetToken(name));
+    EXPECT_EQ(data.GetDataField(name), data.AddField(name));
   }
 }
 
