@@ -16,7 +16,7 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -279,8 +279,7 @@ class ZRT_OUTSIDE_EXPORT RBTreeNode {
   std::unique_ptr<LObject> object_;
 };
 
-/// Objects by name. Nobody asks for their order, so a hash table stands in for the tree: it finds a
-/// name among a hundred in half the time. It owns the objects; it cannot be copied.
+/// A red-black tree of objects by name, as std::map is one. It owns the objects; it cannot be copied.
 class ZRT_OUTSIDE_EXPORT RBTree {
  public:
   RBTree() = default;
@@ -309,14 +308,7 @@ class ZRT_OUTSIDE_EXPORT RBTree {
  private:
   RBTreeNode* FindNode(std::string_view name) const;
 
-  struct ZRT_OUTSIDE_HIDDEN Hash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view name) const {
-      return std::hash<std::string_view>()(name);
-    }
-  };
-
-  std::unordered_map<std::string, std::unique_ptr<RBTreeNode>, Hash, std::equal_to<>> nodes_;
+  std::map<std::string, std::unique_ptr<RBTreeNode>, std::less<>> nodes_;
   std::bitset<256> first_characters_;  // of all names; of the empty one its terminator
 };
 
