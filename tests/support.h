@@ -1,4 +1,4 @@
-// What the tests share: doors to the private members of the evaluator, scopes, and streams in the
+// What the tests share: a way to the private members of the evaluator, scopes, and streams in the
 // notation of people, "0ABC/12" for the 12 bits ABC in two bytes. Knows nothing of a single test.
 #pragma once
 
@@ -16,7 +16,7 @@
 #include "ZRTExpression.h"
 #include "text_generator.h"
 
-// Each file that includes this has doors of its own: an explicit instantiation may stand only once
+// Each file that includes this opens them for itself: an explicit instantiation may stand only once
 // in a program.
 namespace {  // NOLINT(google-build-namespaces)
 

@@ -1,0 +1,25 @@
+// A host: includes what the library offers, evaluates, and says on success with which version.
+#include <cstdio>
+
+#include "DataExpression.h"
+#include "ErrorCodes.h"
+#include "RowDataStream.h"
+#include "ZRTExpression.h"
+#include "zrtexpression/version.h"
+
+int main() {
+  ZRTTokenTree tokens;
+  tokens.Add(ZRTTokens::IntScalar("rows", 6));
+  ZRTExpression expression;
+  expression.SetLocalTokenTree(&tokens);
+
+  int value = 0;
+  RowDataStream stream;
+  char text[32] = {};
+  const bool is_right = expression.GetIntegerOperand("(rows+1)*2", &value) == 0 && value == 14 &&
+                        expression.GetIntegerOperand("columns", &value) == ErrUnknownOperand &&
+                        expression.GetBitStream("(0x55^rows)@0x5501", &stream) == 0 &&
+                        stream.BitLength == 64;
+  fnGetDataExpression(&stream, text);
+  std::printf("%s %s %s\n", is_right ? "right" : "wrong", text, ZRT_VERSION);
+}

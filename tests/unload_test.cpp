@@ -1,0 +1,21 @@
+// A host that takes the library in as a plug-in and lets it go: `unload_test LIBRARY...` opens the
+// first, closes it, and sees that none of them is left in the process. Knows of the library its file.
+#include <dlfcn.h>
+
+#include <cstdio>
+
+int main(int argc, char** argv) {
+  void* library = argc > 1 ? dlopen(argv[1], RTLD_NOW) : nullptr;
+  if (!library) {
+    std::puts("nothing is loaded");
+    return 1;
+  }
+  dlclose(library);
+  int left = 0;
+  for (int i = 1; i < argc; ++i) {
+    if (!dlopen(argv[i], RTLD_NOW | RTLD_NOLOAD)) continue;
+    std::printf("%s is still loaded\n", argv[i]);
+    ++left;
+  }
+  return left;
+}
