@@ -7,8 +7,8 @@
 /// Writes `data` as expression text in which seven or more equal bytes become a replication.
 /// ZRTExpression::GetBitStream reads the text back into the same bytes.
 ///
-///   01, then eight times 55      ->  (0x0155@(0x55^7))
-///   seven times 55, then 01 02   ->  (0x55^7)@0x0102
+///   01 55 55 55 55 55 55 55 55   ->  (0x0155@(0x55^7))
+///   55 55 55 55 55 55 55 01 02   ->  (0x55^7)@0x0102
 ///   01 02 03                     ->  the empty text: there is no run worth writing
 ///
 /// The byte that ends a run is written at once and never opens the next run.

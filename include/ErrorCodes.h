@@ -3,7 +3,7 @@
 // A status leaves the library as a plain `int`, so a host compares it with the names below:
 //
 //   int value = 0;
-//   if (expression.GetIntegerOperand("1+x", &value) == ErrUnknownOperand) ...
+//   bool is_unknown = expression.GetIntegerOperand("1+x", &value) == ErrUnknownOperand;
 //
 // The first failure ends an evaluation, and its status reaches the caller unchanged.
 #pragma once

@@ -6,9 +6,9 @@
 // low part: the 12 bits ABC are the bytes 0A BC with BitLength 12.
 //
 //   RowDataStream stream;
-//   expression.GetBitStream("0xFF^4", &stream);        // FF FF FF FF
-//   stream.GetTotalSize();                             // 4 bytes
-//   stream.BitLength;                                  // 32 bits
+//   expression.GetBitStream("0xFF^4", &stream);    // FF FF FF FF
+//   unsigned byte_count = stream.GetTotalSize();   // 4
+//   int bit_count = stream.BitLength;              // 32
 //
 // The bits of byte 0 above BitLength are not masked by any operation; "~" sets them, for one.
 #pragma once

@@ -87,8 +87,8 @@ class ZRT_EXPORT ZRTExpression {
 
   /// Evaluates `text` to a signed 32-bit integer.
   ///
-  ///   GetIntegerOperand("2+3*4", &value)    // 20: no operator precedence
-  ///   GetIntegerOperand("2+(3*4)", &value)  // 14
+  ///   expression.GetIntegerOperand("2+3*4", &value);    // 20: no operator precedence
+  ///   expression.GetIntegerOperand("2+(3*4)", &value);  // 14
   ///
   /// @param text    not null, not changed.
   /// @param result  not null. Written on success. A failure leaves it alone, but for an operator
@@ -117,7 +117,7 @@ class ZRT_EXPORT ZRTExpression {
 
   /// Evaluates `text` to a bit vector of any length.
   ///
-  ///   GetBitStream("(0xFF^2)@0x12", &stream)   // FF FF 12, BitLength 24
+  ///   expression.GetBitStream("(0xFF^2)@0x12", &stream);  // FF FF 12, BitLength 24
   ///
   /// @param text    not null, not changed.
   /// @param result  not null, the caller's; hand it in empty with BitLength 0. A text without a

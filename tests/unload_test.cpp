@@ -1,5 +1,6 @@
 // A host that takes the library in as a plug-in and lets it go: `unload_test LIBRARY...` opens the
-// first, closes it, and sees that none of them is left in the process. Knows of the library its file.
+// first, closes it, and sees that none of them is left in the process. Knows of the library its
+// file.
 #include <dlfcn.h>
 
 #include <cstdio>

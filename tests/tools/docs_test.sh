@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Runs the documents. Each example of language.md is evaluated over the scope file that stands in it;
-# each C++ block of embedding.md is code of docs_test.cpp, where comments fence it, and the two must
-# be equal to the letter. Knows of the evaluator what the host program prints.
+# Runs the documents and the examples of the public headers. Their C++ is code of docs_test.cpp,
+# where comments fence it by file, and the two must be equal but for the width of blanks. Commands
+# are run one after the other, each example of the language is evaluated over the scope file that
+# stands beside it. Knows of the evaluator what the host program prints.
 #
 #   docs_test.sh PROGRAM SOURCE_DIR
 set -uo pipefail
@@ -11,6 +12,11 @@ source_dir="$(realpath "$2")"
 work="$(mktemp -d)"
 trap 'rm -rf "$work"' EXIT
 cd "$work" || exit 1
+PATH="$(dirname "$zrteval"):$PATH"
+
+# Noted in a file, since some of the work is done in pipes.
+: > "$work/failures"
+fail() { printf '%s\n' "$*" | tee -a "$work/failures"; }
 
 # The blocks of a file, each in a file of its own, such as 07.zrt-bits, without the fence's indent.
 split() {
@@ -23,17 +29,98 @@ split() {
     }
     name { print substr($0, indent) > name }' "$source_dir/$2")
 }
-split embedding docs/embedding.md
-split code tests/docs_test.cpp
-cat embedding/*.cpp > embedding.cpp
-cat code/*.cpp > code.cpp
-[[ -s code.cpp ]] && diff embedding.cpp code.cpp || exit 1
-mv embedding/*.zrt-list ErrorList.txt
-"$zrteval" int --data-dir . x 2> message
-grep -q 'Neither a known name nor a number.$' message || { cat message; exit 1; }
 
-split language docs/language.md
-cd language || exit 1
+# The examples in a header's comments: what stands three blanks behind the slashes.
+header_examples() { sed -nE 's#^ *///?   ([^ ].*)#\1#p' "$source_dir/$1"; }
+
+# Whether docs_test.cpp holds the C++ on standard input under that name.
+is_run_as() {
+  cat code/*."$1" > expected 2> /dev/null
+  diff -b - expected || fail "The C++ of $1 (< there, > docs_test.cpp) is not what is run"
+}
+
+# Commands that are not run here, and who runs them.
+is_exempt() {
+  case "$1" in
+    './run '[^a-z]*) ;;               # shows a choice of the language: nothing to compare with
+    ./test* | ./check*) ;;            # would run this test
+    'cmake '*) ;;                     # consumer_test.sh builds, installs and takes in
+    'build/fuzz/fuzz/<target>'*) ;;   # longer runs, by hand
+    *) return 1 ;;
+  esac
+}
+
+# Runs the commands of a block, "$ command" with what it prints below it, and compares.
+run_commands() {
+  awk '/^\$ / { command = substr($0, 3); print command > sprintf("%02d.command", ++count); next }
+       { print > sprintf("%02d.output", count) }' "$1"
+  local command text
+  for command in [0-9]*.command; do
+    text="$(< "$command")"
+    is_exempt "$text" && continue
+    bash -c "$text" > actual 2>&1 < /dev/null
+    touch "${command%.command}.output"
+    diff "${command%.command}.output" actual || fail "$1: $text (< told, > printed)"
+    ((++commands))
+  done
+  rm -f [0-9]*.command [0-9]*.output
+}
+
+# What a command in the documents may find: the example's scope, some bytes, the wrong scope file
+# that scope-file.md shows refused, and ./run, which hands its arguments on.
+split scope-file docs/scope-file.md
+cp -r "$source_dir/data" .
+printf 'a%.0s' {1..100} > image.bin
+sed 's/"size": 12/"size": 4294967296/' scope-file/*.jsonc > my.json
+ln -s "$zrteval" run
+
+split code tests/docs_test.cpp
+commands=0
+for document in README.md docs/embedding.md docs/language.md docs/scope-file.md; do
+  name="$(basename "$document")"
+  split "blocks-$name" "$document"
+  cat "blocks-$name"/*.cpp 2> /dev/null | is_run_as "$name"
+  cat "blocks-$name"/*.console > "console-$name" 2> /dev/null && run_commands "console-$name"
+  # A host's build files are those of the consumer, but for where the closed libraries come from.
+  cat "blocks-$name"/*.cmake 2> /dev/null | sed 's/ *#.*//' | grep -v device_libraries |
+    while IFS= read -r line; do
+      grep -qF -- "$line" "$source_dir/tests/consumer/CMakeLists.txt" || echo "$line"
+    done > missing
+  [[ ! -s missing ]] || fail "$name tells what tests/consumer does not do: $(< missing)"
+done
+for header in ZRTExpression.h RowDataStream.h ErrorCodes.h; do
+  header_examples "include/$header" | is_run_as "$header"
+done
+
+# The run-length writer: bytes and what they become. Of what has no run the host makes a literal.
+header_examples include/DataExpression.h > rows
+while read -r row; do
+  bytes="${row%%->*}"
+  text="$(sed -E 's/.*-> *//; /^[^(]/d' <<< "$row")"
+  for byte in $bytes; do printf '%b' "\\x$byte"; done > image
+  [[ $("$zrteval" encode image) == "${text:-0x${bytes// /}}" ]] || fail "DataExpression.h: $row"
+done < rows
+
+# Error lists that are shown are read, and hold the sentence for one of these texts.
+for list in blocks-embedding.md/*.zrt-list hq4170.h; do
+  [[ $list != hq4170.h ]] || { header_examples outside/hq4170.h > "$list"; }
+  cp "$list" ErrorList.txt
+  "$zrteval" int --data-dir . x 1++1 > actual 2>&1
+  grep -qE '(Two operators have nothing between them|Neither a known name nor a number)\.$' actual ||
+    fail "$list: the list is not read: $(< actual)"
+done
+
+# Each form of a token that the scope file's document tells, and the file in it, are taken.
+"$zrteval" int --scope scope-file/*.jsonc size > actual 2>&1 || fail "scope-file.md: $(< actual)"
+awk -F '`' '/^## Data/ { exit } /^\| `/ { for (i = 2; i < NF; i += 2) print $i }' \
+  "$source_dir/docs/scope-file.md" |
+  sed 's/T, "value"/2, "value"/; s/T, "values"/6, "values"/; s/V, \.\.\./1, 2/; s/V/1/' > forms
+while IFS= read -r form; do
+  echo "{\"tokens\": {\"local\": {\"x\": $form}}}" > form.json
+  "$zrteval" int --scope form.json 7 > actual 2>&1 || fail "scope-file.md: $form: $(< actual)"
+done < forms
+
+cd blocks-language.md || exit 1
 mv ./*.jsonc scope.jsonc
 # The table of statuses says which name belongs to which number.
 awk '{ print "s/^" $1 " " $2 "$/" $2 "/" }' ./*.zrt-status > names.sed
@@ -58,7 +145,6 @@ outcomes() {
 }
 
 examples=0
-failures=0
 for block in *.zrt-*; do
   kind="${block#*.}"
   [[ $kind != zrt-status ]] || continue
@@ -66,8 +152,8 @@ for block in *.zrt-*; do
   sed -E 's/ +->.*//; s/^"(.*)"$/\1/' "$block" > texts
   sed -E 's/^.* -> +([^ ]+)( *| +;.*)$/\1/' "$block" > expected
   outcomes "$kind" | sed -f names.sed > actual
-  diff expected actual > difference || { ((++failures)); echo "$block:"; cat difference; }
+  diff expected actual || fail "$block (< told, > printed)"
   examples=$((examples + $(wc -l < texts)))
 done
-echo "$examples examples, $failures blocks that differ"
-((failures == 0 && examples > 100))
+echo "$examples examples and $commands commands"
+[[ ! -s $work/failures ]] && ((examples > 100 && commands >= 7))
