@@ -24,7 +24,7 @@ namespace {  // NOLINT(google-build-namespaces)
 // which the friend then hands out: SolveFloatExpression(expression, "1+2", &value).
 template <typename Tag, typename Tag::Type kMember>
 struct Opened {
-  friend constexpr typename Tag::Type Member(Tag) { return kMember; }
+  friend constexpr typename Tag::Type Member(Tag /*tag*/) { return kMember; }
 };
 
 #define ZRT_OPEN_PRIVATE(name, ...)                                  \

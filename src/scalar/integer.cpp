@@ -50,7 +50,7 @@ ZRTStatus ApplyToInteger(int& value, std::uint16_t code, int operand) {
   if (effect != Effect::kApplies) return effect == Effect::kIgnored ? kOk : ErrInvalidOperator;
   const auto left = static_cast<std::uint32_t>(value);
   const auto right = static_cast<std::uint32_t>(operand);
-  const std::uint32_t shift = right & 31U;
+  const int shift = operand & 31;
   switch (code) {
     case OpAnd: value &= operand; return kOk;
     case OpOr: value |= operand; return kOk;

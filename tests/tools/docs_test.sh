@@ -43,7 +43,7 @@ is_run_as() {
 is_exempt() {
   case "$1" in
     './run '[^a-z]*) ;;               # shows a choice of the language: nothing to compare with
-    ./test* | ./check*) ;;            # would run this test
+    ./test* | ./check* | .ci/run*) ;; # would run this test
     'cmake '*) ;;                     # consumer_test.sh builds, installs and takes in
     'build/fuzz/fuzz/<target>'*) ;;   # longer runs, by hand
     *) return 1 ;;

@@ -98,6 +98,17 @@ words() {
     grep -v '^tests/tools/house_test.sh:' | sed 's/$/  <- a word that was given up/'
 }
 
+# Too many checks that .clang-tidy switches off, and those whose reason it does not tell.
+exceptions() {
+  awk -v most=10 '
+    /^#   [a-z]/ { reasoned[$2] }
+    /^  -[a-z]/ {
+      sub(/,$/, "", $1)
+      if (++count > most) print FILENAME ":" FNR ":" $0 "  <- more than " most " exceptions"
+      if (!(substr($1, 2) in reasoned)) print FILENAME ":" FNR ":" $0 "  <- an exception with no reason"
+    }' .clang-tidy
+}
+
 # never RULE EXPRESSION FILE...: the lines that match, comments left aside.
 never() {
   awk -v rule="$1" -v expression="(^|[^A-Za-z0-9_])($2)" '
@@ -109,6 +120,7 @@ offences="$(
   include_order
   sizes_and_openings
   words
+  exceptions
   never 'library code does not throw' 'throw[^A-Za-z0-9_]' "${library[@]}"
   never 'exceptions end in src/bits/exhausted_memory.h alone' '(try|catch) *[({]' "${library[@]}" |
     grep -v '^src/bits/exhausted_memory.h:'
