@@ -35,6 +35,7 @@ struct Opened {
   template struct Opened<name##Tag, &ZRTExpression::name>;           \
   [[maybe_unused]] constexpr auto name = std::mem_fn(Member(name##Tag{}))
 
+// NOLINTBEGIN(misc-definitions-in-headers): for each file its own, see above
 ZRT_OPEN_PRIVATE(ProcessException, int(int, unsigned long, const char*));
 ZRT_OPEN_PRIVATE(SetErrorInstruction, void(char*));
 ZRT_OPEN_PRIVATE(GetLeftMostOperator, int(const char*, unsigned short*));
@@ -54,6 +55,7 @@ ZRT_OPEN_PRIVATE(ExecuteFloatOperator, int(float*, unsigned short, float));
 ZRT_OPEN_PRIVATE(GetBitStreamValue, int(char*, RowDataStream*));
 ZRT_OPEN_PRIVATE(ExecuteBitStreamOperator, int(RowDataStream*, unsigned short, RowDataStream*));
 ZRT_OPEN_PRIVATE(ErrorInstruction, char*);
+// NOLINTEND(misc-definitions-in-headers)
 
 }  // namespace
 

@@ -3,19 +3,19 @@
 // file.
 #include <dlfcn.h>
 
-#include <cstdio>
+#include <iostream>
 
 int main(int argc, char** argv) {
   void* library = argc > 1 ? dlopen(argv[1], RTLD_NOW) : nullptr;
   if (!library) {
-    std::puts("nothing is loaded");
+    std::cout << "nothing is loaded\n";
     return 1;
   }
   dlclose(library);
   int left = 0;
   for (int i = 1; i < argc; ++i) {
     if (!dlopen(argv[i], RTLD_NOW | RTLD_NOLOAD)) continue;
-    std::printf("%s is still loaded\n", argv[i]);
+    std::cout << argv[i] << " is still loaded\n";
     ++left;
   }
   return left;

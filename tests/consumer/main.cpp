@@ -1,5 +1,5 @@
 // A host: includes what the library offers, evaluates, and says on success with which version.
-#include <cstdio>
+#include <iostream>
 
 #include "DataExpression.h"
 #include "ErrorCodes.h"
@@ -21,5 +21,5 @@ int main() {
                         expression.GetBitStream("(0x55^rows)@0x5501", &stream) == 0 &&
                         stream.BitLength == 64;
   fnGetDataExpression(&stream, text);
-  std::printf("%s %s %s\n", is_right ? "right" : "wrong", text, ZRT_VERSION);
+  std::cout << (is_right ? "right " : "wrong ") << text << " " << ZRT_VERSION << "\n";
 }
