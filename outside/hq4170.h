@@ -11,12 +11,12 @@
 #include <bitset>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
-#include <map>
 #include <utility>
 #include <vector>
 
@@ -279,7 +279,8 @@ class ZRT_OUTSIDE_EXPORT RBTreeNode {
   std::unique_ptr<LObject> object_;
 };
 
-/// A red-black tree of objects by name, as std::map is one. It owns the objects; it cannot be copied.
+/// A red-black tree of objects by name, as std::map is one. It owns the objects; it cannot be
+/// copied.
 class ZRT_OUTSIDE_EXPORT RBTree {
  public:
   RBTree() = default;

@@ -103,16 +103,17 @@ TEST(ByteBuffer, TakesWhatItHoldsAndRefusesTheRest) {
   const Bytes bytes(10, 1);
   LByteBuffer fixed(6), growing, huge(INT_MAX);
   for (LByteBuffer* buffer : {&fixed, &growing}) {
-    const std::size_t most = buffer == &fixed ? 6 : 10;
-    EXPECT_EQ(buffer->AppendData(bytes.data(), 10), most);
+    EXPECT_EQ(buffer->AppendData(bytes.data(), 5), 5U);
     buffer->AllocateNewBlock();
     EXPECT_EQ(buffer->WriteData(1), 0);  // another block follows
-    EXPECT_EQ(buffer->AppendData(bytes.data(), 10), 0U);
+    EXPECT_EQ(buffer->AppendData(bytes.data(), 5), 0U);
     buffer->ClearBuffer();
-    EXPECT_EQ(buffer->AppendData(bytes.data(), 10), most);
-    EXPECT_EQ(Read(buffer), Bytes(most, 1));
+    EXPECT_EQ(buffer->AppendData(bytes.data(), 5), 5U);
+    EXPECT_TRUE(buffer->Append({buffer->GetDataBlock(), 5}));  // its own bytes, while it moves them
+    EXPECT_EQ(buffer->GetDataSize(), buffer == &fixed ? 6 : 10);
+    EXPECT_EQ(Read(buffer), bytes);
   }
-  for (const std::size_t size : {10U, 20U, 40U}) {  // its own bytes, while it grows
+  for (const std::size_t size : {10U, 20U, 40U}) {
     EXPECT_EQ(growing.AppendData(growing.GetDataBlock(), size), size);
   }
   EXPECT_EQ(Read(&growing), Bytes(80, 1));

@@ -77,7 +77,7 @@ class Twins {
   Outcome ByLibrary(Kind kind, std::string text, const Stream& before) {
     Outcome outcome;
     RowDataStream stream;
-    Append(stream, before.bytes);
+    stream.Append(before.bytes);
     stream.BitLength = before.bit_length;
     outcome.status = Evaluate(kind, text.data(), outcome, stream);
     outcome.stream = {BytesOf(stream), stream.BitLength};

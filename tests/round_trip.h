@@ -11,7 +11,7 @@
 inline std::string RoundTrip(const std::string& bytes, int block_size) {
   const BlockSize setting(block_size);
   LByteBuffer data;
-  Append(data, {bytes.begin(), bytes.end()});
+  data.Append(std::vector<unsigned char>(bytes.begin(), bytes.end()));
   std::string text(2 * bytes.size() + 4, '|');
   fnGetDataExpression(&data, text.data());
   if (text.back() != '|') return "no room";

@@ -177,14 +177,6 @@ struct RichWorld : World {
   }
 };
 
-/// Appends bytes as a host does it: a block at a time.
-inline void Append(LByteBuffer& target, const std::vector<unsigned char>& bytes) {
-  LByteBuffer* block = target.GetLastBlock(&target);
-  for (const unsigned char b : bytes) {
-    if (block->WriteData(b) == 0) (block = block->AllocateNewBlock())->WriteData(b);
-  }
-}
-
 inline std::vector<unsigned char> BytesOf(LByteBuffer& source) {
   std::vector<unsigned char> bytes(source.GetTotalSize());
   for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = source.ReadData(static_cast<int>(i));
@@ -193,7 +185,7 @@ inline std::vector<unsigned char> BytesOf(LByteBuffer& source) {
 
 /// Appends bytes and sets the bit length.
 inline void Fill(RowDataStream& stream, std::string_view notation) {
-  Append(stream, Bits(notation).bytes);
+  stream.Append(Bits(notation).bytes);
   stream.BitLength = Bits(notation).bit_length;
 }
 

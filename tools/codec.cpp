@@ -2,6 +2,7 @@
 // no run, and back by its evaluator.
 #include <climits>
 #include <new>
+#include <vector>
 
 #include "DataExpression.h"
 #include "commands.h"
@@ -10,18 +11,10 @@ namespace {
 
 constexpr std::size_t kMostBytes = INT_MAX / 8;  // a bit length is an int
 
-void Append(const std::string& bytes, LByteBuffer* chain) {
-  for (const char c : bytes) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (chain->WriteData(byte) != 0) continue;
-    chain = chain->AllocateNewBlock();
-    if (chain == nullptr || chain->WriteData(byte) == 0) throw std::bad_alloc();
-  }
-}
-
 std::string TextOf(const std::string& bytes) {
   LByteBuffer chain;
-  Append(bytes, &chain);
+  const std::vector<unsigned char> copied(bytes.begin(), bytes.end());
+  if (!chain.Append(copied)) throw std::bad_alloc();
   std::string text(2 * bytes.size() + 3, '\0');
   fnGetDataExpression(&chain, text.data());
   text.resize(text.find('\0'));

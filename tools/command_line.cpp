@@ -7,9 +7,9 @@
 #include <memory>
 #include <utility>
 
-#include "zrtexpression/version.h"
 #include "commands.h"
 #include "usage.h"
+#include "zrtexpression/version.h"
 
 namespace {
 
