@@ -45,4 +45,22 @@ bool ReplaceValue(RowDataStream& stream, BitValue& value) {
   return AddValue(stream, value);
 }
 
+bool OverwriteByValue(RowDataStream& stream, BitValue& value) {
+  const auto bytes = value.Bytes();
+  const std::size_t older_size = stream.GetTotalSize();
+  if (bytes.size() < older_size) return ReplaceValue(stream, value);
+  // What is added at the end can fail, so it comes first.
+  if (AppendBytes<LByteBuffer>(stream, bytes.subspan(older_size))) {
+    for (std::size_t index = 0; index < older_size; ++index) {
+      stream.WriteData(static_cast<int>(index), bytes[index]);
+    }
+    stream.BitLength = value.bit_length();
+    return true;
+  }
+  LoadBytes(stream, value);  // which has room for them
+  stream.ClearBuffer();
+  (void)AppendBytes<LByteBuffer>(stream, value.Bytes().first(older_size));
+  return false;
+}
+
 }  // namespace zrt

@@ -70,4 +70,9 @@ template <class Block>
 [[nodiscard]] bool AddValue(RowDataStream& stream, BitValue& value);
 [[nodiscard]] bool ReplaceValue(RowDataStream& stream, BitValue& value);
 
+/// Puts `value` in the place of what `stream` holds. A value of as many bytes needs no memory.
+/// False if memory for a larger one runs out: the stream then holds what it held, unless its blocks
+/// do not find again the memory that they gave back. `value` is used up.
+[[nodiscard]] bool OverwriteByValue(RowDataStream& stream, BitValue& value);
+
 }  // namespace zrt

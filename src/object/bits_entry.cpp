@@ -80,6 +80,6 @@ int ZRTExpression::ExecuteBitStreamOperator(RowDataStream* left, unsigned short 
     if (right) Load(*right, operand);
     const int status = zrt::ApplyToBits(value, code, operand);
     if (!MayHaveChangedValue(status)) return status;
-    return ReplaceValue(*left, value) ? status : ErrStreamWrite;
+    return OverwriteByValue(*left, value) ? status : ErrStreamWrite;
   });
 }
