@@ -49,16 +49,17 @@ class ZRT_EXPORT ZRTExpression {
 
   /// Takes over the set-up of `source`: the scopes are shared references, the texts are copied, the
   /// error handler is shared and released with its last owner. What this object held is released.
-  /// A text that finds no memory is left null.
+  /// A text or an error handler that finds no memory is left null.
   ZRTExpression& operator=(const ZRTExpression& source) noexcept;
 
   // ---- Set-up --------------------------------------------------------------------------------
 
   /// Sets the default directory to `dir` and loads "ErrorList.txt" from it. May be called again.
   /// @return 0 or above on success; ErrBadDirectory if `dir` cannot be entered (nothing changes);
-  ///         ErrStreamWrite if memory runs out; else the handler's negative status if the list
-  ///         cannot be read, with the directory set and the handler in place. Each failure is
-  ///         recorded in the handler, if there is one.
+  ///         ErrStreamWrite if memory runs out before the handler reads the list; else the
+  ///         handler's negative status if it cannot read the list, be it for want of memory, with
+  ///         the directory set and the handler in place. Each failure is recorded in the handler,
+  ///         if there is one and memory for the text.
   int Initialize(char* dir);
 
   /// Tests that `dir` can be entered and keeps a copy of it, character for character. Null or empty
@@ -127,7 +128,8 @@ class ZRT_EXPORT ZRTExpression {
   ///                and the operators beside its outermost group or unary operator work on the
   ///                older bytes too, which may be changed or lost, in a failure of these operators
   ///                as well: with 5A in it, "1<<(2)" shifts 5A00000001. A text that fails earlier
-  ///                touches nothing.
+  ///                touches nothing. A stream that has no room for all of its value gets the first
+  ///                bytes and the BitLength of that value, and the status is ErrStreamWrite.
   /// @return 0, or any status of ErrorCodes.h but ErrBadDirectory.
   int GetBitStream(const char* text, RowDataStream* result);
 

@@ -4,6 +4,15 @@
 #include <cstring>
 
 namespace zrt {
+namespace {
+
+// A stream may share its blocks with the row that it is to hold: what is borrowed from it would
+// move or change as it is written.
+void KeepFrom(RowDataStream& stream, BitValue& value) {
+  if (value.Bytes().data() == stream.GetDataBlock()) (void)value.OwnBytes();
+}
+
+}  // namespace
 
 void CopyBytes(LByteBuffer& chain, std::uint8_t* to) {
   const unsigned int size = chain.GetTotalSize();
@@ -25,12 +34,6 @@ void BorrowBytes(LByteBuffer& chain, BitValue& value) {
   const unsigned int size = chain.GetTotalSize();
   if (static_cast<unsigned int>(chain.GetDataSize()) != size) return LoadBytes(chain, value);
   value.Borrow({chain.GetDataBlock(), size});
-}
-
-// A stream may share its blocks with the row that it is to hold: what is borrowed from it would
-// move or change as it is written.
-void KeepFrom(RowDataStream& stream, BitValue& value) {
-  if (value.Bytes().data() == stream.GetDataBlock()) (void)value.OwnBytes();
 }
 
 bool AddValue(RowDataStream& stream, BitValue& value) {

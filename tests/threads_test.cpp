@@ -1,0 +1,53 @@
+// What threads may share: token trees that nobody changes, data sets that are read by index, and
+// the error list of copied objects.
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support.h"
+
+namespace {
+
+// What a thread sees that evaluates by a copy of its own, with its own fields in front of the rest.
+std::string SeenBy(const ZRTExpression& shared) {
+  QLMPlusData own;
+  AddRows(own, "own", {"01/8", "22/8", "0ABC/12"});
+  ZRTExpression expression;
+  expression = ZRTExpression(shared);
+  expression.SetLocalZRTData(&own);
+  std::ostringstream seen;
+  for (const char* text : {"own@(Long[1]|t[n-1])@own", "hidden[1]@ID_MASK[1]@A[n]@own", "own",
+                           "~(A[n])", "t[1]*(n+neg)-10", "f*t[2]", "FuseArray_TDO"}) {
+    int integer = 0;
+    float number = 0;
+    seen << Evaluate(expression, text) << expression.GetIntegerOperand(text, &integer)
+         << expression.GetFloatOperand(text, &number) << " " << integer << " " << number << "\n";
+  }
+  std::string mask = "ID_MASK";
+  seen << (expression.SearchDataField(mask.data()) ? mask : "")
+       << expression.GetErrorHandler()->GetErrorElement(65025, 8)->GetErrorMessage();
+  return seen.str();
+}
+
+TEST(Threads, EvaluateOverSharedScopes) {
+  const BlockSize setting(4);  // rows of several blocks, through which readers have to look
+  RichWorld world;
+  Directory directory("-511 8 2 No number.\n");
+  ASSERT_EQ(world.expression.Initialize(directory.path()), 0);
+  const std::string seen_alone = SeenBy(world.expression);
+  std::vector<std::string> seen(4, seen_alone);
+  std::vector<std::thread> threads;
+  threads.reserve(seen.size());
+  for (std::string& each : seen) {
+    threads.emplace_back([&] {
+      for (int i = 0; i < 500 && each == seen_alone; ++i) each = SeenBy(world.expression);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (const std::string& each : seen) EXPECT_EQ(each, seen_alone);
+}
+
+}  // namespace
