@@ -21,8 +21,9 @@ struct Failure {
   ZRTStatus status;
 };
 
-/// Thrown where a result would be absurdly large: the text is none to compare.
+/// Thrown where a result would have more bits: the text is none to compare.
 struct TooLarge {};
+inline int most_bits = 1 << 20;  // NOLINT(*-avoid-non-const-global-variables): fuzzing wants less
 
 using Bytes = std::vector<std::uint8_t>;
 

@@ -32,7 +32,7 @@ int LeadingWord(const Bytes& bytes) {
 
 void Clear(Stream& stream, std::int64_t bit_length) {
   if (bit_length > std::numeric_limits<int>::max()) throw Failure{ErrStreamWrite};
-  if (bit_length > 1 << 20) throw TooLarge();
+  if (bit_length > most_bits) throw TooLarge();
   stream.bytes.assign(static_cast<std::size_t>(bit_length + 7) / 8, 0);
 }
 

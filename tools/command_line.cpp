@@ -145,9 +145,10 @@ ExitCode RunCodec(const CLI::App& command, bool is_encode, Arguments* arguments)
 
 // The words in front of the command, or instead of it.
 void CheckRest(const CLI::App& app, const CLI::App* command) {
-  for (const std::string& word : app.remaining()) {
-    CheckNoOption(app, word, "the options of a command stand behind it");
-    RefuseCommand(app, word);
+  const std::vector<std::string> words = app.remaining();
+  if (!words.empty()) {
+    CheckNoOption(app, words.front(), "the options of a command stand behind it");
+    RefuseCommand(app, words.front());
   }
   if (command == nullptr) RefuseUsage(app, "a command is missing");
 }

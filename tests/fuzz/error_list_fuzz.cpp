@@ -1,0 +1,83 @@
+// Any bytes as an error list, against a plain reading of its lines: the list, or the line that is
+// to blame and the list that was there before.
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <map>
+#include <sstream>
+#include <utility>
+
+#include "fuzz.h"
+#include "hq4170.h"
+
+namespace {
+
+using Key = std::pair<unsigned short, unsigned short>;
+using Entry = std::pair<std::string, int>;  // message and field
+
+// Takes a number, and the blanks behind it, from the front of `line`.
+bool Take(std::string& line, long least, long most, long& number) {
+  const std::size_t end = line.find_first_of(" \t");
+  const std::string word = line.substr(0, end);
+  const std::size_t sign_width = word.starts_with('-') ? 1 : 0;
+  if (word.size() == sign_width || end == std::string::npos) return false;
+  if (word.find_first_not_of("0123456789", sign_width) != std::string::npos) return false;
+  number = std::strtol(word.c_str(), nullptr, 10);
+  line.erase(0, line.find_first_not_of(" \t", end));
+  return number >= least && number <= most;
+}
+
+// The number of the wrong line, or 0.
+int ReadList(const std::string& bytes, std::map<Key, Entry>& list) {
+  std::istringstream file(bytes);
+  std::string line;
+  for (int number = 1; std::getline(file, line); ++number) {
+    if (line.ends_with('\r')) line.pop_back();
+    line.erase(0, line.find_first_not_of(" \t"));
+    line.erase(line.find_last_not_of(" \t") + 1);
+    if (line.empty() || line[0] == '#') continue;
+    long code = 0, category = 0, field = 0;
+    if (line.find('\0') != std::string::npos || !Take(line, -32768, 65535, code) ||
+        !Take(line, 0, 65535, category) || !Take(line, 0, 65535, field) || line.empty()) {
+      return number;
+    }
+    const Key key(static_cast<unsigned short>(code), static_cast<unsigned short>(category));
+    if (!list.try_emplace(key, line, static_cast<int>(field)).second) return number;
+  }
+  return 0;
+}
+
+int Load(ErrorHandler& handler, const std::string& bytes) {
+  static const int file = memfd_create("list", 0);
+  static std::string path = "/proc/self/fd/" + std::to_string(file);
+  const auto size = static_cast<ssize_t>(bytes.size());
+  Require(ftruncate(file, 0) == 0 && pwrite(file, bytes.data(), bytes.size(), 0) == size,
+          "written");
+  return handler.Initialize(path.data(), 8);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string bytes = Input(data, size).Rest();
+  ErrorHandler handler;
+  std::map<Key, Entry> list = {
+      {{9, 9}, {"of before", 9}}
+  };
+  Require(Load(handler, "9 9 9 of before") == 0, "a right list is read");
+  std::map<Key, Entry> read;
+  const int wrong_line = ReadList(bytes, read);
+  const int status = Load(handler, bytes);
+  Require(status == (wrong_line > 0 ? ErrorHandler::kListWrongLine : 0), "the status");
+  Require(handler.GetErrorLine() == wrong_line, "the wrong line");
+  Require((*handler.GetListError() != '\0') == (wrong_line > 0), "the reason");
+  if (wrong_line == 0) list = read;
+  Require((handler.GetErrorElement(9, 9) != nullptr) == list.contains({9, 9}), "the older list");
+  for (const auto& [key, entry] : list) {
+    ErrorElement* element = handler.GetErrorElement(key.first, key.second);
+    Require(element != nullptr && element->GetErrorMessage() == entry.first &&
+                element->GetErrorField() == entry.second,
+            entry.first);
+  }
+  return 0;
+}
