@@ -12,8 +12,8 @@
 
 namespace {
 
-using Key = std::pair<unsigned short, unsigned short>;
-using Entry = std::pair<std::string, int>;  // message and field
+using Key = std::pair<unsigned short, unsigned short>;  // code and category
+using Entry = std::pair<std::string, int>;              // message and field
 
 // Takes a number, and the blanks behind it, from the front of `line`.
 bool Take(std::string& line, long least, long most, long& number) {

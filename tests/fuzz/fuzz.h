@@ -22,11 +22,6 @@ class Input {
 
   bool has_more() const { return next_ < end_; }
   std::uint8_t Byte() { return has_more() ? *next_++ : std::uint8_t{0}; }
-  int Word() {
-    std::uint32_t word = 0;
-    for (int i = 0; i < 4; ++i) word = word << 8 | Byte();
-    return static_cast<int>(word);
-  }
   std::vector<std::uint8_t> Bytes(std::size_t count) {
     std::vector<std::uint8_t> bytes(count);
     for (std::uint8_t& byte : bytes) byte = Byte();

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -21,8 +20,7 @@ int main(int argc, char** argv) {
     std::printf("%s\n", path.c_str());
     std::fflush(stdout);  // the last one told is the one that does not hold
     std::ifstream file(path, std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(file), {});
-    const std::vector<std::uint8_t> input(bytes.begin(), bytes.end());
+    const std::vector<std::uint8_t> input(std::istreambuf_iterator<char>(file), {});
     LLVMFuzzerTestOneInput(input.data(), input.size());
   }
   return paths.empty() ? 1 : 0;

@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* input_data, std::size_
   Input input(input_data, input_size);
   const int block_size = input.Byte() % 16;  // those below 4 are 4, and 0 grows
   std::vector<std::uint8_t> bytes;
-  while (input.has_more()) {
+  while (input.has_more() && bytes.size() < 300) {
     const std::uint8_t byte = input.Byte(), choice = input.Byte();
     const std::size_t count = choice % 8 == 7 ? choice : 1 + choice % 9;
     bytes.insert(bytes.end(), count, byte);
