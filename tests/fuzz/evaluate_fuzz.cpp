@@ -96,7 +96,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                                    {0xFF, 0x5A, 1},
                                                    9
   };
-  const std::string text = input.Rest().c_str();
+  std::string text = input.Rest();
+  text.resize(std::min(text.find('\0'), text.size()));
   Evaluation evaluation{twins, static_cast<Kind>(choice % 8), before};
   evaluation.Compare(text, 0);
   switch (choice / 48) {

@@ -1,7 +1,6 @@
 // Mutates texts of the language by their grammar: pieces between operators and parentheses go, come
 // and change places with others. Every other mutation is the fuzzer's own.
 #include <algorithm>
-#include <cstring>
 #include <random>
 
 #include "support.h"
@@ -31,6 +30,6 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
 
   data[0] = generator.Below(4) == 0 ? static_cast<std::uint8_t>(random()) : data[0];
   const std::size_t text_size = std::min(text.size(), max_size - 1);
-  std::memcpy(data + 1, text.data(), text_size);
+  std::copy_n(text.begin(), text_size, data + 1);
   return 1 + text_size;
 }
