@@ -39,7 +39,8 @@ class ZRT_EXPORT RowDataStream : public LByteBuffer {
   ~RowDataStream();
 
   /// Makes this stream refer to the blocks of `other` (the bytes are not copied) and takes its
-  /// BitLength. The blocks are freed once, by their last owner. Returns this stream.
+  /// BitLength. The blocks are freed once, by their last owner. One that never held a byte has none
+  /// to share. Returns this stream.
   RowDataStream& operator=(const RowDataStream& other);
 
   /// Appends the bytes of `source` behind those that are here and sets BitLength to that of

@@ -18,8 +18,9 @@
 // 2147483647 characters are ErrStreamWrite in every evaluator.
 //
 // Threads. One object serves one evaluation at a time. No setter may be called and no scope changed
-// during an evaluation. Objects in different threads may share trees and sets as far as these allow
-// it; reading a field without an index moves the field's row pointer.
+// during an evaluation: the bytes of rows are read where they lie. Objects in different threads may
+// share trees and sets as far as these allow it; reading a field without an index moves the field's
+// row pointer.
 #pragma once
 
 #include <memory>
@@ -48,8 +49,9 @@ class ZRT_EXPORT ZRTExpression {
   ~ZRTExpression();
 
   /// Takes over the set-up of `source`: the scopes are shared references, the texts are copied, the
-  /// error handler is shared and released with its last owner. What this object held is released.
-  /// A text or an error handler that finds no memory is left null.
+  /// error handler is shared and released with its last owner. What this object held is released,
+  /// but for the fields that SearchDataField made, which stay until its end. What finds no
+  /// memory, a text or the share of the handler, is left null.
   ZRTExpression& operator=(const ZRTExpression& source) noexcept;
 
   // ---- Set-up --------------------------------------------------------------------------------
@@ -133,16 +135,18 @@ class ZRT_EXPORT ZRTExpression {
   /// @return 0, or any status of ErrorCodes.h but ErrBadDirectory.
   int GetBitStream(const char* text, RowDataStream* result);
 
-  /// Evaluates `text` and writes the value as "0x" and two digits a byte, capitals, the last byte
-  /// last. Bytes above what the bit length needs are left out, missing ones are "0".
+  /// Evaluates `text` and writes the value as "0x" and two digits a byte, in the case of the closed
+  /// library's digits (capitals in the stand-in), the last byte last. Bytes above what the bit
+  /// length needs are left out, missing ones are "0".
   /// @param hexText  the caller's buffer of 2 * ((BitLength + 7) / 8) + 3 characters for the value;
   ///                 untouched on failure.
   /// @return as the overload above.
   int GetBitStream(const char* text, char* hexText);
 
   /// Evaluates a chain of operands joined by binary operators, with no group and no unary operator.
-  /// `result` is emptied first and holds the value so far after a failure. Not null; `text` is not
-  /// changed. @return as GetBitStream, but for ErrUnbalancedParenthesis and ErrMisplacedOperator.
+  /// `result` is emptied first and holds the value so far after a failure; too long a text, or one
+  /// for which there is no memory from the start, leaves it alone. Not null; `text` is not changed.
+  /// @return as GetBitStream, but for ErrUnbalancedParenthesis and ErrMisplacedOperator.
   int SolveBitStreamExpression(char* text, RowDataStream* result);
 
   // ---- Lookups -------------------------------------------------------------------------------

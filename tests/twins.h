@@ -73,7 +73,7 @@ class Twins {
                     std::size_t hex_length = 2) {
     Outcome outcome;
     RowDataStream stream;
-    Append(stream, before.bytes);
+    stream.Append(before.bytes);
     stream.BitLength = before.bit_length;
     char* const given = text_room_.Put(text);
     outcome.status = Evaluate(kind, given, outcome, stream, hex_room_.Last(hex_length + 1));

@@ -35,7 +35,6 @@ struct Scopes {
   QLMPlusData* global_data = nullptr;
 
   [[nodiscard]] bool has_tokens() const { return local_tokens || global_tokens; }
-  [[nodiscard]] bool has_data() const { return external_data || local_data || global_data; }
 
   /// The token of that name, local before global; null if there is none.
   [[nodiscard]] ZRTTokens* FindToken(char* name) const {

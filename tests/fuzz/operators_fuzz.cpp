@@ -41,9 +41,9 @@ void CompareStreams(Input& input, int block_size) try {
   const Stream operand = relation == 0 ? model : relation == 1 ? Stream() : TakeStream(input);
   const std::string told = Show(model) + " " + op + " " + Show(operand);
   RowDataStream left, right;
-  Append(left, model.bytes);
+  left.Append(model.bytes);
   left.BitLength = model.bit_length;
-  Append(right, operand.bytes);
+  right.Append(operand.bytes);
   right.BitLength = operand.bit_length;
   const int right_status = reference::StatusOf([&] { Apply(model, op, operand); });
   RowDataStream* const given = relation == 0 ? &left : relation == 1 ? nullptr : &right;

@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* input_data, std::size_
   }
   const BlockSize setting(block_size);
   LByteBuffer data;
-  Append(data, bytes);
+  data.Append(bytes);
   char* const text = room.Last(2 * bytes.size() + 3);
   fnGetDataExpression(&data, text);
   Require(text == reference::RunLengthText(bytes), text);
