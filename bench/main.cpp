@@ -1,0 +1,92 @@
+// The benchmark program: runs the subjects that the arguments name and reports. What is measured is
+// told in the files of subjects, what is aimed at in aims.h.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <regex>
+
+#include "memory_subjects.h"
+#include "picture.h"
+#include "subject.h"
+
+namespace {
+
+using namespace zrt_bench;
+
+struct Arguments {
+  bool is_quick = false;
+  std::string filter;
+  std::string json_path;
+  std::string picture_path;
+  std::vector<std::size_t> peak_memory;  // a shape and a length: what the child process is asked
+};
+
+Subjects AllSubjects() {
+  Subjects subjects;
+  AddScalars(&subjects);
+  AddBits(&subjects);
+  AddBitTexts(&subjects);
+  AddRunLength(&subjects);
+  AddGroups(&subjects);
+  AddGrowth(&subjects);
+  AddMemory(&subjects);
+  AddOutside(&subjects);
+#if defined(ZRT_BENCH_TO_ZRTEVAL)
+  AddTools(&subjects);
+#endif
+  return subjects;
+}
+
+void ShowProgress(const std::string& step) {
+  if (isatty(STDERR_FILENO) != 0) std::cerr << "\r\033[K" << step << std::flush;
+}
+
+int Run(const Arguments& arguments) {
+  const std::regex filter(arguments.filter);
+  const Effort effort = arguments.is_quick ? Effort::Quick() : Effort::Full();
+  std::vector<Row> rows;
+  for (const Subject& subject : AllSubjects()) {
+    const std::string name = subject.id + " " + subject.title;
+    if (!std::regex_search(name, filter)) continue;
+    ShowProgress(name);
+    try {
+      rows.push_back(subject.run(subject, effort));
+    } catch (const std::exception& error) {
+      ShowProgress("");
+      throw std::runtime_error(name + ": " + error.what());
+    }
+  }
+  ShowProgress("");
+  if (rows.empty()) throw std::runtime_error("no subject is named like " + arguments.filter);
+  PrintTable(rows, std::cout);
+  if (!arguments.json_path.empty()) WriteJson(rows, arguments.json_path);
+  const bool has_lines =
+      std::any_of(rows.begin(), rows.end(), [](const Row& row) { return !row.lines.empty(); });
+  if (!arguments.picture_path.empty() && has_lines) WritePicture(rows, arguments.picture_path);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Arguments arguments;
+  CLI::App app("Times the library beside its peers and its limits.", "zrt_bench");
+  app.add_flag("--quick", arguments.is_quick, "Fewer rounds, and no growing text above 4 MiB");
+  app.add_option("--filter", arguments.filter, "Only rows whose name and subject match this")
+      ->type_name("REGEX");
+  app.add_option("--json", arguments.json_path, "Where to write the figures")->type_name("FILE");
+  app.add_option("--svg", arguments.picture_path, "Where to write the picture")->type_name("FILE");
+  app.add_option("--peak-memory", arguments.peak_memory)->expected(2)->group("");
+  CLI11_PARSE(app, argc, argv);
+  try {
+    if (!arguments.peak_memory.empty()) {
+      return PrintPeakMemory(arguments.peak_memory[0], arguments.peak_memory[1]);
+    }
+    return Run(arguments);
+  } catch (const std::exception& error) {
+    std::cerr << "zrt_bench: " << error.what() << '\n';
+    return 1;
+  }
+}

@@ -1,0 +1,57 @@
+// Times contestants beside each other: the same work done by this library, by its peers and by the
+// limit, in turns, so that what else the machine does hits them alike. Knows nothing of what the
+// work is.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace zrt_bench {
+
+/// What a contestant stands for: the library, what others use for the work, or what bounds it.
+enum class Role { kLibrary, kPeer, kLimit };
+
+/// One way to do a subject's work.
+struct Contestant {
+  std::string name;
+  Role role = Role::kLibrary;
+  std::function<void(std::size_t count)> repeat;  // does the work `count` times
+  std::function<std::string()> value;  // what came of it; all that tell one agree. May be null.
+};
+
+/// A contestant whose work is one call of `work`.
+template <typename Work>
+Contestant MakeContestant(std::string name, Role role, Work work,
+                          std::function<std::string()> value) {
+  return {std::move(name), role,
+          [work](std::size_t count) mutable {
+            for (; count > 0; --count) {
+              work();
+              benchmark::ClobberMemory();
+            }
+          },
+          std::move(value)};
+}
+
+/// How long to measure.
+struct Effort {
+  double turn_seconds = 0;     // of one contestant, if its work is shorter than that
+  double subject_seconds = 0;  // of all turns, if the fewest rounds are no longer than that
+  int fewest_rounds = 0;
+  int most_rounds = 0;
+  std::size_t longest_text_bytes = 0;  // of the growing subjects
+
+  static Effort Quick() { return {0.0005, 0.4, 3, 400, std::size_t{4} << 20U}; }
+  static Effort Full() { return {0.002, 4, 5, 1000, std::size_t{64} << 20U}; }
+};
+
+/// Checks that all contestants give one value; throws std::runtime_error if they do not. Then times
+/// them. Gives the least seconds of processor time that each of them took for its work once.
+std::vector<double> Measure(const std::vector<Contestant>& contestants, const Effort& effort);
+
+}  // namespace zrt_bench
