@@ -13,6 +13,14 @@ readonly ZRT_PACKAGES=(
   nlohmann-json3-dev=/usr/include/nlohmann/json.hpp libgtest-dev=/usr/include/gtest/gtest.h)
 readonly ZRT_CLANG=(clang=clang++ libclang-rt-14-dev=/usr/lib/llvm-14/lib/clang/14.0.6/lib/linux)
 
+# What the benchmarks stand beside, and nothing else of this project needs.
+readonly ZRT_BENCH_PACKAGES=(
+  libbenchmark-dev=/usr/include/benchmark libfparser-dev=/usr/include/fparser.hh
+  liblua5.4-dev=/usr/include/lua5.4 libmuparser-dev=/usr/include/muParser.h
+  libgmp-dev=/usr/include/gmpxx.h libboost-dev=/usr/include/boost/multiprecision/cpp_int.hpp
+  llvm-14-dev=/usr/include/llvm-14/llvm/ADT/APInt.h libbitarray-dev=/usr/include/bit_array.h
+  libmodpbase64-dev=/usr/include/modp_b16.h)
+
 zrt_say() { printf '%s\n' "$*" >&2; }
 
 # The package of each "package=witness" whose witness is not there.

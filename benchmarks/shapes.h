@@ -33,8 +33,10 @@ std::string TextOf(const Shape& shape, std::size_t text_bytes);
 /// The bytes that the result of such a text takes.
 std::size_t ResultBytes(const Shape& shape, std::size_t text_bytes);
 
-/// The library alone, which tells no value but throws std::runtime_error at a wrong one, and a copy
-/// of the text.
+/// The library at such a text. It tells no value, but throws std::runtime_error at a wrong one.
+Contestant ShapeContestant(const Shape& shape, std::size_t text_bytes);
+
+/// The library, and a copy of the text.
 std::vector<Contestant> ShapeContestants(const Shape& shape, std::size_t text_bytes);
 
 }  // namespace zrt_bench

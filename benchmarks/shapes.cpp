@@ -110,16 +110,19 @@ std::size_t ResultBytes(const Shape& shape, std::size_t text_bytes) {
   return static_cast<std::size_t>(ExpectedValue(shape, text_bytes) + 7) / 8;
 }
 
-std::vector<Contestant> ShapeContestants(const Shape& shape, std::size_t text_bytes) {
+Contestant ShapeContestant(const Shape& shape, std::size_t text_bytes) {
   auto work = std::make_shared<ShapeWork>(shape, text_bytes);
-  const Bytes copied(work->text.begin(), work->text.end());
   const auto check = [work, expected = ExpectedValue(shape, text_bytes)] {
     Check(*work, expected);
     return std::string();
   };
-  return {MakeContestant(
-              "this library", Role::kLibrary, [work] { work->Evaluate(); }, check),
-          Memcpy(copied)};
+  return MakeContestant(
+      "this library", Role::kLibrary, [work] { work->Evaluate(); }, check);
+}
+
+std::vector<Contestant> ShapeContestants(const Shape& shape, std::size_t text_bytes) {
+  const std::string text = TextOf(shape, text_bytes);
+  return {ShapeContestant(shape, text_bytes), Memcpy(Bytes(text.begin(), text.end()))};
 }
 
 }  // namespace zrt_bench

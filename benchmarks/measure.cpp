@@ -26,16 +26,16 @@ double SecondsOf(const Contestant& contestant, std::size_t count) {
   return Now() - start;
 }
 
-// How often a contestant does its work in one turn.
-std::size_t TurnCount(const Contestant& contestant, double turn_seconds) {
+// How often a contestant does its work in one turn, from the time of doing it once.
+std::size_t TurnCount(const Contestant& contestant, double seconds, double turn_seconds) {
   constexpr std::size_t kMost = std::size_t{1} << 30U;
-  for (std::size_t count = 1; count < kMost; count *= 2) {
-    const double seconds = SecondsOf(contestant, count);
-    if (seconds < turn_seconds / 4) continue;
-    const double wanted = std::ceil(static_cast<double>(count) * turn_seconds / seconds);
-    return std::max<std::size_t>(1, static_cast<std::size_t>(wanted));
+  std::size_t count = 1;
+  while (seconds < turn_seconds / 4 && count < kMost) {
+    count *= 2;
+    seconds = SecondsOf(contestant, count);
   }
-  return kMost;
+  const double turns = turn_seconds / std::max(seconds, 1e-9);
+  return std::max<std::size_t>(1, static_cast<std::size_t>(static_cast<double>(count) * turns));
 }
 
 std::string Shown(const std::string& value) {
@@ -43,11 +43,13 @@ std::string Shown(const std::string& value) {
   return std::to_string(value.size()) + " characters, " + value.substr(0, kLongest);
 }
 
-void CheckValues(const std::vector<Contestant>& contestants) {
+// Does each work once, and gives the seconds that this took.
+std::vector<double> CheckValues(const std::vector<Contestant>& contestants) {
+  std::vector<double> seconds;
   std::string expected;
   const Contestant* first = nullptr;
   for (const Contestant& contestant : contestants) {
-    contestant.repeat(1);
+    seconds.push_back(SecondsOf(contestant, 1));
     if (!contestant.value) continue;
     const std::string value = contestant.value();
     if (first == nullptr) {
@@ -58,15 +60,16 @@ void CheckValues(const std::vector<Contestant>& contestants) {
                                contestant.name + " gives " + Shown(value));
     }
   }
+  return seconds;
 }
 
 }  // namespace
 
 std::vector<double> Measure(const std::vector<Contestant>& contestants, const Effort& effort) {
-  CheckValues(contestants);
+  const std::vector<double> once = CheckValues(contestants);
   std::vector<std::size_t> counts;
-  for (const Contestant& contestant : contestants) {
-    counts.push_back(TurnCount(contestant, effort.turn_seconds));
+  for (std::size_t i = 0; i < contestants.size(); ++i) {
+    counts.push_back(TurnCount(contestants[i], once[i], effort.turn_seconds));
   }
   std::vector<double> least(contestants.size(), std::numeric_limits<double>::infinity());
   const auto start = std::chrono::steady_clock::now();

@@ -46,7 +46,7 @@ struct Effort {
   int most_rounds = 0;
   std::size_t longest_text_bytes = 0;  // of the growing subjects
 
-  static Effort Quick() { return {0.0005, 0.4, 3, 400, std::size_t{4} << 20U}; }
+  static Effort Quick() { return {0.0005, 0.4, 2, 400, std::size_t{4} << 20U}; }
   static Effort Full() { return {0.002, 4, 5, 1000, std::size_t{64} << 20U}; }
 };
 

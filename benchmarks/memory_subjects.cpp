@@ -48,8 +48,8 @@ Row MeasurePeak(const Subject& subject, std::size_t shape_index, std::size_t tex
 }  // namespace
 
 int PrintPeakMemory(std::size_t shape_index, std::size_t text_bytes) {
+  const Contestant library = ShapeContestant(Shapes().at(shape_index), text_bytes);
   const double before = SizeOf("VmRSS:");
-  const Contestant library = ShapeContestants(Shapes().at(shape_index), text_bytes).front();
   library.repeat(1);
   library.value();
   std::printf("%.0f\n", SizeOf("VmHWM:") - before);

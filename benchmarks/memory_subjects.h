@@ -7,7 +7,7 @@
 
 namespace zrt_bench {
 
-/// Evaluates a text of that shape and prints how many bytes the process grew at most, the text
+/// Evaluates a text of that shape and prints by how many bytes the process grew at most, the result
 /// among them. Returns the exit status of the process.
 int PrintPeakMemory(std::size_t shape_index, std::size_t text_bytes);
 
