@@ -25,12 +25,18 @@ struct Operands {
   Number left, right, result;
 };
 
+Rows TwoRows(const Bytes& row, const Bytes& other) {
+  Rows rows = OneRow(row);
+  rows.emplace_back("other", other);
+  return rows;
+}
+
 using SharedWords = std::shared_ptr<Operands<Words>>;
 
 SharedWords MakeWords(const Bytes& left, const Bytes& right) {
   const Words words = ToWords(left);
-  return std::make_shared<Operands<Words>>(
-      Operands<Words>{words, ToWords(right), Words(words.size())});
+  Operands<Words> operands{words, ToWords(right), Words(words.size())};
+  return std::make_shared<Operands<Words>>(std::move(operands));
 }
 
 cpp_int ToBoost(const Bytes& bytes) {
@@ -82,8 +88,9 @@ Contestant GmpMpn(const Bytes& left, const Bytes& right, Mpn mpn) {
 // `apply` gives a new value from the two rows.
 template <typename Apply>
 Contestant ApInt(const Bytes& left, const Bytes& right, Apply apply) {
-  auto work =
-      std::make_shared<Operands<APInt>>(Operands<APInt>{ToApInt(left), ToApInt(right), APInt()});
+  auto work = std::make_shared<Operands<APInt>>();
+  work->left = ToApInt(left);
+  work->right = ToApInt(right);
   return MakeContestant(
       "LLVM APInt", Role::kPeer, [work, apply] { work->result = apply(work->left, work->right); },
       LowBits(work));
@@ -92,8 +99,9 @@ Contestant ApInt(const Bytes& left, const Bytes& right, Apply apply) {
 // `apply` is called with the operands and writes to the result.
 template <typename Apply>
 Contestant Boost(const Bytes& left, const Bytes& right, std::size_t bit_count, Apply apply) {
-  auto work = std::make_shared<Operands<cpp_int>>(
-      Operands<cpp_int>{ToBoost(left), ToBoost(right), cpp_int()});
+  auto work = std::make_shared<Operands<cpp_int>>();
+  work->left = ToBoost(left);
+  work->right = ToBoost(right);
   return MakeContestant(
       "Boost", Role::kPeer, [work, apply] { apply(*work); }, LowBits(work, bit_count));
 }
@@ -106,6 +114,21 @@ Contestant ReverseByLibbitarray(const Bytes& row) {
   return MakeContestant(
       "libbitarray", Role::kPeer, [bits] { bit_array_reverse(bits.get()); },
       [bits, bit_count] { return ToBytes(bits->words, bits->num_of_words, bit_count); });
+}
+
+Contestant JoinByGmp(const Bytes& row, const Bytes& other, std::size_t bit_count) {
+  struct Work {
+    Integer left, right, result;
+  };
+  auto work = std::make_shared<Work>();
+  mpz_import(work->left.get(), row.size(), 1, 1, 0, 0, row.data());
+  mpz_import(work->right.get(), other.size(), 1, 1, 0, 0, other.data());
+  const auto join = [work, bit_count] {
+    mpz_mul_2exp(work->result.get(), work->left.get(), bit_count);
+    mpz_ior(work->result.get(), work->result.get(), work->right.get());
+  };
+  return MakeContestant("GMP mpz", Role::kPeer, join,
+                        [work, bit_count] { return work->result.LowBits(2 * bit_count); });
 }
 
 // The pattern doubled until it is there often enough: GMP has nothing shorter.
@@ -152,26 +175,16 @@ std::vector<Contestant> ShiftLeft(std::size_t byte_count) {
     mpn_lshift(result, left, count, 3);
   };
   const auto by_boost = [](Operands<cpp_int>& work) { work.result = work.left << 3; };
-  return {
-      TextToStream("row<<3", {{"row", row}                                    }
-       ), GmpMpn(row, {                                               },
-       by_mpn),
-      Boost(row, {0},
-       8 * byte_count, by_boost), Memcpy(row)
-  };
+  return Contest(TextToStream("row<<3", OneRow(row)), GmpMpn(row, row, by_mpn),
+                 Boost(row, row, 8 * byte_count, by_boost), Memcpy(row));
 }
 
 std::vector<Contestant> And(std::size_t byte_count) {
   const Bytes row = RandomBytes(byte_count), other = RandomBytes(byte_count, 2);
-  return {
-      TextToStream("row&other", {{"row", row},                                                                             {"other", other}}
-       ),
-      GmpMpn(row, other, [](auto... operands) { mpn_and_n(operands...);}
-       ),
-      ApInt(row, other, [](const APInt& left, const APInt& right) { return left & right;                                          }
-       ),
-      Memcpy(row)
-  };
+  const auto by_mpn = [](auto... operands) { mpn_and_n(operands...); };
+  const auto by_ap_int = [](const APInt& left, const APInt& right) { return left & right; };
+  return Contest(TextToStream("row&other", TwoRows(row, other)), GmpMpn(row, other, by_mpn),
+                 ApInt(row, other, by_ap_int), Memcpy(row));
 }
 
 std::vector<Contestant> Not(std::size_t byte_count) {
@@ -179,69 +192,45 @@ std::vector<Contestant> Not(std::size_t byte_count) {
   const auto by_mpn = [](mp_ptr result, mp_srcptr left, mp_srcptr, mp_size_t count) {
     mpn_com(result, left, count);
   };
-  return {
-      TextToStream("~row", {{"row", row}                                    }
-       ), GmpMpn(row, {                                               },
-       by_mpn),
-      ApInt(row, {0                                              },
-       [](const APInt& left, const APInt&) { return ~left;                                                }
-       ), Memcpy(row)
-  };
+  const auto by_ap_int = [](const APInt& left, const APInt&) { return ~left; };
+  return Contest(TextToStream("~row", OneRow(row)), GmpMpn(row, row, by_mpn),
+                 ApInt(row, row, by_ap_int), Memcpy(row));
 }
 
 std::vector<Contestant> Reverse(std::size_t byte_count) {
   const Bytes row = RandomBytes(byte_count);
-  return {
-      TextToStream("$row", {{"row", row}}
-       ), ReverseByLibbitarray(row), Memcpy(row)
-  };
+  return Contest(TextToStream("$row", OneRow(row)), ReverseByLibbitarray(row), Memcpy(row));
 }
 
 std::vector<Contestant> Join(std::size_t byte_count, int spare_bits) {
   Bytes row = RandomBytes(byte_count), other = RandomBytes(byte_count, 2);
-  for (Bytes* bytes : {&row, &other}) {
-    bytes->front() =
-        static_cast<unsigned char>(bytes->front() >> static_cast<unsigned>(spare_bits));
-  }
+  row[0] = static_cast<unsigned char>(row[0] >> spare_bits);
+  other[0] = static_cast<unsigned char>(other[0] >> spare_bits);
   const std::size_t bit_count = 8 * byte_count - static_cast<std::size_t>(spare_bits);
-  auto numbers = std::make_shared<std::array<Integer, 3>>();
-  auto& [left, right, result] = *numbers;
-  mpz_import(left.get(), byte_count, 1, 1, 0, 0, row.data());
-  mpz_import(right.get(), byte_count, 1, 1, 0, 0, other.data());
-  const auto by_mpz = [numbers, bit_count] {
-    auto& [first, second, joined] = *numbers;
-    mpz_mul_2exp(joined.get(), first.get(), bit_count);
-    mpz_ior(joined.get(), joined.get(), second.get());
-  };
   const auto by_boost = [bit_count](Operands<cpp_int>& work) {
     work.result = work.left << bit_count;
     work.result |= work.right;
   };
-  return {
-      TextToStream("row@other", {{"row", row},                                                                             {"other", other}},
-       spare_bits),
-      MakeContestant("GMP mpz", Role::kPeer, by_mpz,
-                     [numbers, bit_count] { return (*numbers)[2].LowBits(2 * bit_count);                                                                                        }
-       ),
-      Boost(row, other, 2 * bit_count, by_boost), Memcpy(Bytes(2 * byte_count))
-  };
+  return Contest(TextToStream("row@other", TwoRows(row, other), spare_bits),
+                 JoinByGmp(row, other, bit_count), Boost(row, other, 2 * bit_count, by_boost),
+                 Memcpy(Bytes(2 * byte_count)));
 }
 
 std::vector<Contestant> ReplicateBits(std::size_t byte_count) {
   constexpr unsigned kPattern = 0b1011001110001, kBits = 13;
   const std::size_t times = 8 * byte_count / kBits;
-  return {TextToStream("#1011001110001^" + std::to_string(times)),
-          ReplicateByGmp(kPattern, kBits, times), ReplicateByApInt(kPattern, kBits, times),
-          Memcpy(Bytes(byte_count))};
+  return Contest(TextToStream("#1011001110001^" + std::to_string(times)),
+                 ReplicateByGmp(kPattern, kBits, times), ReplicateByApInt(kPattern, kBits, times),
+                 Memcpy(Bytes(byte_count)));
 }
 
 std::vector<Contestant> ReplicateByte(std::size_t byte_count) {
   const auto room = std::make_shared<Bytes>(byte_count);
-  return {TextToStream("0x5A^" + std::to_string(byte_count)), ReplicateByGmp(0x5A, 8, byte_count),
-          ReplicateByApInt(0x5A, 8, byte_count),
-          MakeContestant(
-              "memset", Role::kLimit, [room] { std::memset(room->data(), 0x5A, room->size()); },
-              [room] { return AsText(room->data(), room->size()); })};
+  const auto fill = [room] { std::memset(room->data(), 0x5A, room->size()); };
+  const auto value = [room] { return AsText(room->data(), room->size()); };
+  return Contest(TextToStream("0x5A^" + std::to_string(byte_count)),
+                 ReplicateByGmp(0x5A, 8, byte_count), ReplicateByApInt(0x5A, 8, byte_count),
+                 MakeContestant("memset", Role::kLimit, fill, value));
 }
 
 }  // namespace zrt_bench

@@ -28,8 +28,8 @@ std::string GroupsOf(const Bytes& bytes, std::size_t group_count) {
 
 std::vector<Contestant> JoinedGroups(std::size_t group_count) {
   const Bytes bytes = RandomBytes(kMiB);
-  std::vector<Contestant> contestants{TextToStream(GroupsOf(bytes, group_count)),
-                                      DecodeByModp(bytes)};
+  std::vector<Contestant> contestants =
+      Contest(TextToStream(GroupsOf(bytes, group_count)), DecodeByModp(bytes));
   if (group_count > 10000) {
     contestants.push_back(TextToStream(GroupsOf(bytes, 100), {}, 0, "100 groups", Role::kLimit));
   }

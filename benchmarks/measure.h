@@ -38,6 +38,15 @@ Contestant MakeContestant(std::string name, Role role, Work work,
           std::move(value)};
 }
 
+/// The contestants of a subject, the library first.
+template <typename... Others>
+std::vector<Contestant> Contest(Contestant library, Others... others) {
+  std::vector<Contestant> contestants;
+  contestants.push_back(std::move(library));
+  (contestants.push_back(std::move(others)), ...);
+  return contestants;
+}
+
 /// How long to measure.
 struct Effort {
   double turn_seconds = 0;     // of one contestant, if its work is shorter than that

@@ -19,20 +19,18 @@ std::vector<Contestant> Append() {
   const auto bytes = std::make_shared<Bytes>(RandomBytes(kByteCount));
   const auto buffer = std::make_shared<LByteBuffer>();
   const auto vector = std::make_shared<Bytes>();
-  return {MakeContestant(
-              "this library", Role::kLibrary,
-              [bytes, buffer] {
-                buffer->ClearBuffer();
-                for (const unsigned char byte : *bytes) buffer->WriteData(byte);
-              },
-              [buffer] { return AsText(buffer->GetDataBlock(), buffer->GetTotalSize()); }),
-          MakeContestant(
-              "std::vector", Role::kPeer,
-              [bytes, vector] {
-                vector->clear();
-                for (const unsigned char byte : *bytes) vector->push_back(byte);
-              },
-              [vector] { return AsText(vector->data(), vector->size()); })};
+  const auto write = [bytes, buffer] {
+    buffer->ClearBuffer();
+    for (const unsigned char byte : *bytes) buffer->WriteData(byte);
+  };
+  const auto written = [buffer] { return AsText(buffer->GetDataBlock(), buffer->GetTotalSize()); };
+  const auto push_back = [bytes, vector] {
+    vector->clear();
+    for (const unsigned char byte : *bytes) vector->push_back(byte);
+  };
+  const auto pushed = [vector] { return AsText(vector->data(), vector->size()); };
+  return Contest(MakeContestant("this library", Role::kLibrary, write, written),
+                 MakeContestant("std::vector", Role::kPeer, push_back, pushed));
 }
 
 // The sum of all bytes, read in the order of `places`.
@@ -54,8 +52,8 @@ std::vector<Contestant> Read(bool in_order) {
   const auto places = std::make_shared<std::vector<int>>(kByteCount);
   std::iota(places->begin(), places->end(), 0);
   if (!in_order) std::shuffle(places->begin(), places->end(), std::mt19937(1));
-  return {Reader("this library", Role::kLibrary, std::make_shared<LByteBuffer>(256), places),
-          Reader("one block", Role::kLimit, std::make_shared<LByteBuffer>(), places)};
+  return Contest(Reader("this library", Role::kLibrary, std::make_shared<LByteBuffer>(256), places),
+                 Reader("one block", Role::kLimit, std::make_shared<LByteBuffer>(), places));
 }
 
 }  // namespace

@@ -61,16 +61,16 @@ std::vector<Contestant> WriteRunLength(std::size_t byte_count, Runs runs) {
   const auto write = [work] { fnGetDataExpression(&work->data, work->text.data()); };
   Contestant codec = EncodeByModp(bytes);
   codec.value = [text = codec.value] { return modp::b16_decode(text().substr(2)); };
-  return {
-      MakeContestant("this library", Role::kLibrary, write, [work] { return work->ReadBack(); }),
-      std::move(codec), Memcpy(bytes, true)};
+  const auto value = [work] { return work->ReadBack(); };
+  return Contest(MakeContestant("this library", Role::kLibrary, write, value), codec,
+                 Memcpy(bytes, true));
 }
 
 std::vector<Contestant> ReadRunLength(std::size_t byte_count, Runs runs) {
   const Bytes bytes = MakeBytes(byte_count, runs);
   WriterWork writer(bytes);
   fnGetDataExpression(&writer.data, writer.text.data());
-  return {TextToStream(writer.text.c_str()), DecodeByModp(bytes), Memcpy(bytes, true)};
+  return Contest(TextToStream(writer.text.c_str()), DecodeByModp(bytes), Memcpy(bytes, true));
 }
 
 }  // namespace zrt_bench

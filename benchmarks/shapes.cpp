@@ -122,7 +122,7 @@ Contestant ShapeContestant(const Shape& shape, std::size_t text_bytes) {
 
 std::vector<Contestant> ShapeContestants(const Shape& shape, std::size_t text_bytes) {
   const std::string text = TextOf(shape, text_bytes);
-  return {ShapeContestant(shape, text_bytes), Memcpy(Bytes(text.begin(), text.end()))};
+  return Contest(ShapeContestant(shape, text_bytes), Memcpy(Bytes(text.begin(), text.end())));
 }
 
 }  // namespace zrt_bench

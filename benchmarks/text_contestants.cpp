@@ -14,10 +14,14 @@ namespace zrt_bench {
 namespace {
 
 struct CodecWork {
-  explicit CodecWork(const Bytes& data) : bytes(data), text(2 * data.size() + 1, '\0') {}
+  explicit CodecWork(const Bytes& data)
+      : bytes(data),
+        digits(Literal(data.data(), data.size()).substr(2)),
+        text(2 * data.size() + 1, '\0') {}
 
   Bytes bytes;
-  std::string text;  // digits, and a place for the NUL that the codec writes
+  std::string digits;  // what is decoded
+  std::string text;    // what is encoded, and a place for the NUL that the codec writes
 };
 
 char* Chars(Bytes* bytes) { return reinterpret_cast<char*>(bytes->data()); }
@@ -26,8 +30,8 @@ void Encode(CodecWork* work) {
   modp_b16_encode(work->text.data(), Chars(&work->bytes), work->bytes.size());
 }
 
-void Decode(CodecWork* work, const std::string& digits) {
-  modp_b16_decode(Chars(&work->bytes), digits.data(), digits.size());
+void Decode(CodecWork* work) {
+  modp_b16_decode(Chars(&work->bytes), work->digits.data(), work->digits.size());
 }
 
 std::string WithPrefix(const std::string& text) { return "0x" + std::string(text.c_str()); }
@@ -81,42 +85,39 @@ Contestant EncodeByModp(const Bytes& bytes) {
 }
 
 Contestant DecodeByModp(const Bytes& bytes) {
-  auto work = std::make_shared<CodecWork>(Bytes(bytes.size()));
+  auto work = std::make_shared<CodecWork>(bytes);
+  std::fill(work->bytes.begin(), work->bytes.end(), static_cast<unsigned char>(0));
   return MakeContestant(
-      "modp_b16", Role::kPeer,
-      [work, digits = Digits(bytes.data(), bytes.size())] { Decode(work.get(), digits); },
+      "modp_b16", Role::kPeer, [work] { Decode(work.get()); },
       [work] { return AsText(work->bytes.data(), work->bytes.size()); });
 }
 
 std::vector<Contestant> WriteHex(std::size_t byte_count) {
   const Bytes row = RandomBytes(byte_count);
-  return {
-      TextToText("row", byte_count, {{"row", row}}
-        ), EncodeByModp(row), Memcpy(row)
-  };
+  return Contest(TextToText("row", byte_count, OneRow(row)), EncodeByModp(row), Memcpy(row));
 }
 
 std::vector<Contestant> ReadHex(std::size_t byte_count) {
   const Bytes bytes = RandomBytes(byte_count);
-  return {TextToStream(Literal(bytes.data(), byte_count)), DecodeByModp(bytes), Memcpy(bytes)};
+  return Contest(TextToStream(Literal(bytes.data(), byte_count)), DecodeByModp(bytes),
+                 Memcpy(bytes));
 }
 
 std::vector<Contestant> ShiftText(std::size_t byte_count) {
-  const Bytes bytes = RandomBytes(byte_count);
-  const std::string digits = Digits(bytes.data(), byte_count);
-  auto work = std::make_shared<CodecWork>(bytes);
-  const auto by_codec = [work, digits] {
-    Decode(work.get(), digits);
+  auto work = std::make_shared<CodecWork>(RandomBytes(byte_count));
+  const auto by_codec = [work] {
+    Decode(work.get());
     ShiftInPlace(&work->bytes);
     Encode(work.get());
   };
-  const auto shift = [byte_count](GmpWork* gmp) {
+  const auto value = [work] { return WithPrefix(work->text); };
+  const auto by_gmp = [byte_count](GmpWork* gmp) {
     mpz_mul_2exp(gmp->result.get(), gmp->result.get(), 3);
     mpz_tdiv_r_2exp(gmp->result.get(), gmp->result.get(), 8 * byte_count);
   };
-  return {TextToText("0x" + digits + "<<3", byte_count), Gmp({digits}, byte_count, shift),
-          MakeContestant("modp_b16, shift", Role::kLimit, by_codec,
-                         [work] { return WithPrefix(work->text); })};
+  return Contest(TextToText("0x" + work->digits + "<<3", byte_count),
+                 Gmp({work->digits}, byte_count, by_gmp),
+                 MakeContestant("modp_b16, shift", Role::kLimit, by_codec, value));
 }
 
 std::vector<Contestant> JoinText(std::size_t byte_count) {
@@ -145,9 +146,9 @@ std::vector<Contestant> JoinText(std::size_t byte_count) {
       mpz_ior(gmp->result.get(), gmp->result.get(), gmp->operand.get());
     }
   };
-  return {TextToText(text, byte_count), Gmp(pieces, byte_count, join),
-          MakeContestant("modp_b16", Role::kLimit, by_codec,
-                         [work] { return WithPrefix(work->text); })};
+  const auto value = [work] { return WithPrefix(work->text); };
+  return Contest(TextToText(text, byte_count), Gmp(pieces, byte_count, join),
+                 MakeContestant("modp_b16", Role::kLimit, by_codec, value));
 }
 
 std::vector<Contestant> ShortJoin() {
@@ -158,7 +159,7 @@ std::vector<Contestant> ShortJoin() {
     mpz_mul_2exp(gmp->result.get(), gmp->result.get(), 3);
     mpz_tdiv_r_2exp(gmp->result.get(), gmp->result.get(), 16);
   };
-  return {TextToText("(0x1F@0x2B)<<3", 2), Gmp({"1F", "2B"}, 2, join_and_shift)};
+  return Contest(TextToText("(0x1F@0x2B)<<3", 2), Gmp({"1F", "2B"}, 2, join_and_shift));
 }
 
 std::vector<Contestant> ShortMask() {
@@ -167,8 +168,8 @@ std::vector<Contestant> ShortMask() {
     mpz_com(gmp->result.get(), gmp->result.get());
     mpz_and(gmp->result.get(), gmp->result.get(), gmp->operand.get());
   };
-  return {TextToText("~0x0123456789ABCDEF&0xF0F0F0F0F0F0F0F0", 8),
-          Gmp({"0123456789ABCDEF", "F0F0F0F0F0F0F0F0"}, 8, mask)};
+  return Contest(TextToText("~0x0123456789ABCDEF&0xF0F0F0F0F0F0F0F0", 8),
+                 Gmp({"0123456789ABCDEF", "F0F0F0F0F0F0F0F0"}, 8, mask));
 }
 
 }  // namespace zrt_bench

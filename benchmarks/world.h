@@ -55,6 +55,12 @@ struct World {
 /// Fields of one row each, in the local scope.
 using Rows = std::vector<std::pair<const char*, Bytes>>;
 
+inline Rows OneRow(const Bytes& row) {
+  Rows rows;
+  rows.emplace_back("row", row);
+  return rows;
+}
+
 /// "-511": a status in the place of a value.
 inline std::string StatusText(int status) { return "status " + std::to_string(status); }
 
