@@ -54,9 +54,9 @@ double Exponent(const std::vector<std::pair<double, double>>& points) {
 
 Row Grow(const Subject& subject, const Effort& effort, const char* panel, const MakeBySize& make) {
   constexpr std::size_t kSmallest = std::size_t{64} << 10U, kStep = 4;
-  Effort each = effort;  // many sizes share the time of a subject
-  each.subject_seconds /= 8;
-  each.fewest_rounds = std::max(2, effort.fewest_rounds / 2);
+  Effort each = effort;
+  each.subject_seconds /= 4;  // many sizes share the time of a subject
+  each.fewest_rounds = 2;
   Row row{subject.id, subject.title, Unit::kCount, 0, {}, panel, {}};
   for (std::size_t size = kSmallest; size <= effort.longest_text_bytes; size *= kStep) {
     const std::vector<Contestant> contestants = make(size);

@@ -43,29 +43,51 @@ void ShowProgress(const std::string& step) {
   if (isatty(STDERR_FILENO) != 0) std::cerr << "\r\033[K" << step << std::flush;
 }
 
-int Run(const Arguments& arguments) {
-  const std::regex filter(arguments.filter);
-  const Effort effort = arguments.is_quick ? Effort::Quick() : Effort::Full();
+Subjects Selected(const std::string& filter) {
+  const std::regex pattern(filter);
+  Subjects subjects = AllSubjects();
+  std::erase_if(subjects, [&pattern](const Subject& subject) {
+    return !std::regex_search(subject.id + " " + subject.title, pattern);
+  });
+  if (subjects.empty()) throw std::runtime_error("no subject is named like " + filter);
+  return subjects;
+}
+
+Row RunOne(const Subject& subject, const Effort& effort, const std::string& progress) {
+  ShowProgress(progress + " " + subject.id + " " + subject.title);
+  try {
+    return subject.run(subject, effort);
+  } catch (const std::exception& error) {
+    ShowProgress("");
+    throw std::runtime_error(subject.id + " " + subject.title + ": " + error.what());
+  }
+}
+
+std::vector<Row> RunAll(const Subjects& subjects, const Effort& effort) {
   std::vector<Row> rows;
-  for (const Subject& subject : AllSubjects()) {
-    const std::string name = subject.id + " " + subject.title;
-    if (!std::regex_search(name, filter)) continue;
-    ShowProgress(name);
-    try {
-      rows.push_back(subject.run(subject, effort));
-    } catch (const std::exception& error) {
-      ShowProgress("");
-      throw std::runtime_error(name + ": " + error.what());
+  for (int pass = 1; pass <= effort.pass_count; ++pass) {
+    const std::string progress =
+        "pass " + std::to_string(pass) + " of " + std::to_string(effort.pass_count);
+    for (std::size_t i = 0; i < subjects.size(); ++i) {
+      if (pass == 1) {
+        rows.push_back(RunOne(subjects[i], effort, progress));
+      } else if (subjects[i].is_timed) {
+        rows[i].KeepLeast(RunOne(subjects[i], effort, progress));
+      }
     }
   }
   ShowProgress("");
-  if (rows.empty()) throw std::runtime_error("no subject is named like " + arguments.filter);
+  return rows;
+}
+
+void Run(const Arguments& arguments) {
+  const Effort effort = arguments.is_quick ? Effort::Quick() : Effort::Full();
+  const std::vector<Row> rows = RunAll(Selected(arguments.filter), effort);
   PrintTable(rows, std::cout);
   if (!arguments.json_path.empty()) WriteJson(rows, arguments.json_path);
   const bool has_lines =
       std::any_of(rows.begin(), rows.end(), [](const Row& row) { return !row.lines.empty(); });
   if (!arguments.picture_path.empty() && has_lines) WritePicture(rows, arguments.picture_path);
-  return 0;
 }
 
 }  // namespace
@@ -84,7 +106,8 @@ int main(int argc, char** argv) {
     if (!arguments.peak_memory.empty()) {
       return PrintPeakMemory(arguments.peak_memory[0], arguments.peak_memory[1]);
     }
-    return Run(arguments);
+    Run(arguments);
+    return 0;
   } catch (const std::exception& error) {
     std::cerr << "zrt_bench: " << error.what() << '\n';
     return 1;

@@ -74,7 +74,7 @@ std::vector<double> Measure(const std::vector<Contestant>& contestants, const Ef
   std::vector<double> least(contestants.size(), std::numeric_limits<double>::infinity());
   const auto start = std::chrono::steady_clock::now();
   const std::chrono::duration<double> longest(effort.subject_seconds);
-  for (int round = 0; round < effort.most_rounds; ++round) {
+  for (int round = 0;; ++round) {
     const auto elapsed = std::chrono::steady_clock::now() - start;
     if (round >= effort.fewest_rounds && elapsed > longest) break;
     for (std::size_t i = 0; i < contestants.size(); ++i) {

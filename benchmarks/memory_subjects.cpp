@@ -41,7 +41,7 @@ Row MeasurePeak(const Subject& subject, std::size_t shape_index, std::size_t tex
       8 * static_cast<double>(text_bytes) + 3 * static_cast<double>(ResultBytes(shape, text_bytes));
   const double peak = PeakOfChild(shape_index, text_bytes);
   Row row{subject.id, subject.title, Unit::kBytes, peak, {}, {}, {}};
-  row.AddRival("8 x text + 3 x result", Role::kLimit, bound, peak / bound);
+  row.AddRival("8 x text, 3 x result", Role::kLimit, bound, peak / bound);
   return row;
 }
 

@@ -26,6 +26,7 @@ constexpr const char* kStyle = R"(<style>
   text { font: 12px system-ui, sans-serif } .title { font-size: 14px; font-weight: 600 }
   .head { font-size: 18px; font-weight: 600 } .small { font-size: 11px }
   path, line { fill: none } path { stroke-width: 1.8 } path.limit { stroke-width: 1.4 }
+  circle { stroke-width: 1.4; stroke-dasharray: none }
   @media (prefers-color-scheme: dark) {
     .paper { fill: #0d1117 } .ink { fill: #e6edf3 } .faint { fill: #9198a1 }
     .grid { stroke: #2b3138 } .limit { stroke: #9198a1 }
@@ -54,7 +55,7 @@ std::string Escaped(const std::string& text) {
   return escaped;
 }
 
-// Rows of one panel share it; a limit that several of them have is drawn once.
+// Rows of one panel share it; a limit that several of them have is drawn once, behind the others.
 std::vector<Panel> PanelsOf(const std::vector<Row>& rows) {
   std::vector<Panel> panels;
   for (const Row& row : rows) {
@@ -69,7 +70,19 @@ std::vector<Panel> PanelsOf(const std::vector<Row>& rows) {
       if (!is_there) panel->lines.push_back(line);
     }
   }
+  for (Panel& panel : panels) {
+    std::stable_partition(panel.lines.begin(), panel.lines.end(),
+                          [](const Line& line) { return line.role != Role::kLimit; });
+  }
   return panels;
+}
+
+// "64 KiB": what stands at an axis is round.
+std::string TickText(double amount, Unit unit) {
+  std::string text = Shown(amount, unit);
+  const std::size_t point = text.find('.'), blank = text.find(' ');
+  if (point < blank) text.erase(point, blank - point);
+  return text;
 }
 
 // From a number of bytes or seconds to a place on an axis that spans whole steps.
@@ -146,14 +159,14 @@ class PanelWriter {
       out_ << "<line class=\"grid\" x1=\"" << x << "\" y1=\"" << kPlotTop << "\" x2=\"" << x
            << "\" y2=\"" << kBottom << "\"/>\n";
       out_ << "<text class=\"faint small\" text-anchor=\"middle\" x=\"" << x << "\" y=\""
-           << kBottom + 16 << "\">" << Shown(sizes[i], Unit::kBytes) << "</text>\n";
+           << kBottom + 16 << "\">" << TickText(sizes[i], Unit::kBytes) << "</text>\n";
     }
     for (const double seconds : y_.Ticks()) {
       const double y = y_.At(seconds);
       out_ << "<line class=\"grid\" x1=\"" << kPlotLeft << "\" y1=\"" << y << "\" x2=\"" << kRight
            << "\" y2=\"" << y << "\"/>\n";
       out_ << "<text class=\"faint small\" text-anchor=\"end\" x=\"" << kPlotLeft - 6 << "\" y=\""
-           << y + 4 << "\">" << Shown(seconds, Unit::kSeconds) << "</text>\n";
+           << y + 4 << "\">" << TickText(seconds, Unit::kSeconds) << "</text>\n";
     }
   }
 

@@ -158,6 +158,14 @@ const Rival* Row::Limit() const {
   return place == rivals.end() ? nullptr : &*place;
 }
 
+void Row::KeepLeast(const Row& again) {
+  amount = std::min(amount, again.amount);
+  for (std::size_t i = 0; i < rivals.size(); ++i) {
+    rivals[i].amount = std::min(rivals[i].amount, again.rivals[i].amount);
+    rivals[i].ratio = amount / rivals[i].amount;
+  }
+}
+
 void Row::AddRival(const std::string& name, Role role, double rival_amount, double ratio) {
   Rival rival{name, role, rival_amount, ratio, {}};
   const RowAims aims = AimsOf(id);
@@ -219,7 +227,9 @@ void WriteJson(const std::vector<Row>& rows, const std::string& path) {
 }
 
 std::string Shown(double amount, Unit unit) {
-  if (unit == Unit::kCount) return Digits(amount);
+  if (unit == Unit::kCount) {
+    return amount == std::floor(amount) ? std::to_string(std::lround(amount)) : Digits(amount);
+  }
   static constexpr std::array<const char*, 4> kTimes = {" ns", " us", " ms", " s"};
   static constexpr std::array<const char*, 4> kSizes = {" B", " KiB", " MiB", " GiB"};
   const bool is_time = unit == Unit::kSeconds;

@@ -45,6 +45,9 @@ struct Row {
   const Rival* BestPeer() const;
   const Rival* Limit() const;
 
+  /// Takes the lesser times from another run of the same row.
+  void KeepLeast(const Row& again);
+
   /// Adds a rival with the aim that the table of aims has for it.
   void AddRival(const std::string& name, Role role, double rival_amount, double ratio);
 };

@@ -13,12 +13,12 @@ namespace {
 
 struct Text {
   const char* id;
-  const char* title;
-  std::string text;
   Numbers numbers;
+  std::string text;
   double value;        // as the language has it, which knows no precedence of operators
   double usual_value;  // as the peers have it
   double walk_value;   // strictly from left to right
+  std::string title = text;
 };
 
 // a+1-b+2-c+3-...: names and literals by turns.
@@ -44,20 +44,22 @@ std::string SumOfGroups(int count) {
 
 const std::vector<Text>& Texts() {
   constexpr Numbers kInt = Numbers::kInteger, kFloat = Numbers::kFloat;
+  // clang-format off
   static const std::vector<Text> texts = {
-      {"S1",           "1+2",                        "1+2",                  kInt,   3,       3,    3   },
-      {"S2",           "a+b*3-c",                    "a+b*3-c",              kInt,   33,      23,   33  },
-      {"S3",           "(1+2)*3+4",                  "(1+2)*3+4",            kInt,   21,      13,   13  },
-      {"S4",           "((a+1)*(b+2))-(c*4)",        "((a+1)*(b+2))-(c*4)",  kInt,   42,      42,   42  },
-      {"S5",           "chain of 20",                Chain(20),              kInt,   15,      15,   15  },
-      {"S6",           "chain of 200",               Chain(200),             kInt,   4560,    4560, 4560},
-      {"S7",           "((a&255)|(b<<4))>>1",        "((a&255)|(b<<4))>>1",  kInt,   58,      58,   58  },
-      {"S8",           "t[2]+t[i+1]",                "t[2]+t[i+1]",          kInt,   19,      19,   19  },
-      {"S9",           "((((a+1)+1)...+1), 50 deep", Nested(50),             kInt,   55,      55,   55  },
-      {"S10",          "(a+1)+(a+2)+...+(a+20)",     SumOfGroups(20),        kInt,   310,     310,  310 },
-      {"S11/names",    "x*1.5+y-0.25",               "x*1.5+y-0.25",         kFloat, 4.25,    4.25, 4.25},
-      {"S11/literals", "(1.5+2.25)*0.5-0.125",       "(1.5+2.25)*0.5-0.125", kFloat, 1.40625, 1.75, 1.75},
+      {"S1",           kInt,   "1+2",                  3,       3,    3},
+      {"S2",           kInt,   "a+b*3-c",              33,      23,   33},
+      {"S3",           kInt,   "(1+2)*3+4",            21,      13,   13},
+      {"S4",           kInt,   "((a+1)*(b+2))-(c*4)",  42,      42,   42},
+      {"S5",           kInt,   Chain(20),              15,      15,   15,   "chain of 20"},
+      {"S6",           kInt,   Chain(200),             4560,    4560, 4560, "chain of 200"},
+      {"S7",           kInt,   "((a&255)|(b<<4))>>1",  58,      58,   58},
+      {"S8",           kInt,   "t[2]+t[i+1]",          19,      19,   19},
+      {"S9",           kInt,   Nested(50),             55,      55,   55,   "50 nested groups"},
+      {"S10",          kInt,   SumOfGroups(20),        310,     310,  310,  "sum of 20 groups"},
+      {"S11/names",    kFloat, "x*1.5+y-0.25",         4.25,    4.25, 4.25},
+      {"S11/literals", kFloat, "(1.5+2.25)*0.5-0.125", 1.40625, 1.75, 1.75},
   };
+  // clang-format on
   return texts;
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kNumbers = "Numbers";
 constexpr const char* kFailures = "Texts that fail";
-constexpr const char* kPieces = "Joined bytes";
+constexpr const char* kBytes = "Joined bytes";
 constexpr const char* kBitPieces = "Joined 3-bit pieces";
 
 struct ShapeWork : World {
@@ -66,32 +66,38 @@ void Check(const ShapeWork& work, long expected) {
 
 // t[1] is 1.
 const std::vector<Shape>& Shapes() {
-  constexpr Kind kInt = Kind::kInteger, kBits = Kind::kBits;
+  constexpr Kind kInt = Kind::kInteger, kFloat = Kind::kFloat, kBits = Kind::kBits;
+  // The formatter would give each column the width of its longest entry.
+  // clang-format off
   static const std::vector<Shape> shapes = {
-      {"chain 1+1",            kNumbers,   kInt,         "1+",           "1",    "",       0,                        1,  1},
-      {"floats 1.0*1",         kNumbers,   Kind::kFloat, "1.0*",         "1",    "",       0,                        0,  1},
-      {"groups (1)+1",         kNumbers,   kInt,         "(1)+",         "1",    "",       0,                        1,  1},
-      {"left ((1)+1)+1",       kNumbers,   kInt,         "(",            "1",    ")+1",    0,                        1,  1},
-      {"right 1+(1+(1))",      kNumbers,   kInt,         "1+(",          "1",    ")",      0,                        1,  1},
-      {"nested (((1)))",       kNumbers,   kInt,         "(",            "1",    ")",      0,                        0,  1},
-      {"unary ~1+~1",          kNumbers,   kInt,         "~1+",          "1",    "",       0,                        -2, 1},
-      {"indexes t[1]+1",       kNumbers,   kInt,         "t[1]+",        "1",    "",       0,                        1,  1},
-      {"unclosed (((1",        kFailures,  kInt,         "(",            "1",    "",       ErrUnbalancedParenthesis, 0,  0},
-      {"stray ~~1]]",          kFailures,  kInt,         "~",            "1",    "]",      ErrStrayCloseBracket,     0,  0},
-      {"nested t[t[1]]",       kFailures,  kInt,         "t[",           "1",    "]",      ErrNegativeIndex,         0,  0},
-      {"flat",                 kPieces,    kBits,        "0x5A@",        "0x5A", "",       0,                        8,  8},
-      {"groups",               kPieces,    kBits,        "(0x5A)@",      "0x5A", "",       0,                        8,  8},
-      {"mixed",                kPieces,    kBits,        "0x5A@(0x5A)@", "0x5A", "",       0,                        16, 8},
-      {"left-nested",          kPieces,    kBits,        "(",            "0x5A", ")@0x5A", 0,                        8,  8},
-      {"right-nested",         kPieces,    kBits,        "0x5A@(",       "0x5A", ")",      0,                        8,  8},
-      {"unary",                kPieces,    kBits,        "~0x5A@",       "0x5A", "",       0,                        8,  8},
-      {"flat, 3 bits",         kBitPieces, kBits,        "#101@",        "#101", "",       0,                        3,  3},
-      {"groups, 3 bits",       kBitPieces, kBits,        "(#101)@",      "#101", "",       0,                        3,  3},
-      {"mixed, 3 bits",        kBitPieces, kBits,        "#101@(#101)@", "#101", "",       0,                        6,  3},
-      {"left-nested, 3 bits",  kBitPieces, kBits,        "(",            "#101", ")@#101", 0,                        3,  3},
-      {"right-nested, 3 bits", kBitPieces, kBits,        "#101@(",       "#101", ")",      0,                        3,  3},
-      {"unary, 3 bits",        kBitPieces, kBits,        "~#101@",       "#101", "",       0,                        3,  3},
+      {kNumbers,   "chain 1+1",       kInt,   "1+",           "1",    "",       1,  1},
+      {kNumbers,   "floats 1.0*1",    kFloat, "1.0*",         "1",    "",       0,  1},
+      {kNumbers,   "groups (1)+1",    kInt,   "(1)+",         "1",    "",       1,  1},
+      {kNumbers,   "left ((1)+1)+1",  kInt,   "(",            "1",    ")+1",    1,  1},
+      {kNumbers,   "right 1+(1+(1))", kInt,   "1+(",          "1",    ")",      1,  1},
+      {kNumbers,   "nested (((1)))",  kInt,   "(",            "1",    ")",      0,  1},
+      {kNumbers,   "unary ~1+~1",     kInt,   "~1+",          "1",    "",      -2,  1},
+      {kNumbers,   "indexes t[1]+1",  kInt,   "t[1]+",        "1",    "",       1,  1},
+      {kFailures,  "unclosed (((1",   kInt,   "(",            "1",    "",       0,  0,
+       ErrUnbalancedParenthesis},
+      {kFailures,  "stray ~~1]]",     kInt,   "~",            "1",    "]",      0,  0,
+       ErrStrayCloseBracket},
+      {kFailures,  "nested t[t[1]]",  kInt,   "t[",           "1",    "]",      0,  0,
+       ErrNegativeIndex},
+      {kBytes,     "flat",            kBits,  "0x5A@",        "0x5A", "",       8,  8},
+      {kBytes,     "groups",          kBits,  "(0x5A)@",      "0x5A", "",       8,  8},
+      {kBytes,     "mixed",           kBits,  "0x5A@(0x5A)@", "0x5A", "",       16, 8},
+      {kBytes,     "left",            kBits,  "(",            "0x5A", ")@0x5A", 8,  8},
+      {kBytes,     "right",           kBits,  "0x5A@(",       "0x5A", ")",      8,  8},
+      {kBytes,     "unary",           kBits,  "~0x5A@",       "0x5A", "",       8,  8},
+      {kBitPieces, "flat, 3 bits",    kBits,  "#101@",        "#101", "",       3,  3},
+      {kBitPieces, "groups, 3 bits",  kBits,  "(#101)@",      "#101", "",       3,  3},
+      {kBitPieces, "mixed, 3 bits",   kBits,  "#101@(#101)@", "#101", "",       6,  3},
+      {kBitPieces, "left, 3 bits",    kBits,  "(",            "#101", ")@#101", 3,  3},
+      {kBitPieces, "right, 3 bits",   kBits,  "#101@(",       "#101", ")",      3,  3},
+      {kBitPieces, "unary, 3 bits",   kBits,  "~#101@",       "#101", "",       3,  3},
   };
+  // clang-format on
   return shapes;
 }
 

@@ -14,15 +14,15 @@ namespace zrt_bench {
 enum class Kind { kInteger, kFloat, kBits };
 
 struct Shape {
-  const char* name;
   const char* panel;  // of the picture
+  const char* name;
   Kind kind;
   const char* before;
   const char* middle;
   const char* behind;
-  int status;           // 0, or the failure that is right
-  int value_of_piece;   // an integer's or a float's sum, or bits: what each piece adds ...
+  int value_of_piece;   // a number, or bits: what each piece adds ...
   int value_of_middle;  // ... to what the middle gives
+  int status = 0;       // or the failure that is right
 };
 
 const std::vector<Shape>& Shapes();

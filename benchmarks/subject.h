@@ -16,6 +16,7 @@ struct Subject {
   std::string id;     // of its row, as the table of aims knows it
   std::string title;  // the text that is evaluated, or what is done
   std::function<Row(const Subject&, const Effort&)> run;
+  bool is_timed = false;  // run in each pass, keeping the least times; else in the first alone
 };
 
 using Subjects = std::vector<Subject>;
@@ -27,7 +28,8 @@ inline Subject Timed(std::string id, std::string title,
           [make = std::move(make)](const Subject& subject, const Effort& effort) {
             const std::vector<Contestant> contestants = make();
             return TimedRow(subject.id, subject.title, contestants, Measure(contestants, effort));
-          }};
+          },
+          true};
 }
 
 // In the order of the table.

@@ -117,7 +117,7 @@ std::vector<Contestant> ShiftText(std::size_t byte_count) {
   };
   return Contest(TextToText("0x" + work->digits + "<<3", byte_count),
                  Gmp({work->digits}, byte_count, by_gmp),
-                 MakeContestant("modp_b16, shift", Role::kLimit, by_codec, value));
+                 MakeContestant("codec, shift", Role::kLimit, by_codec, value));
 }
 
 std::vector<Contestant> JoinText(std::size_t byte_count) {

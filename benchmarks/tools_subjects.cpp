@@ -1,7 +1,7 @@
-// The host program over a file of a million short texts, by the clock on the wall: what someone
-// waits for who pipes lines through it.
+// The host program over a file of a million short texts, start and end of the program included.
+#include <sys/resource.h>
+
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -80,8 +80,18 @@ void Run(const std::string& command) {
   if (std::system(command.c_str()) != 0) throw std::runtime_error(command + " fails");
 }
 
+double Seconds(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+}
+
+// The processor time of all child processes that have ended.
+double ChildrenNow() {
+  rusage usage{};
+  getrusage(RUSAGE_CHILDREN, &usage);
+  return Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
+}
+
 Row TimeLines(const Subject& subject, const Effort& effort) {
-  using Clock = std::chrono::steady_clock;
   const std::filesystem::path folder =
       std::filesystem::read_symlink("/proc/self/exe").parent_path();
   const Place place;
@@ -92,10 +102,10 @@ Row TimeLines(const Subject& subject, const Effort& effort) {
   Run(command + "'" + place.File("values") + "'");
   CheckLines(place.File("values"));
   double least = std::numeric_limits<double>::infinity();
-  for (int round = 0; round < 3 * effort.fewest_rounds; ++round) {
-    const auto start = Clock::now();
+  for (int round = 0; round < 2 * effort.fewest_rounds; ++round) {
+    const double start = ChildrenNow();
     Run(command + "/dev/null");
-    least = std::min(least, std::chrono::duration<double>(Clock::now() - start).count());
+    least = std::min(least, ChildrenNow() - start);
   }
   Row row{subject.id, subject.title, Unit::kSeconds, least, {}, {}, {}};
   row.AddRival("5 million lines/s", Role::kLimit, kWantedSeconds, least / kWantedSeconds);
@@ -105,7 +115,7 @@ Row TimeLines(const Subject& subject, const Effort& effort) {
 }  // namespace
 
 void AddTools(Subjects* subjects) {
-  subjects->push_back({"L", "zrteval int --batch, a million lines", TimeLines});
+  subjects->push_back({"L", "zrteval int --batch, a million lines", TimeLines, true});
 }
 
 }  // namespace zrt_bench
