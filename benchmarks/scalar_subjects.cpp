@@ -112,8 +112,8 @@ void ExpectValues(const Text& text, std::vector<Contestant>* contestants) {
                                                            : text.walk_value;
     const std::string expected = ValueText(value);
     contestant.value = [value = contestant.value, expected] {
-      const std::string given = value();
-      return given == expected ? "what it should" : given + " for " + expected;
+      std::string given = value();
+      return given == expected ? "what it should" : given.append(" for ").append(expected);
     };
   }
 }
