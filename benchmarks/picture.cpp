@@ -26,7 +26,7 @@ constexpr const char* kStyle = R"(<style>
   text { font: 12px system-ui, sans-serif } .title { font-size: 14px; font-weight: 600 }
   .head { font-size: 18px; font-weight: 600 } .small { font-size: 11px }
   path, line { fill: none } path { stroke-width: 1.8 } path.limit { stroke-width: 1.4 }
-  circle { stroke-width: 1.4; stroke-dasharray: none }
+  circle.paper { stroke-width: 1.4; stroke-dasharray: none }
   @media (prefers-color-scheme: dark) {
     .paper { fill: #0d1117 } .ink { fill: #e6edf3 } .faint { fill: #9198a1 }
     .grid { stroke: #2b3138 } .limit { stroke: #9198a1 }

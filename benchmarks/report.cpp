@@ -187,6 +187,8 @@ Row TimedRow(std::string id, std::string subject, const std::vector<Contestant>&
 std::vector<std::string> Surroundings() {
   utsname system{};
   uname(&system);
+  std::string release = system.release;
+  release.erase(std::min(release.find('-'), release.size()));
   std::ifstream huge_pages("/sys/kernel/mm/transparent_hugepage/enabled");
   std::string choice;
   std::getline(huge_pages, choice);
@@ -200,7 +202,7 @@ std::vector<std::string> Surroundings() {
 #else
         "Compiler: g++ " __VERSION__,
 #endif
-        std::string("System: ") + system.sysname + " " + system.release +
+        std::string("System: ") + system.sysname + " " + release +
             ", transparent huge pages: " + choice
   };
 }

@@ -18,10 +18,10 @@ namespace {
 // average. With one run only it stands at the end, so that a writer cannot know before that there
 // is anything to write.
 Bytes MakeBytes(std::size_t byte_count, Runs runs) {
-  if (runs == Runs::kAll) return Bytes(byte_count, 0x5A);
   Bytes bytes = RandomBytes(byte_count);
-  if (runs == Runs::kOne) {
-    std::fill(bytes.end() - 8, bytes.end(), static_cast<unsigned char>(0x5A));
+  if (runs == Runs::kAll || runs == Runs::kOne) {
+    const auto first = runs == Runs::kAll ? bytes.begin() : bytes.end() - 8;
+    std::fill(first, bytes.end(), static_cast<unsigned char>(0x5A));
     return bytes;
   }
   std::mt19937 random(3);
@@ -70,7 +70,8 @@ std::vector<Contestant> ReadRunLength(std::size_t byte_count, Runs runs) {
   const Bytes bytes = MakeBytes(byte_count, runs);
   WriterWork writer(bytes);
   fnGetDataExpression(&writer.data, writer.text.data());
-  return Contest(TextToStream(writer.text.c_str()), DecodeByModp(bytes), Memcpy(bytes, true));
+  writer.text.resize(writer.text.find('\0'));
+  return Contest(TextToStream(writer.text), DecodeByModp(bytes), Memcpy(bytes, true));
 }
 
 }  // namespace zrt_bench

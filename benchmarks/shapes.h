@@ -14,15 +14,15 @@ namespace zrt_bench {
 enum class Kind { kInteger, kFloat, kBits };
 
 struct Shape {
-  const char* panel;  // of the picture
-  const char* name;
-  Kind kind;
-  const char* before;
-  const char* middle;
-  const char* behind;
-  int value_of_piece;   // a number, or bits: what each piece adds ...
-  int value_of_middle;  // ... to what the middle gives
-  int status = 0;       // or the failure that is right
+  const char* panel = "";  // of the picture
+  const char* name = "";
+  Kind kind = Kind::kInteger;
+  const char* before = "";
+  const char* middle = "";
+  const char* behind = "";
+  int value_of_piece = 0;   // a number, or bits: what each piece adds ...
+  int value_of_middle = 0;  // ... to what the middle gives
+  int status = 0;           // or the failure that is right
 };
 
 const std::vector<Shape>& Shapes();

@@ -128,7 +128,8 @@ inline Contestant TextToText(std::string text, std::size_t byte_count, const Row
     work->status = work->expression.GetBitStream(work->text.c_str(), work->hex_text.data());
   };
   const auto value = [work] {
-    return work->status == 0 ? std::string(work->hex_text.data()) : StatusText(work->status);
+    if (work->status != 0) return StatusText(work->status);
+    return work->hex_text.substr(0, work->hex_text.find('\0'));
   };
   return MakeContestant("this library", Role::kLibrary, evaluate, value);
 }
