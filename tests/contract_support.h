@@ -1,4 +1,4 @@
-// What the tests share that stands on the contracts alone: doors to the private members of the
+// What the tests share that stands on the contracts alone: a way to the private members of the
 // evaluator, and streams in the notation of people, "0ABC/12" for the 12 bits ABC in two bytes.
 #pragma once
 
@@ -10,7 +10,7 @@
 
 #include "ZRTExpression.h"
 
-// Each file that includes this has doors of its own: an explicit instantiation may stand only once
+// Each file that includes this opens them for itself: an explicit instantiation may stand only once
 // in a program.
 namespace {  // NOLINT(google-build-namespaces)
 

@@ -15,7 +15,7 @@
 #include "reference.h"
 #include "support.h"
 
-namespace {  // NOLINT(google-build-namespaces): as the doors of support.h
+namespace {  // NOLINT(google-build-namespaces): as in contract_support.h
 
 using reference::StatusOf;
 using reference::Stream;

@@ -31,7 +31,7 @@ look_?at
 
 readonly max_lines=399
 
-mapfile -t files < <(find bench cmake data docs fuzz include outside src tests tools .ci -type f
+mapfile -t files < <(find bench benchmarks check fuzz run test cmake data docs include outside src tests tools .ci -type f
                      find . -maxdepth 1 -type f -printf '%f\n')
 chosen() { printf '%s\n' "${files[@]}" | grep -E "$1"; }
 mapfile -t code < <(chosen '\.(h|cpp)$')
