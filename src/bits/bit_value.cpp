@@ -41,7 +41,7 @@ std::span<std::uint8_t> BitValue::OwnBytes() {
 
 std::span<std::uint8_t> BitValue::Rebuild(std::size_t byte_count) {
   if (byte_count > capacity_) {
-    heap_ = std::make_unique_for_overwrite<std::uint8_t[]>(byte_count);
+    heap_.reset(new std::uint8_t[byte_count]);  // not zeroed, nor is any other buffer
     capacity_ = byte_count;
   }
   borrowed_ = nullptr;
@@ -148,7 +148,7 @@ void BitValue::MakeRoom(const Room& room) {
       room.front > in_front ? needed : std::min(in_front - room.front, needed);
   const std::size_t back_slack = room.back > behind ? needed : std::min(behind - room.back, needed);
   const std::size_t capacity = needed + front_slack + back_slack;
-  auto heap = std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
+  std::unique_ptr<std::uint8_t[]> heap(new std::uint8_t[capacity]);
   const std::size_t first = front_slack + room.front;
   std::memcpy(heap.get() + first, borrowed_ ? borrowed_ : buffer() + first_, size);
   heap_ = std::move(heap);

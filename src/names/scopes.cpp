@@ -17,9 +17,7 @@ constexpr std::string_view kMaskNames[] = {
 }  // namespace
 
 NameBuffer::NameBuffer(std::string_view name) {
-  if (name.size() >= kInlineSize) {
-    heap_ = std::make_unique_for_overwrite<char[]>(name.size() + 1);
-  }
+  if (name.size() >= kInlineSize) heap_.reset(new char[name.size() + 1]);
   text()[name.copy(text(), name.size())] = '\0';
 }
 

@@ -1,5 +1,6 @@
 // The conversions. std::from_chars reads floats, since the platform's own conversion obeys the
-// locale and reads hexadecimal.
+// locale and reads hexadecimal. Where the standard library has it for integers alone, the platform
+// is handed a plain decimal number and the locale of C.
 #include "scalar/convert.h"
 
 #include <algorithm>
@@ -11,8 +12,20 @@
 
 #include "scan/number.h"
 
+#ifndef __cpp_lib_to_chars
+#include <locale.h>
+#include <stdlib.h>
+
+#include <string>
+#if defined(__APPLE__)
+#include <xlocale.h>
+#endif
+#endif
+
 namespace zrt {
 namespace {
+
+#ifdef __cpp_lib_to_chars
 
 // from_chars gives the same error for a literal that is too large and for one that is too small.
 // Which it was, the decimal point's distance from the first digit tells.
@@ -30,6 +43,34 @@ double OutOfRange(std::string_view text) {
   }
   return digit_count > places_down ? std::numeric_limits<double>::infinity() : 0.0;
 }
+
+double LeadingDouble(std::string_view text) {
+  double value = 0.0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc::result_out_of_range ? OutOfRange(text) : value;
+}
+
+#else
+
+std::size_t SkipDigits(std::string_view text, std::size_t position) {
+  while (position < text.size() && IsDecimalDigit(text[position])) ++position;
+  return position;
+}
+
+// Cuts the text behind its leading decimal number: digits, a fraction, and an exponent that has
+// digits.
+double LeadingDouble(std::string_view text) {
+  std::size_t end = SkipDigits(text, 0);
+  if (text.substr(end).starts_with('.')) end = SkipDigits(text, end + 1);
+  if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+    const std::size_t digits = end + (text.substr(end + 1).starts_with('-') ? 2 : 1);
+    if (SkipDigits(text, digits) > digits) end = SkipDigits(text, digits);
+  }
+  static const locale_t c_locale = newlocale(LC_ALL_MASK, "C", nullptr);
+  return strtod_l(std::string(text.substr(0, end)).c_str(), nullptr, c_locale);
+}
+
+#endif
 
 }  // namespace
 
@@ -49,10 +90,7 @@ void FromFloat(float value, int& number) {
 void FromLiteral(std::string_view text, int& number) { number = LeadingDecimal(text); }
 
 void FromLiteral(std::string_view text, float& number) {
-  double value = 0.0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error == std::errc::result_out_of_range) value = OutOfRange(text);
-  number = static_cast<float>(value);
+  number = static_cast<float>(LeadingDouble(text));
 }
 
 }  // namespace zrt

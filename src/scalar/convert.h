@@ -3,6 +3,13 @@
 
 #include <string_view>
 
+// Each float operation has the one result that IEEE 754 gives it. Compilers that may take no float
+// for a NaN drop the test for it, and with it the 0 that it reads as an integer.
+#if defined(__FAST_MATH__) || (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__) || \
+    defined(__RECIPROCAL_MATH__) || defined(__ASSOCIATIVE_MATH__) || defined(__NO_SIGNED_ZEROS__)
+#error "zrtexpression is not built with -ffast-math or a part of it: float results would change"
+#endif
+
 namespace zrt {
 
 /// A token's float as an integer: truncated toward zero, the nearest bound if it lies outside 32

@@ -67,7 +67,7 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
 Mark* MarkedText::MoveToHeap(std::uint32_t position) {
   const auto to_come = std::ranges::count_if(
       text_.substr(position), [](char c) { return ClassOf(c) != CharClass::kPlain; });
-  heap_ = std::make_unique_for_overwrite<Mark[]>(kInlineMarks + static_cast<std::size_t>(to_come));
+  heap_.reset(new Mark[kInlineMarks + static_cast<std::size_t>(to_come)]);
   std::ranges::copy(inline_, heap_.get());
   return marks_ = heap_.get();
 }
