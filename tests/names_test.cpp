@@ -62,8 +62,10 @@ TEST(Names, FuseArrayOutputFallsBackToItsInput) {
 TEST(Names, IsTokenCutsAtTheFirstDotAndBracket) {
   World world;
   world.global_tokens.Add(ZRTTokens::IntScalar("Speed", 1));
+  world.global_tokens.Add(ZRTTokens::IntScalar(".hidden", 1));
   world.external_data.AddField("a");
-  for (const char* text : {"Speed", "Speed.unit", "Speed[2]", "a[1].b", "FuseArray_MASK.x"}) {
+  for (const char* text :
+       {".hidden", ".hidden[1]", "Speed", "Speed.unit", "Speed[2]", "a[1].b", "FuseArray_MASK.x"}) {
     EXPECT_TRUE(IsToken(world.expression, text)) << text;
   }
   for (const char* text : {"", "Speed [2]", ".Speed", "[3]", "speed"}) {

@@ -44,7 +44,7 @@ is_exempt() {
   case "$1" in
     './run '[^a-z]*) ;;               # shows a choice of the language: nothing to compare with
     ./test* | ./check* | .ci/run*) ;; # would run this test
-    ./bench* | ./fuzz*) ;;            # take minutes, and tell times
+    ./bench* | ./fuzz* | ./matrix*) ;; # take minutes, and tell times
     'cmake '*) ;;                     # consumer_test.sh builds, installs and takes in
     *) return 1 ;;
   esac
