@@ -136,17 +136,17 @@ class Outcomes {
     RowDataStream stream;
     std::vector<unsigned char> bytes(Below(Below(4) == 0 ? 600 : 9));
     for (unsigned char& byte : bytes) byte = static_cast<unsigned char>(random_());
-    Append(stream, bytes);
+    stream.Append(bytes);
     stream.BitLength =
         std::max(0, static_cast<int>(8 * bytes.size()) - static_cast<int>(Below(12)));
     return stream;
   }
 
   // Status and result, the text, which a search may rewrite, and the row that each field is at.
-  template <class Value, class Door>
-  void Add(Subject subject, Value&& value, Door door) {
+  template <class Value, class Operation>
+  void Add(Subject subject, Value&& value, Operation operation) {
     Digest& digest = digests_[subject];
-    digest.Add(door(expression_, text_.data(), &value));
+    digest.Add(operation(expression_, text_.data(), &value));
     digest.Add(value);
     digest.Add(text_);
     for (QLMDataField* field : fields_) {

@@ -13,13 +13,9 @@
 #include "scan/number.h"
 
 #ifndef __cpp_lib_to_chars
-#include <locale.h>
-#include <stdlib.h>
-
+#include <clocale>
+#include <cstdlib>
 #include <string>
-#if defined(__APPLE__)
-#include <xlocale.h>
-#endif
 #endif
 
 namespace zrt {
@@ -66,8 +62,10 @@ double LeadingDouble(std::string_view text) {
     const std::size_t digits = end + (text.substr(end + 1).starts_with('-') ? 2 : 1);
     if (SkipDigits(text, digits) > digits) end = SkipDigits(text, digits);
   }
-  static const locale_t c_locale = newlocale(LC_ALL_MASK, "C", nullptr);
-  return strtod_l(std::string(text.substr(0, end)).c_str(), nullptr, c_locale);
+  const locale_t c_locale = newlocale(LC_ALL_MASK, "C", nullptr);
+  const double value = strtod_l(std::string(text.substr(0, end)).c_str(), nullptr, c_locale);
+  freelocale(c_locale);
+  return value;
 }
 
 #endif
