@@ -117,7 +117,7 @@ std::string OutcomeOf(char kind, ZRTExpression& expression, const char* text) {
     status = expression.GetFloatOperand(text, &number);
     value << number;
   } else if (kind == 'h') {
-    char hex[256];
+    static char hex[1 << 16];  // any value of these tests
     status = expression.GetBitStream(text, hex);
     value << hex;
   } else {

@@ -89,7 +89,8 @@ for document in README.md docs/embedding.md docs/language.md docs/scope-file.md;
   [[ ! -s missing ]] || fail "$name tells what tests/consumer does not do: $(< missing)"
 done
 while IFS= read -r header; do
-  [[ -e $source_dir/include/$header || -e $source_dir/outside/$header ]] || fail "No header $header"
+  [[ -n $(cd "$source_dir" && find include outside src tests benchmarks -path "*/$header" -o -path "$header") ]] ||
+    fail "No header $header"
 done < <(cd "$source_dir" && grep -ohE '`[A-Za-z0-9_/]+\.h`' README.md docs/*.md | tr -d '`')
 for header in ZRTExpression.h RowDataStream.h ErrorCodes.h; do
   header_examples "include/$header" | is_run_as "$header"
