@@ -49,12 +49,14 @@ class Walk {
     Side side;
     RuledOut ruled_out;
   };
+  // clang-format off
   static constexpr SideTurn kTurns[2][2] = {
-  // Around a unary operator, the first one of a text without groups.
+      // Around a unary operator, the first one of a text without groups.
       {{Side::kLeft, RuledOut::kGroupsAndUnary}, {Side::kRight, RuledOut::kGroups}},
- // Around a group, the first one of its text.
-      {{Side::kRight, RuledOut::kNothing},       {Side::kLeft, RuledOut::kGroups} },
+      // Around a group, the first one of its text.
+      {{Side::kRight, RuledOut::kNothing}, {Side::kLeft, RuledOut::kGroups}},
   };
+  // clang-format on
 
   // Where a piece is cut: at the mark of a "(" or of a unary operator; a chain is not cut.
   struct Cut {

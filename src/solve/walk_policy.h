@@ -15,18 +15,16 @@ enum class GroupNegation : std::uint8_t {
 
 /// The defaults. A policy adds what has none:
 ///
-///   Value                          the type of a value: default-constructible and movable
-///   kGroupNegation                 see GroupNegation
-///   Read(text, value)              reads one operand. On failure `value` is what the operand
-///   leaves
-///                                  in the result of a chain that begins with it: 1-bit rows of a
-///                                  field that has no row left keep their length, for one
-///   Apply(value, code, operand)    a binary operator, in place; the operand may be used up
-///   ApplyUnary(value, code)        a unary operator, in place; not needed without a unary path
-///   Deliver(value, is_added)       `value` is the outcome, of a failure too. `is_added` tells that
-///   no
-///                                  operator has met what the caller's result held before, so that
-///                                  the value comes behind it: (2), but not 1+(2)
+///   Value                        the type of a value: default-constructible and movable
+///   kGroupNegation               see GroupNegation
+///   Read(text, value)            reads one operand. On failure `value` is what it leaves in the
+///                                result of a chain that begins with it: of a field without a row
+///                                left no bytes, but the bit length told for the row
+///   Apply(value, code, operand)  a binary operator, in place; the operand may be used up
+///   ApplyUnary(value, code)      a unary operator, in place; not needed without a unary path
+///   Deliver(value, is_added)     `value` is the outcome, of a failure too. `is_added` tells that
+///                                no operator has met what the caller's result held before, so
+///                                the value comes behind it: (2), but not 1+(2)
 struct WalkDefaults {
   /// 1<<x fails at the "<<", before x is read (floats).
   static constexpr bool kRefusesShifts = false;
