@@ -30,6 +30,7 @@
 #include "hq4170.h"
 #include "qlmplusdata.h"
 #include "zrtexpression/export.h"
+#include "zrtexpression/trace.h"
 #include "zrttokentree.h"
 
 namespace zrt {
@@ -148,6 +149,33 @@ class ZRT_EXPORT ZRTExpression {
   /// for which there is no memory from the start, leaves it alone. Not null; `text` is not changed.
   /// @return as GetBitStream, but for ErrUnbalancedParenthesis and ErrMisplacedOperator.
   int SolveBitStreamExpression(char* text, RowDataStream* result);
+
+  // ---- Where, why and how --------------------------------------------------------------------
+
+  /// The evaluators above, which also tell where a failure stands and let an observer watch. The
+  /// evaluation, its status and its result are the same; what is watched costs what the observer
+  /// does, besides some tens of nanoseconds an event.
+  /// @param failure   filled whatever the status; null if it is not wanted.
+  /// @param observer  told of each step as it happens; null for nobody. It must not evaluate with
+  ///                  this object, nor change a scope or the text.
+  int GetIntegerOperand(const char* text, int* result, zrt::Failure* failure,
+                        zrt::Observer* observer = nullptr);
+  int GetFloatOperand(const char* text, float* result, zrt::Failure* failure,
+                      zrt::Observer* observer = nullptr);
+  int GetBitStream(const char* text, RowDataStream* result, zrt::Failure* failure,
+                   zrt::Observer* observer = nullptr);
+  int GetBitStream(const char* text, char* hexText, zrt::Failure* failure,
+                   zrt::Observer* observer = nullptr);
+
+  /// Tells `observer` each operand that an evaluation of `text` would read, in the order of
+  /// reading, those of an index before their operand: what its name stands for, without a value.
+  /// Nothing is evaluated, so no row moves; names that stand for nothing are told too.
+  /// @return 0, or the status of a text that cannot be cut: ErrMissingOperand,
+  ///         ErrUnbalancedParenthesis, ErrMisplacedOperator, ErrInvalidOperator,
+  ///         ErrMissingCloseBracket, ErrEmptyIndex, ErrStrayCloseBracket, ErrMissingArrayName,
+  ///         ErrStreamWrite; the operands up to there have been told.
+  int GetNames(const char* text, zrt::ValueKind kind, zrt::Observer* observer,
+               zrt::Failure* failure = nullptr);
 
   // ---- Lookups -------------------------------------------------------------------------------
 
