@@ -58,6 +58,7 @@ struct CutEvent {
 /// An operand has been read, or is named (ZRTExpression::GetNames).
 struct OperandEvent {
   enum class Meaning : std::uint8_t { kUnknown, kLiteral, kToken, kField, kMaskName };
+  enum class Literal : std::uint8_t { kNone, kDecimal, kFraction, kHexadecimal, kBinary };
   enum class Scope : std::uint8_t { kNone, kLocal, kGlobal, kExternal };
 
   Place place;                          // all of it, as it was read
@@ -65,6 +66,7 @@ struct OperandEvent {
   Place index;                          // the text in brackets without blanks at its ends
   Place unread;                         // what stands behind "]" and is not looked at
   Meaning meaning = Meaning::kUnknown;  // unknown: GetNames alone
+  Literal literal = Literal::kNone;     // of a literal; "1." and "1e" are decimal
   Scope scope = Scope::kNone;           // of a token or field
   bool has_index = false;
   bool has_value = false;  // not from GetNames
