@@ -9,9 +9,9 @@
 //   Printer printer;
 //   expression.GetIntegerOperand("(size+1)*2", &value, nullptr, &printer);  // 1: 8, 6: 1, 9: 2
 //
-// Values are numbered from 0 as operands are read. What an operator computes keeps the number of its
-// left side, that of a unary operator the number of its operand. So a table of values by number,
-// with each OnOperand and OnResult written into it, is the evaluation replayed.
+// Values are numbered from 0 as operands are read. What an operator computes keeps the number of
+// its left side, that of a unary operator the number of its operand. So a table of values by
+// number, with each OnOperand and OnResult written into it, is the evaluation replayed.
 #pragma once
 
 #include <cstddef>
@@ -55,7 +55,7 @@ struct CutEvent {
   Place middle;  // from "(" through ")"; the unary operator and its operand; of a chain all of it
 };
 
-/// An operand has been read, or is named (ZRTExpression::GetNames).
+/// An operand has been read, or is named (ZRTExpression::GetNames), and then has no value.
 struct OperandEvent {
   enum class Meaning : std::uint8_t { kUnknown, kLiteral, kToken, kField, kMaskName };
   enum class Literal : std::uint8_t { kNone, kDecimal, kFraction, kHexadecimal, kBinary };
@@ -69,8 +69,7 @@ struct OperandEvent {
   Literal literal = Literal::kNone;     // of a literal; "1." and "1e" are decimal
   Scope scope = Scope::kNone;           // of a token or field
   bool has_index = false;
-  bool has_value = false;  // not from GetNames
-  int index_status = 0;    // bit vectors go on with the value of an index that failed
+  int index_status = 0;  // bit vectors go on with the value of an index that failed
   int index_value = -1;
   ZRTTokens* token = nullptr;     // of a token
   QLMDataField* field = nullptr;  // of a data field
@@ -79,7 +78,7 @@ struct OperandEvent {
   ValueView value;
 };
 
-/// An operator meets its sides. OnResult or OnFailure follows, unless it does nothing.
+/// An operator meets its sides. OnResult or OnFailure follows where it applies or is ignored.
 struct OperatorEvent {
   enum class Effect : std::uint8_t {
     kApplies,   // computes; a refused one fails

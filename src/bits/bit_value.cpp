@@ -33,6 +33,19 @@ std::span<const std::uint8_t> BitValue::Bytes() {
   return Stored();
 }
 
+void BitValue::CopyTo(std::size_t first, std::span<std::uint8_t> bytes) const {
+  const std::uint8_t* own = (heap_ ? heap_.get() : inline_.data()) + first_;
+  const std::uint8_t* from = (borrowed_ ? borrowed_ : own) + first;
+  if (low_bit_ == 0) {
+    std::copy_n(from, bytes.size(), bytes.begin());
+    return;
+  }
+  for (std::uint8_t& byte : bytes) {
+    byte = static_cast<std::uint8_t>((from[0] << (8 - low_bit_)) | (from[1] >> low_bit_));
+    ++from;
+  }
+}
+
 std::span<std::uint8_t> BitValue::OwnBytes() {
   const auto [target, source] = Rewrite();
   if (target.data() != source.data()) std::ranges::copy(source, target.begin());

@@ -52,6 +52,10 @@ class BitValue {
   /// The bytes, in their place: moves them if they stand shifted. Valid until the value changes.
   std::span<const std::uint8_t> Bytes();
 
+  /// Copies the bytes from `first` on, as many as `bytes` has room for, which must be there. Moves
+  /// nothing, so that who looks at a value does not change what the next operator costs.
+  void CopyTo(std::size_t first, std::span<std::uint8_t> bytes) const;
+
   /// The bytes as own ones, to be changed. Throws std::bad_alloc, leaving the value as it was.
   std::span<std::uint8_t> OwnBytes();
 

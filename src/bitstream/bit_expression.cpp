@@ -12,17 +12,20 @@
 namespace zrt {
 namespace {
 
-class BitsPolicy : public WalkDefaults {
+template <class Watcher>
+class BitsPolicy : public BitsKind {
  public:
   using Value = BitValue;
-  static constexpr bool kReversesBits = true;
-  static constexpr bool kKeepsPartialChain = true;
-  static constexpr GroupNegation kGroupNegation = GroupNegation::kThenLookAgain;
+  using Watch = Watcher;
 
-  BitsPolicy(const Scopes& scopes, LByteBuffer* older, BitsOutcome& outcome)
-      : scopes_(scopes), older_(older), outcome_(outcome) {}
+  BitsPolicy(const Scopes& scopes, LByteBuffer* older, BitsOutcome& outcome, Watch watch)
+      : scopes_(scopes), older_(older), outcome_(outcome), watch_(watch) {}
 
-  ZRTStatus Read(std::string_view text, BitValue& value) { return ReadBits(text, scopes_, value); }
+  [[nodiscard]] Watch watch() const { return watch_; }
+
+  ZRTStatus Read(std::string_view text, BitValue& value) {
+    return ReadBits(text, scopes_, value, watch_);
+  }
   static ZRTStatus Apply(BitValue& value, OperatorCode code, BitValue& operand) {
     return ApplyToBits(value, code, operand);
   }
@@ -39,22 +42,34 @@ class BitsPolicy : public WalkDefaults {
     outcome_.place =
         is_added ? BitsOutcome::Place::kBehindOlder : BitsOutcome::Place::kInsteadOfOlder;
   }
+  static ValueView Show(const BitValue& value) {
+    return {.kind = ValueKind::kBits,
+            .bit_length = value.bit_length(),
+            .byte_count = value.byte_count(),
+            .bits = &value};
+  }
 
  private:
   const Scopes& scopes_;
   LByteBuffer* older_;
   BitsOutcome& outcome_;
+  [[no_unique_address]] Watch watch_;
 };
 
 }  // namespace
 
+template <class Watch>
 ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
-                    BitsOutcome& outcome) {
-  return SolveText(text, BitsPolicy(scopes, older, outcome));
+                    BitsOutcome& outcome, Watch watch) {
+  return SolveText(text, BitsPolicy<Watch>(scopes, older, outcome, watch));
 }
 
+template ZRTStatus SolveBits(std::string_view, const Scopes&, LByteBuffer*, BitsOutcome&,
+                             Unwatched);
+template ZRTStatus SolveBits(std::string_view, const Scopes&, LByteBuffer*, BitsOutcome&, Watcher*);
+
 ZRTStatus SolveBitsChain(std::string_view text, const Scopes& scopes, BitsOutcome& outcome) {
-  return SolveTextAsChain(text, BitsPolicy(scopes, nullptr, outcome));
+  return SolveTextAsChain(text, BitsPolicy<Unwatched>(scopes, nullptr, outcome, {}));
 }
 
 }  // namespace zrt

@@ -8,6 +8,7 @@
 #include "RowDataStream.h"
 #include "bits/bit_value.h"
 #include "names/scopes.h"
+#include "solve/watch.h"
 
 namespace zrt {
 
@@ -23,8 +24,9 @@ struct BitsOutcome {
 /// group or a unary operator, the value comes behind the bytes of `older`, which may be null. The
 /// operators beside that group work on those bytes too, and the outcome then holds them.
 /// Throws std::bad_alloc before anything is delivered.
+template <class Watch = Unwatched>
 ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
-                    BitsOutcome& outcome);
+                    BitsOutcome& outcome, Watch watch = {});
 
 /// Evaluates `text` as one chain of operands, whatever it holds.
 ZRTStatus SolveBitsChain(std::string_view text, const Scopes& scopes, BitsOutcome& outcome);

@@ -26,7 +26,8 @@ void SetWord(BitValue& value, int word) {
 }
 
 // The width is asked for before the row: reading the current row moves the pointer on.
-ZRTStatus ReadField(QLMDataField& field, int index, BitValue& value) {
+template <class Watch>
+ZRTStatus ReadField(QLMDataField& field, int index, BitValue& value, Watch watch) {
   LByteBuffer* row = nullptr;
   if (index > 0) {
     row = field.GetRow(index);
@@ -36,6 +37,7 @@ ZRTStatus ReadField(QLMDataField& field, int index, BitValue& value) {
     row = field.GetCurrentRow();
     if (field.GetRowCount() == 1) field.ResetRowPointer();
   }
+  watch->NoteRow(row);
   if (!row) return ErrStreamWrite;
   BorrowBytes(*row, value);
   return kOk;
@@ -50,7 +52,7 @@ ZRTStatus ReadMaskField(int index, BitValue& value) {
   }
   QLMDataField field;
   field.AddRow(0);
-  const ZRTStatus status = ReadField(field, index, value);
+  const ZRTStatus status = ReadField(field, index, value, Unwatched{});
   (void)value.OwnBytes();  // the field goes
   return status;
 }
@@ -61,30 +63,6 @@ ZRTStatus ReadToken(ZRTTokens& token, int index, BitValue& value) {
     case TokenShape::kIntegerArray: SetWord(value, token.GetIntArrayValue(index)); return kOk;
     default: return ErrBadTokenType;
   }
-}
-
-// What a name stands for: one of these, or nothing.
-struct Meaning {
-  QLMDataField* field = nullptr;
-  bool is_mask = false;
-  ZRTTokens* token = nullptr;
-};
-
-// `buffer` holds the name as the lookups want it. The token search sees it as the failed second
-// search for a field left it.
-Meaning MeaningOf(std::string_view name, char* buffer, const Scopes& scopes) {
-  Meaning meaning;
-  meaning.field = scopes.FindField(buffer);
-  if (meaning.field) return meaning;
-  meaning.is_mask = IsMaskName(name);
-  if (meaning.is_mask) return meaning;
-  if (name == kFuseArrayOut) {
-    OverwriteWithFuseArrayIn(buffer);
-    meaning.field = scopes.FindField(buffer);
-    if (meaning.field) return meaning;
-  }
-  meaning.token = scopes.FindToken(buffer);
-  return meaning;
 }
 
 ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
@@ -110,30 +88,63 @@ ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
   }
 }
 
-ZRTStatus ReadMeaning(const Meaning& meaning, std::string_view name, int index, BitValue& value) {
-  if (meaning.field) return ReadField(*meaning.field, index, value);
+// `buffer` holds the name as the lookups want it.
+template <class Watch>
+ZRTStatus ReadName(std::string_view name, char* buffer, int index, const Scopes& scopes,
+                   BitValue& value, Watch watch) {
+  const Meaning meaning = MeaningOf(name, buffer, scopes);
+  if constexpr (kIsWatched<Watch>) NoteMeaning(meaning, buffer, scopes, watch);
+  if (meaning.field) return ReadField(*meaning.field, index, value, watch);
   if (meaning.is_mask) return ReadMaskField(index, value);
   if (meaning.token) return ReadToken(*meaning.token, index, value);
   return ReadLiteral(name, value);
 }
 
-ZRTStatus Read(std::string_view text, const Scopes& scopes, BitValue& value) {
+template <class Watch>
+ZRTStatus Read(std::string_view text, const Scopes& scopes, BitValue& value, Watch watch) {
   if (ShortOperand plain(text); plain.is_plain()) {
-    return ReadMeaning(MeaningOf(text, plain.name(), scopes), text, kNoIndex, value);
+    return ReadName(text, plain.name(), kNoIndex, scopes, value, watch);
   }
   OperandText operand;
   if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
   int index = kNoIndex;
-  (void)EvaluateIndex(operand, scopes, index);
+  (void)EvaluateIndex(operand, scopes, index, watch);
   if (operand.index && index < 0) return ErrNegativeIndex;
-  const Meaning meaning = MeaningOf(operand.name, NameBuffer(operand.name).text(), scopes);
-  return ReadMeaning(meaning, operand.name, index, value);
+  NameBuffer name(operand.name);
+  return ReadName(operand.name, name.text(), index, scopes, value, watch);
 }
 
 }  // namespace
 
-ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, BitValue& value) {
-  return OnExhaustedMemory(ErrStreamWrite, [&] { return Read(text, scopes, value); });
+Meaning MeaningOf(std::string_view name, char* buffer, const Scopes& scopes) {
+  Meaning meaning;
+  meaning.field = scopes.FindField(buffer);
+  if (meaning.field) return meaning;
+  meaning.is_mask = IsMaskName(name);
+  if (meaning.is_mask) return meaning;
+  if (name == kFuseArrayOut) {
+    OverwriteWithFuseArrayIn(buffer);
+    meaning.field = scopes.FindField(buffer);
+    if (meaning.field) return meaning;
+  }
+  meaning.token = scopes.FindToken(buffer);
+  return meaning;
 }
+
+void NoteMeaning(const Meaning& meaning, char* buffer, const Scopes& scopes, Watcher* watch) {
+  if (meaning.field)
+    return watch->NoteField(*meaning.field, scopes.ScopeOf(*meaning.field, buffer));
+  if (meaning.is_mask) return watch->NoteMaskName();
+  if (meaning.token) return NoteToken(watch, scopes, *meaning.token, buffer);
+  watch->NoteLiteral();
+}
+
+template <class Watch>
+ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, BitValue& value, Watch watch) {
+  return OnExhaustedMemory(ErrStreamWrite, [&] { return Read(text, scopes, value, watch); });
+}
+
+template ZRTStatus ReadBits(std::string_view, const Scopes&, BitValue&, Unwatched);
+template ZRTStatus ReadBits(std::string_view, const Scopes&, BitValue&, Watcher*);
 
 }  // namespace zrt

@@ -29,6 +29,19 @@ QLMDataField* Scopes::FindField(char* name) const {
   return nullptr;
 }
 
+OperandEvent::Scope Scopes::ScopeOf(const ZRTTokens& token, char* name) const {
+  const bool is_local = local_tokens && local_tokens->GetToken(name) == &token;
+  return is_local ? OperandEvent::Scope::kLocal : OperandEvent::Scope::kGlobal;
+}
+
+OperandEvent::Scope Scopes::ScopeOf(const QLMDataField& field, char* name) const {
+  const auto holds = [&](const QLMPlusData* data) {
+    return data && data->GetDataField(name) == &field;
+  };
+  if (holds(external_data)) return OperandEvent::Scope::kExternal;
+  return holds(local_data) ? OperandEvent::Scope::kLocal : OperandEvent::Scope::kGlobal;
+}
+
 bool IsMaskName(std::string_view name) {
   return std::ranges::find(kMaskNames, name) != std::end(kMaskNames);
 }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "qlmplusdata.h"
+#include "zrtexpression/trace.h"
 #include "zrttokentree.h"
 
 namespace zrt {
@@ -44,6 +45,10 @@ struct Scopes {
 
   /// The field of that name, external before local before global; null if there is none.
   [[nodiscard]] QLMDataField* FindField(char* name) const;
+
+  /// The scope in which `name` has led to the token or the field.
+  [[nodiscard]] OperandEvent::Scope ScopeOf(const ZRTTokens& token, char* name) const;
+  [[nodiscard]] OperandEvent::Scope ScopeOf(const QLMDataField& field, char* name) const;
 };
 
 /// Whether `name` is one of the names that resolve to an empty row where no data set holds them.

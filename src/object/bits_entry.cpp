@@ -7,10 +7,14 @@
 #include "bitstream/stream_bytes.h"
 #include "names/scopes.h"
 #include "object/status_of.h"
+#include "object/watched.h"
 
 using zrt::BitsOutcome;
 using zrt::BitValue;
 using zrt::StatusOf;
+using zrt::Unwatched;
+using zrt::WatchedStatusOf;
+using zrt::Watcher;
 
 namespace {
 
@@ -20,6 +24,24 @@ int StatusAfterStoring(int status, BitsOutcome& outcome, RowDataStream& result) 
                              ? ReplaceValue(result, outcome.value)
                              : AddValue(result, outcome.value);
   return is_stored ? status : ErrStreamWrite;
+}
+
+template <class Watch>
+int EvaluateInto(const char* text, const zrt::Scopes& scopes, RowDataStream& result, Watch watch) {
+  BitsOutcome outcome;
+  const int status = SolveBits(text, scopes, &result, outcome, watch);
+  return StatusAfterStoring(status, outcome, result);
+}
+
+template <class Watch>
+int EvaluateInto(const char* text, const zrt::Scopes& scopes, char* hex_text, Watch watch) {
+  BitsOutcome outcome;
+  const int status = SolveBits(text, scopes, nullptr, outcome, watch);
+  if (status == zrt::kOk) {
+    const char digit_ten = util_Hex2HexAnsi(10);  // its case is the closed library's
+    zrt::WriteHexText(outcome.value.Bytes(), outcome.value.bit_length(), digit_ten, hex_text);
+  }
+  return status;
 }
 
 // A failure with any other status leaves the value, and so the stream, as it was.
@@ -33,22 +55,24 @@ void Load(RowDataStream& stream, BitValue& value) {
 }  // namespace
 
 int ZRTExpression::GetBitStream(const char* text, RowDataStream* result) {
-  return StatusOf([&] {
-    BitsOutcome outcome;
-    const int status = SolveBits(text, CurrentScopes(), result, outcome);
-    return StatusAfterStoring(status, outcome, *result);
-  });
+  return StatusOf([&] { return EvaluateInto(text, CurrentScopes(), *result, Unwatched{}); });
 }
 
 int ZRTExpression::GetBitStream(const char* text, char* hexText) {
-  return StatusOf([&] {
-    BitsOutcome outcome;
-    const int status = SolveBits(text, CurrentScopes(), nullptr, outcome);
-    if (status == zrt::kOk) {
-      const char digit_ten = util_Hex2HexAnsi(10);  // its case is the closed library's
-      zrt::WriteHexText(outcome.value.Bytes(), outcome.value.bit_length(), digit_ten, hexText);
-    }
-    return status;
+  return StatusOf([&] { return EvaluateInto(text, CurrentScopes(), hexText, Unwatched{}); });
+}
+
+int ZRTExpression::GetBitStream(const char* text, RowDataStream* result, zrt::Failure* failure,
+                                zrt::Observer* observer) {
+  return WatchedStatusOf(text, failure, observer, [&](Watcher* watch) {
+    return EvaluateInto(text, CurrentScopes(), *result, watch);
+  });
+}
+
+int ZRTExpression::GetBitStream(const char* text, char* hexText, zrt::Failure* failure,
+                                zrt::Observer* observer) {
+  return WatchedStatusOf(text, failure, observer, [&](Watcher* watch) {
+    return EvaluateInto(text, CurrentScopes(), hexText, watch);
   });
 }
 

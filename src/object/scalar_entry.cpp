@@ -2,6 +2,7 @@
 #include "ZRTExpression.h"
 #include "names/scopes.h"
 #include "object/status_of.h"
+#include "object/watched.h"
 #include "scalar/float.h"
 #include "scalar/integer.h"
 #include "scalar/operand.h"
@@ -14,6 +15,13 @@ int ZRTExpression::GetIntegerOperand(const char* text, int* result) {
 
 int ZRTExpression::SolveIntegerExpression(const char* text, int* result) {
   return StatusOf([&] { return zrt::SolveInteger(text, CurrentScopes(), *result); });
+}
+
+int ZRTExpression::GetIntegerOperand(const char* text, int* result, zrt::Failure* failure,
+                                     zrt::Observer* observer) {
+  return zrt::WatchedStatusOf(text, failure, observer, [&](zrt::Watcher* watch) {
+    return zrt::SolveInteger(text, CurrentScopes(), *result, watch);
+  });
 }
 
 int ZRTExpression::GetIntegerValue(char* operand, int* result) {
@@ -30,6 +38,13 @@ int ZRTExpression::GetFloatOperand(const char* text, float* result) {
 
 int ZRTExpression::SolveFloatExpression(const char* text, float* result) {
   return StatusOf([&] { return zrt::SolveFloat(text, CurrentScopes(), *result); });
+}
+
+int ZRTExpression::GetFloatOperand(const char* text, float* result, zrt::Failure* failure,
+                                   zrt::Observer* observer) {
+  return zrt::WatchedStatusOf(text, failure, observer, [&](zrt::Watcher* watch) {
+    return zrt::SolveFloat(text, CurrentScopes(), *result, watch);
+  });
 }
 
 int ZRTExpression::GetFloatValue(char* operand, float* result) {

@@ -8,12 +8,9 @@
 namespace zrt {
 namespace {
 
-struct FloatPolicy : ScalarPolicy<float> {
-  using ScalarPolicy::ScalarPolicy;
-
-  static constexpr bool kRefusesShifts = true;
-  static constexpr bool kHasUnaryPath = false;
-  static constexpr GroupNegation kGroupNegation = GroupNegation::kRefused;
+template <class Watch>
+struct FloatPolicy : ScalarPolicy<FloatKind, float, Watch> {
+  using ScalarPolicy<FloatKind, float, Watch>::ScalarPolicy;
 
   static ZRTStatus Apply(float& value, OperatorCode code, float operand) {
     return ApplyToFloat(value, code, operand);
@@ -34,8 +31,12 @@ ZRTStatus ApplyToFloat(float& value, std::uint16_t code, float operand) {
   }
 }
 
-ZRTStatus SolveFloat(std::string_view text, const Scopes& scopes, float& result) {
-  return SolveText(text, FloatPolicy(scopes, result));
+template <class Watch>
+ZRTStatus SolveFloat(std::string_view text, const Scopes& scopes, float& result, Watch watch) {
+  return SolveText(text, FloatPolicy<Watch>(scopes, result, watch));
 }
+
+template ZRTStatus SolveFloat(std::string_view, const Scopes&, float&, Unwatched);
+template ZRTStatus SolveFloat(std::string_view, const Scopes&, float&, Watcher*);
 
 }  // namespace zrt

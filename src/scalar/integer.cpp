@@ -28,12 +28,9 @@ ZRTStatus Modulo(int& value, int operand) {
   return kOk;
 }
 
-struct IntegerPolicy : ScalarPolicy<int> {
-  using ScalarPolicy::ScalarPolicy;
-
-  static constexpr bool kUnaryOperandIsExpression = true;
-  static constexpr bool kGroupReplacesLeftUnderNone = true;
-  static constexpr GroupNegation kGroupNegation = GroupNegation::kIfAlone;
+template <class Watch>
+struct IntegerPolicy : ScalarPolicy<IntegerKind, int, Watch> {
+  using ScalarPolicy<IntegerKind, int, Watch>::ScalarPolicy;
 
   static ZRTStatus Apply(int& value, OperatorCode code, int operand) {
     return ApplyToInteger(value, code, operand);
@@ -65,8 +62,12 @@ ZRTStatus ApplyToInteger(int& value, std::uint16_t code, int operand) {
   }
 }
 
-ZRTStatus SolveInteger(std::string_view text, const Scopes& scopes, int& result) {
-  return SolveText(text, IntegerPolicy(scopes, result));
+template <class Watch>
+ZRTStatus SolveInteger(std::string_view text, const Scopes& scopes, int& result, Watch watch) {
+  return SolveText(text, IntegerPolicy<Watch>(scopes, result, watch));
 }
+
+template ZRTStatus SolveInteger(std::string_view, const Scopes&, int&, Unwatched);
+template ZRTStatus SolveInteger(std::string_view, const Scopes&, int&, Watcher*);
 
 }  // namespace zrt

@@ -30,27 +30,41 @@ ZRTStatus ReadLiteral(std::string_view text, Number& value) {
   return kOk;
 }
 
-ZRTStatus EvaluateIndex(const OperandText& operand, const Scopes& scopes, int& index) {
+template <class Watch>
+ZRTStatus EvaluateIndex(const OperandText& operand, const Scopes& scopes, int& index, Watch watch) {
   index = kNoIndex;
-  return operand.index ? SolveInteger(*operand.index, scopes, index) : kOk;
+  if (!operand.index) return kOk;
+  watch->BeginIndex(operand.name, *operand.index);
+  const ZRTStatus status = SolveInteger(*operand.index, scopes, index, watch);
+  watch->EndIndex(status, index);
+  return status;
 }
 
-template <class Number>
-ZRTStatus ReadIndexedScalar(std::string_view text, const Scopes& scopes, Number& value) {
+template <class Number, class Watch>
+ZRTStatus ReadIndexedScalar(std::string_view text, const Scopes& scopes, Number& value,
+                            Watch watch) {
   OperandText operand;
   if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
   int index = kNoIndex;
-  const ZRTStatus status = EvaluateIndex(operand, scopes, index);
+  const ZRTStatus status = EvaluateIndex(operand, scopes, index, watch);
   if (operand.index && (status != kOk || index < 0)) return ErrNegativeIndex;
   if (scopes.has_tokens()) {
     NameBuffer name(operand.name);
-    if (ZRTTokens* token = scopes.FindToken(name.text())) return ReadToken(*token, index, value);
+    if (ZRTTokens* token = scopes.FindToken(name.text())) {
+      NoteToken(watch, scopes, *token, name.text());
+      return ReadToken(*token, index, value);
+    }
   }
+  watch->NoteLiteral();
   return ReadLiteral(operand.name, value);
 }
 
-template ZRTStatus ReadIndexedScalar<int>(std::string_view, const Scopes&, int&);
-template ZRTStatus ReadIndexedScalar<float>(std::string_view, const Scopes&, float&);
+template ZRTStatus EvaluateIndex(const OperandText&, const Scopes&, int&, Unwatched);
+template ZRTStatus EvaluateIndex(const OperandText&, const Scopes&, int&, Watcher*);
+template ZRTStatus ReadIndexedScalar(std::string_view, const Scopes&, int&, Unwatched);
+template ZRTStatus ReadIndexedScalar(std::string_view, const Scopes&, int&, Watcher*);
+template ZRTStatus ReadIndexedScalar(std::string_view, const Scopes&, float&, Unwatched);
+template ZRTStatus ReadIndexedScalar(std::string_view, const Scopes&, float&, Watcher*);
 template ZRTStatus ReadToken<int>(ZRTTokens&, int, int&);
 template ZRTStatus ReadToken<float>(ZRTTokens&, int, float&);
 template ZRTStatus ReadLiteral<int>(std::string_view, int&);

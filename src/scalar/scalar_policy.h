@@ -10,20 +10,32 @@
 
 namespace zrt {
 
-template <class Number>
-class ScalarPolicy : public WalkDefaults {
+inline ValueView ViewOfNumber(int value) { return {.kind = ValueKind::kInteger, .integer = value}; }
+inline ValueView ViewOfNumber(float value) {
+  return {.kind = ValueKind::kFloat, .floating = value};
+}
+
+template <class Kind, class Number, class Watcher>
+class ScalarPolicy : public Kind {
  public:
   using Value = Number;
+  using Watch = Watcher;
 
-  ScalarPolicy(const Scopes& scopes, Number& result) : scopes_(scopes), result_(result) {}
+  ScalarPolicy(const Scopes& scopes, Number& result, Watch watch)
+      : scopes_(scopes), result_(result), watch_(watch) {}
 
-  ZRTStatus Read(std::string_view text, Number& value) { return ReadScalar(text, scopes_, value); }
+  [[nodiscard]] Watch watch() const { return watch_; }
 
+  ZRTStatus Read(std::string_view text, Number& value) {
+    return ReadScalar(text, scopes_, value, watch_);
+  }
   void Deliver(Number value, bool /*is_added*/) { result_ = value; }
+  static ValueView Show(Number value) { return ViewOfNumber(value); }
 
  private:
   const Scopes& scopes_;
   Number& result_;
+  [[no_unique_address]] Watch watch_;
 };
 
 }  // namespace zrt

@@ -5,8 +5,8 @@
 // with neither is a chain, run from the left. There is no precedence and no syntax tree.
 //
 // The walk knows nothing of values, names or results: the policy of a kind of value says what is
-// that kind's own (walk_policy.h). Nothing here recurses: open levels stand on a stack of frames,
-// solved values on a stack of values.
+// that kind's own (walk_policy.h), and who is told what happens (watch.h). Nothing here recurses:
+// open levels stand on a stack of frames, solved values on a stack of values.
 #pragma once
 
 #include <cstdint>
@@ -18,15 +18,15 @@
 #include "scan/operator_scan.h"
 #include "solve/small_stack.h"
 #include "solve/walk_policy.h"
+#include "solve/walk_steps.h"
+#include "solve/watch.h"
 
 namespace zrt {
 
 template <class Policy>
-class Walk {
+class Walk : private WalkSteps<Policy> {
  public:
-  using Value = typename Policy::Value;
-
-  Walk(Policy& policy, const MarkedText& text) : policy_(policy), text_(text) {}
+  Walk(Policy& policy, const MarkedText& text) : WalkSteps<Policy>(policy, text) {}
 
   /// Solves the whole text. Throws std::bad_alloc alone, before anything is delivered.
   ZRTStatus Solve();
@@ -35,6 +35,14 @@ class Walk {
   ZRTStatus SolveChain() { return DeliverChain(WholePiece(text_)); }
 
  private:
+  using Steps = WalkSteps<Policy>;
+  using Steps::Apply, Steps::ApplyUnary, Steps::Chain;
+  using Steps::policy_, Steps::text_, Steps::watch, Steps::Part, Steps::RefusesShift;
+  using Steps::TellOperator, Steps::TellOutcome, Steps::TellUnread;
+  using typename Steps::Does;
+  using typename Steps::Solved;
+  using typename Steps::Watch;
+
   enum class Shape : std::uint8_t { kChain, kUnary, kGroup };
 
   // What a piece is known not to hold, so that nothing is searched for twice: once a text has shown
@@ -64,6 +72,12 @@ class Walk {
     std::uint32_t mark;
   };
 
+  // Where the operators of a frame's sides stand.
+  struct SidePositions {
+    std::uint32_t left = 0;
+    std::uint32_t right = 0;
+  };
+
   // An open level: a piece with its middle, the "(" or the unary operator, and how far it is. Deep
   // texts have millions of them, so it is kept small.
   struct Frame {
@@ -74,11 +88,12 @@ class Walk {
     OperatorCode right_code = kNoOperator;
     bool is_group = false;
     std::uint8_t sides_done = 0;
+    [[no_unique_address]] IfWatched<Watch, SidePositions> operators;
 
     [[nodiscard]] bool has_left() const { return left_code != kNoOperator; }
     [[nodiscard]] bool has_right() const { return right_code != kNoOperator; }
   };
-  static_assert(sizeof(Frame) == 32);
+  static_assert(kIsWatched<Watch> || sizeof(Frame) == 32);
 
   Cut FindCut(const Piece& piece, RuledOut ruled_out) const;
 
@@ -103,17 +118,22 @@ class Walk {
   ZRTStatus CutLeft(Frame& frame, Piece& side);
   ZRTStatus CutNegations(Frame& frame, RightScan& scan, FoundOperator& found);
 
-  ZRTStatus Chain(Piece piece, Value& running);
-  ZRTStatus ReadOperand(const Piece& piece, const FoundOperator& found, Value& value);
   ZRTStatus DeliverChain(const Piece& piece);
-  static bool RefusesShift(const FoundOperator& found) {
-    return Policy::kRefusesShifts && found.is_there() && IsShift(found.code());
+
+  // The operators of a frame's sides. Where they stand is known if somebody watches.
+  static FoundOperator LeftOperatorOf(const Frame& frame) {
+    FoundOperator found{0, 0, frame.left_code};
+    if constexpr (kIsWatched<Watch>) found.position = frame.operators.left;
+    return found;
+  }
+  static FoundOperator RightOperatorOf(const Frame& frame) {
+    FoundOperator found{0, 0, frame.right_code};
+    if constexpr (kIsWatched<Watch>) found.position = frame.operators.right;
+    return found;
   }
 
-  Policy& policy_;
-  const MarkedText& text_;
   SmallStack<Frame, 48> frames_;
-  SmallStack<Value, 48> values_;
+  SmallStack<Solved, 48> values_;
 };
 
 /// Evaluates `text` by `policy`: as an expression, or as one chain whatever it holds.
@@ -178,9 +198,10 @@ ZRTStatus Walk<Policy>::Solve() {
 
 template <class Policy>
 ZRTStatus Walk<Policy>::DeliverChain(const Piece& piece) {
-  Value running{};
+  Solved running;
   const ZRTStatus status = Chain(piece, running);
-  if (status == kOk || Policy::kKeepsPartialChain) policy_.Deliver(running, false);
+  if (status == kOk) TellOutcome(running);
+  if (status == kOk || Policy::kKeepsPartialChain) policy_.Deliver(running.value, false);
   return status;
 }
 
@@ -188,7 +209,10 @@ ZRTStatus Walk<Policy>::DeliverChain(const Piece& piece) {
 template <class Policy>
 ZRTStatus Walk<Policy>::OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out) {
   if (cut.shape == Shape::kGroup) return OpenGroup(piece, cut.mark);
-  if (!Policy::kHasUnaryPath) return ErrInvalidOperator;
+  if (!Policy::kHasUnaryPath) {
+    const std::uint32_t position = text_.PositionOf(cut.mark);
+    return watch()->Fail(ErrInvalidOperator, Part(position, position + 1));
+  }
   OpenUnary(piece, cut.mark);
   ruled_out = Policy::kUnaryOperandIsExpression ? RuledOut::kGroups : RuledOut::kGroupsAndUnary;
   return kOk;
@@ -197,9 +221,10 @@ ZRTStatus Walk<Policy>::OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out) {
 template <class Policy>
 ZRTStatus Walk<Policy>::OpenGroup(Piece& piece, std::uint32_t open_mark) {
   const std::uint32_t close_mark = text_.MatchOf(open_mark);
-  if (close_mark == kNoMark) return ErrUnbalancedParenthesis;
   const std::uint32_t open = text_.PositionOf(open_mark);
+  if (close_mark == kNoMark) return watch()->Fail(ErrUnbalancedParenthesis, Part(open, open + 1));
   const std::uint32_t close = text_.PositionOf(close_mark);
+  watch()->Cut(CutEvent::By::kGroup, ViewOf(text_, piece), Part(open, close + 1));
   // A group alone in its piece needs no frame, but for the outermost one, which delivers.
   if (open != piece.begin || close + 1 != piece.end || frames_.empty()) {
     Frame& frame = frames_.Push();
@@ -229,7 +254,8 @@ void Walk<Policy>::OpenUnary(Piece& piece, std::uint32_t unary_mark) {
   frame.piece = piece;
   frame.middle_mark = unary_mark;
   frame.right_mark = piece.last_mark;
-  piece.begin = text_.PositionOf(unary_mark) + 1;
+  const std::uint32_t unary = text_.PositionOf(unary_mark);
+  piece.begin = unary + 1;
   piece.first_mark = unary_mark + 1;
   piece = DropLeadingBlanks(text_, piece);
   const FoundOperator found = LeftMostOperator(text_, piece);
@@ -238,6 +264,7 @@ void Walk<Policy>::OpenUnary(Piece& piece, std::uint32_t unary_mark) {
     piece = PieceBefore(text_, piece, found);
   }
   piece.no_operator_behind_brackets = Policy::kTrustsBracketInvariant ? 1 : 0;
+  watch()->Cut(CutEvent::By::kUnary, ViewOf(text_, frame.piece), Part(unary, piece.end));
 }
 
 // The top frame has got a value: cuts its next side, if there is one.
@@ -246,7 +273,7 @@ ZRTStatus Walk<Policy>::NextSide(Task& task) {
   Frame& frame = frames_.Top();
   if constexpr (Policy::kHasUnaryPath) {
     if (frame.sides_done == 0 && !frame.is_group) {
-      policy_.ApplyUnary(values_.Top(), EntryOf(text_.CharOf(frame.middle_mark)).code);
+      ApplyUnary(values_.Top(), OperatorAt(text_, frame.piece, frame.middle_mark));
     }
   }
   while (frame.sides_done < 2 && !task.is_there) {
@@ -274,9 +301,10 @@ ZRTStatus Walk<Policy>::CutRight(Frame& frame, Piece& side) const {
   }
   if (right.empty()) return kOk;
   const FoundOperator found = OperatorAtStart(text_, right);
-  if (!found.is_there()) return ErrMisplacedOperator;
-  if (RefusesShift(found)) return ErrInvalidOperator;
+  if (!found.is_there()) return watch()->Fail(ErrMisplacedOperator, Part(right.begin, right.begin));
+  if (RefusesShift(found)) return watch()->Fail(ErrInvalidOperator, Part(found));
   frame.right_code = found.code();
+  if constexpr (kIsWatched<Watch>) frame.operators.right = found.position;
   side = PieceBehind(text_, right, found);
   return kOk;
 }
@@ -295,8 +323,17 @@ ZRTStatus Walk<Policy>::CutLeft(Frame& frame, Piece& side) {
     const ZRTStatus status = CutNegations(frame, scan, found);
     if (status != kOk || scan.rest().empty()) return status;
   }
-  if (!found.is_there() || found.position == left.begin) return ErrMisplacedOperator;
+  // One is wanted in front of what has been cut, or has nothing in front of it.
+  if (!found.is_there()) {
+    left.begin = scan.rest().end;
+    left.end = frame.piece.end;
+    const std::uint32_t position = DropLeadingBlanks(text_, left).begin;
+    return watch()->Fail(ErrMisplacedOperator, Part(position, position));
+  }
+  if (found.position == left.begin) return watch()->Fail(ErrMisplacedOperator, Part(found));
+  TellUnread(scan.rest(), found);
   frame.left_code = found.code();
+  if constexpr (kIsWatched<Watch>) frame.operators.left = found.position;
   side = PieceBefore(text_, left, found);
   return kOk;
 }
@@ -306,12 +343,13 @@ template <class Policy>
 ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan, FoundOperator& found) {
   while (found.is_there() && IsNegation(found.code())) {
     if constexpr (Policy::kGroupNegation == GroupNegation::kRefused) {
-      return ErrInvalidOperator;
+      return watch()->Fail(ErrInvalidOperator, Part(found));
     } else {
       const bool alone = PieceBefore(text_, scan.rest(), found).empty();
       if (Policy::kGroupNegation == GroupNegation::kIfAlone && !alone) return kOk;
+      TellUnread(scan.rest(), found);
       // The group's value lies below the right side's, if there is one.
-      policy_.ApplyUnary(values_.Below(frame.has_right() ? 1 : 0), found.code());
+      ApplyUnary(values_.Below(frame.has_right() ? 1 : 0), found);
       scan.CutBefore(found);
       found = scan.Last();
     }
@@ -327,8 +365,8 @@ ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan, FoundOperato
 template <class Policy>
 ZRTStatus Walk<Policy>::Combine() {
   const Frame& frame = frames_.Top();
-  const OperatorCode left_code = frame.left_code;
-  const OperatorCode right_code = frame.right_code;
+  const FoundOperator left_operator = LeftOperatorOf(frame);
+  const FoundOperator right_operator = RightOperatorOf(frame);
   const bool has_left = frame.has_left();
   const bool has_right = frame.has_right();
   const bool is_group = frame.is_group;
@@ -337,45 +375,24 @@ ZRTStatus Walk<Policy>::Combine() {
 
   const bool has_both = has_left && has_right;
   const std::size_t side_count = (has_left ? 1U : 0U) + (has_right ? 1U : 0U);
-  Value& middle = values_.Below(side_count);
-  Value& left = values_.Below(has_both && !is_group ? 1 : 0);
-  Value& right = values_.Below(has_both && is_group ? 1 : 0);
+  Solved& middle = values_.Below(side_count);
+  Solved& left = values_.Below(has_both && !is_group ? 1 : 0);
+  Solved& right = values_.Below(has_both && is_group ? 1 : 0);
 
-  const bool replaces = Policy::kGroupReplacesLeftUnderNone && left_code == OpNone;
+  const bool replaces = Policy::kGroupReplacesLeftUnderNone && left_operator.code_number == OpNone;
   const bool joins_left = has_left && !replaces;
-  Value& running = joins_left ? left : middle;
-  if (is_outermost && side_count > 0) policy_.BeginResult(running);
+  Solved& running = joins_left ? left : middle;
+  if (is_outermost && side_count > 0) policy_.BeginResult(running.value);
+  if (has_left && replaces) TellOperator(Does::kReplaces, left_operator, left, &middle);
   ZRTStatus status = kOk;
-  if (joins_left) status = policy_.Apply(running, left_code, middle);
-  if (status == kOk && has_right) status = policy_.Apply(running, right_code, right);
-  if (is_outermost) policy_.Deliver(running, side_count == 0);
+  if (joins_left) status = Apply(running, left_operator, middle);
+  if (status == kOk && has_right) status = Apply(running, right_operator, right);
+  if (is_outermost) {
+    if (status == kOk) TellOutcome(running);
+    policy_.Deliver(running.value, side_count == 0);
+  }
   if (joins_left) middle = std::move(left);
   for (std::size_t side = 0; side < side_count; ++side) values_.Drop();
-  return status;
-}
-
-// Reads the operand in front of `found`, or all of `piece` if there is no operator left.
-template <class Policy>
-ZRTStatus Walk<Policy>::ReadOperand(const Piece& piece, const FoundOperator& found, Value& value) {
-  const Piece operand = found.is_there() ? PieceBefore(text_, piece, found) : piece;
-  const ZRTStatus status = policy_.Read(ViewOf(text_, operand), value);
-  return status == kOk && RefusesShift(found) ? ErrInvalidOperator : status;
-}
-
-template <class Policy>
-ZRTStatus Walk<Policy>::Chain(Piece piece, Value& running) {
-  FoundOperator found = LeftMostOperator(text_, piece);
-  ZRTStatus status = ReadOperand(piece, found, running);
-  while (status == kOk && found.is_there()) {
-    piece = PieceBehind(text_, piece, found);
-    if (piece.empty()) break;  // an operator at the end has nothing to act on
-    const OperatorCode pending = found.code();
-    found = LeftMostOperator(text_, piece);
-    if (found.is_there() && found.position == piece.begin) return ErrMissingOperand;
-    Value operand{};
-    status = ReadOperand(piece, found, operand);
-    if (status == kOk) status = policy_.Apply(running, pending, operand);
-  }
   return status;
 }
 

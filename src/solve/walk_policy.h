@@ -1,8 +1,11 @@
 // What a kind of value tells the walk about itself. Each constant and hook stands for one real
-// difference between the kinds; a policy derives from these defaults and shows what differs.
+// difference between the kinds; a kind derives from the defaults and shows what differs.
 #pragma once
 
 #include <cstdint>
+
+#include "scan/operators.h"
+#include "solve/watch.h"
 
 namespace zrt {
 
@@ -13,11 +16,15 @@ enum class GroupNegation : std::uint8_t {
   kThenLookAgain,  // negates the group and is dropped; what is left is looked at again: 1@~(2)
 };
 
-/// The defaults. A policy adds what has none:
+/// The defaults. A kind adds two constants that have none:
 ///
-///   Value                        the type of a value: default-constructible and movable
 ///   kGroupNegation               see GroupNegation
-///   Read(text, value)            reads one operand. On failure `value` is what it leaves in the
+///   kEffects                     its column of the operator table
+///
+/// and a policy, which derives from its kind, adds how values are kept, read and computed:
+///
+///   Value                        the type of a value: default-constructible and movable Read(text,
+///   value)            reads one operand. On failure `value` is what it leaves in the
 ///                                result of a chain that begins with it: of a field without a row
 ///                                left no bytes, but the bit length told for the row
 ///   Apply(value, code, operand)  a binary operator, in place; the operand may be used up
@@ -25,6 +32,7 @@ enum class GroupNegation : std::uint8_t {
 ///   Deliver(value, is_added)     `value` is the outcome, of a failure too. `is_added` tells that
 ///                                no operator has met what the caller's result held before, so
 ///                                the value comes behind it: (2), but not 1+(2)
+///   Show(value)                  how an observer sees it; not needed where nobody watches
 struct WalkDefaults {
   /// 1<<x fails at the "<<", before x is read (floats).
   static constexpr bool kRefusesShifts = false;
@@ -48,10 +56,35 @@ struct WalkDefaults {
   /// that it spares work and changes nothing.
   static constexpr bool kTrustsBracketInvariant = true;
 
+  /// Nobody watches. A policy that may be watched has a type of its own here and tells who does.
+  using Watch = Unwatched;
+  static Unwatched watch() { return {}; }
+
   /// Operators are about to make `value` the outcome in place: 1+(2). Bit vectors let them work on
   /// what the caller's result holds, too. May throw std::bad_alloc.
   template <class Value>
   static void BeginResult(Value& /*value*/) {}
+};
+
+struct IntegerKind : WalkDefaults {
+  static constexpr Effect OperatorRow::*kEffects = &OperatorRow::on_integers;
+  static constexpr bool kUnaryOperandIsExpression = true;
+  static constexpr bool kGroupReplacesLeftUnderNone = true;
+  static constexpr GroupNegation kGroupNegation = GroupNegation::kIfAlone;
+};
+
+struct FloatKind : WalkDefaults {
+  static constexpr Effect OperatorRow::*kEffects = &OperatorRow::on_floats;
+  static constexpr bool kRefusesShifts = true;
+  static constexpr bool kHasUnaryPath = false;
+  static constexpr GroupNegation kGroupNegation = GroupNegation::kRefused;
+};
+
+struct BitsKind : WalkDefaults {
+  static constexpr Effect OperatorRow::*kEffects = &OperatorRow::on_bits;
+  static constexpr bool kReversesBits = true;
+  static constexpr bool kKeepsPartialChain = true;
+  static constexpr GroupNegation kGroupNegation = GroupNegation::kThenLookAgain;
 };
 
 }  // namespace zrt

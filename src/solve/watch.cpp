@@ -1,4 +1,5 @@
-// What a watcher keeps: the operand that is being read, that of an index inside it, and the failure.
+// What a watcher keeps: the operand that is being read, that of an index inside it, and the
+// failure.
 #include "solve/watch.h"
 
 #include <cstring>
@@ -28,7 +29,9 @@ std::string_view FirstOf(std::string_view text, char c) { return text.substr(tex
 }  // namespace
 
 ZRTStatus Watcher::Fail(ZRTStatus status, std::string_view where) {
-  failure_ = {.status = status, .place = PlaceOf(where)};
+  failure_ = {};
+  failure_.status = status;
+  failure_.place = PlaceOf(where);
   return status;
 }
 
@@ -73,13 +76,12 @@ void Watcher::FillOperandPlaces() {
   if (!rest.empty()) operand_.unread = PlaceOf(rest);
 }
 
-ValueNumber Watcher::EndOperand(const ValueView* value) {
+ValueNumber Watcher::EndOperand(const ValueView& value) {
   const ValueNumber number = next_number_++;
   if (!observer_) return number;
   FillOperandPlaces();
   operand_.number = number;
-  operand_.has_value = value != nullptr;
-  if (value) operand_.value = *value;
+  operand_.value = value;
   observer_->OnOperand(operand_);
   if (operand_.unread.length > 0) observer_->OnUnread(operand_.unread);
   return number;
@@ -158,10 +160,10 @@ void Watcher::Outcome(ValueNumber number, const ValueView& value) {
 }
 
 void Watcher::Finish(int status, Failure* failure) {
-  if (status == kOk) {
-    failure_ = {};
-  } else if (failure_.status != status) {
-    failure_ = {.status = status, .place = {0, std::strlen(text_)}};
+  if (status == kOk || failure_.status != status) failure_ = {};
+  if (failure_.status != status) {
+    failure_.status = status;
+    failure_.place.length = std::strlen(text_);
   }
   if (failure) *failure = failure_;
   if (observer_ && status != kOk) observer_->OnFailure(failure_);

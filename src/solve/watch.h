@@ -1,7 +1,7 @@
 // Who watches an evaluation. Mostly nobody: then each call below is nothing at all. Else a watcher,
 // which keeps the place of the failure and tells a host's observer what happens, in the order in
-// which it happens. It is told of texts as views into the text that was handed in, and knows nothing
-// of scopes and of how values are kept.
+// which it happens. It is told of texts as views into the text that was handed in, and knows
+// nothing of scopes and of how values are kept.
 #pragma once
 
 #include <concepts>
@@ -35,7 +35,7 @@ class Watcher {
   void NoteRow(LByteBuffer* row) { operand_.row = row; }
 
   /// It has been read, or has failed. @return its number.
-  ValueNumber EndOperand(const ValueView* value);
+  ValueNumber EndOperand(const ValueView& value);
   ZRTStatus FailOperand(ZRTStatus status);
 
   void BeginIndex(std::string_view name, std::string_view index);
