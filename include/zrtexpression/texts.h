@@ -24,10 +24,10 @@ ZRT_EXPORT void CopyValidBytes(RowDataStream& stream, SpareBits spare_bits,
 
 /// Writes the text that GetBitStream(text, hexText) writes for a value that `stream` holds.
 /// @return false if memory runs out; `text` is then empty.
-ZRT_EXPORT bool WriteHexText(RowDataStream& stream, std::string* text) noexcept;
+ZRT_EXPORT bool GetHexText(RowDataStream& stream, std::string* text) noexcept;
 
 /// Writes the text that fnGetDataExpression writes for `data`, without its limit to the caller's
 /// buffer. @return false if memory runs out; `text` is then empty.
-ZRT_EXPORT bool WriteDataExpression(LByteBuffer& data, std::string* text) noexcept;
+ZRT_EXPORT bool GetDataExpression(LByteBuffer& data, std::string* text) noexcept;
 
 }  // namespace zrt

@@ -51,7 +51,7 @@ void CopyValidBytes(RowDataStream& stream, SpareBits spare_bits, std::uint8_t* b
   }
 }
 
-bool WriteHexText(RowDataStream& stream, std::string* text) noexcept {
+bool GetHexText(RowDataStream& stream, std::string* text) noexcept {
   const std::size_t count = ValidByteCount(stream);
   return WriteInto(*text, 2 * count + 3, [&](char* to) {
     std::vector<std::uint8_t> bytes(count);
@@ -60,7 +60,7 @@ bool WriteHexText(RowDataStream& stream, std::string* text) noexcept {
   });
 }
 
-bool WriteDataExpression(LByteBuffer& data, std::string* text) noexcept {
+bool GetDataExpression(LByteBuffer& data, std::string* text) noexcept {
   const std::size_t most = 2 * std::size_t{data.GetTotalSize()} + 3;
   return WriteInto(*text, most, [&](char* to) { fnGetDataExpression(&data, to); });
 }
