@@ -158,14 +158,14 @@ class ZRT_EXPORT ZRTExpression {
   /// @param failure   filled whatever the status; null if it is not wanted.
   /// @param observer  told of each step as it happens; null for nobody. It must not evaluate with
   ///                  this object, nor change a scope or the text.
-  int GetIntegerOperand(const char* text, int* result, zrt::Failure* failure,
-                        zrt::Observer* observer = nullptr);
-  int GetFloatOperand(const char* text, float* result, zrt::Failure* failure,
-                      zrt::Observer* observer = nullptr);
-  int GetBitStream(const char* text, RowDataStream* result, zrt::Failure* failure,
+  int WatchInteger(const char* text, int* result, zrt::Failure* failure,
                    zrt::Observer* observer = nullptr);
-  int GetBitStream(const char* text, char* hexText, zrt::Failure* failure,
-                   zrt::Observer* observer = nullptr);
+  int WatchFloat(const char* text, float* result, zrt::Failure* failure,
+                 zrt::Observer* observer = nullptr);
+  int WatchBits(const char* text, RowDataStream* result, zrt::Failure* failure,
+                zrt::Observer* observer = nullptr);
+  int WatchBits(const char* text, char* hexText, zrt::Failure* failure,
+                zrt::Observer* observer = nullptr);
 
   /// Tells `observer` each operand that an evaluation of `text` would read, in the order of
   /// reading, those of an index before their operand: what its name stands for, without a value.

@@ -1,7 +1,7 @@
 // Where an evaluation failed: plain data that an evaluator fills on request.
 //
 //   zrt::Failure failure;
-//   if (expression.GetIntegerOperand("1+rowz", &value, &failure) != 0) {
+//   if (expression.WatchInteger("1+rowz", &value, &failure) != 0) {
 //     // failure.status is ErrUnknownOperand, failure.place is {2, 4}: "rowz"
 //   }
 #pragma once

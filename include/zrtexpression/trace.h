@@ -7,7 +7,7 @@
 //     }
 //   };
 //   Printer printer;
-//   expression.GetIntegerOperand("(size+1)*2", &value, nullptr, &printer);  // 1: 8, 6: 1, 9: 2
+//   expression.WatchInteger("(size+1)*2", &value, nullptr, &printer);  // 1: 8, 6: 1, 9: 2
 //
 // Values are numbered from 0 as operands are read. What an operator computes keeps the number of
 // its left side, that of a unary operator the number of its operand. So a table of values by

@@ -62,15 +62,15 @@ int ZRTExpression::GetBitStream(const char* text, char* hexText) {
   return StatusOf([&] { return EvaluateInto(text, CurrentScopes(), hexText, Unwatched{}); });
 }
 
-int ZRTExpression::GetBitStream(const char* text, RowDataStream* result, zrt::Failure* failure,
-                                zrt::Observer* observer) {
+int ZRTExpression::WatchBits(const char* text, RowDataStream* result, zrt::Failure* failure,
+                             zrt::Observer* observer) {
   return WatchedStatusOf(text, failure, observer, [&](Watcher* watch) {
     return EvaluateInto(text, CurrentScopes(), *result, watch);
   });
 }
 
-int ZRTExpression::GetBitStream(const char* text, char* hexText, zrt::Failure* failure,
-                                zrt::Observer* observer) {
+int ZRTExpression::WatchBits(const char* text, char* hexText, zrt::Failure* failure,
+                             zrt::Observer* observer) {
   return WatchedStatusOf(text, failure, observer, [&](Watcher* watch) {
     return EvaluateInto(text, CurrentScopes(), hexText, watch);
   });

@@ -17,8 +17,8 @@ int ZRTExpression::SolveIntegerExpression(const char* text, int* result) {
   return StatusOf([&] { return zrt::SolveInteger(text, CurrentScopes(), *result); });
 }
 
-int ZRTExpression::GetIntegerOperand(const char* text, int* result, zrt::Failure* failure,
-                                     zrt::Observer* observer) {
+int ZRTExpression::WatchInteger(const char* text, int* result, zrt::Failure* failure,
+                                zrt::Observer* observer) {
   return zrt::WatchedStatusOf(text, failure, observer, [&](zrt::Watcher* watch) {
     return zrt::SolveInteger(text, CurrentScopes(), *result, watch);
   });
@@ -40,8 +40,8 @@ int ZRTExpression::SolveFloatExpression(const char* text, float* result) {
   return StatusOf([&] { return zrt::SolveFloat(text, CurrentScopes(), *result); });
 }
 
-int ZRTExpression::GetFloatOperand(const char* text, float* result, zrt::Failure* failure,
-                                   zrt::Observer* observer) {
+int ZRTExpression::WatchFloat(const char* text, float* result, zrt::Failure* failure,
+                              zrt::Observer* observer) {
   return zrt::WatchedStatusOf(text, failure, observer, [&](zrt::Watcher* watch) {
     return zrt::SolveFloat(text, CurrentScopes(), *result, watch);
   });

@@ -14,7 +14,7 @@ include        outside
 src/bits
 src/scan       include/ErrorCodes.h
 src/names      outside
-src/solve      src/scan include/ErrorCodes.h
+src/solve      src/scan include/ErrorCodes.h include/zrtexpression/trace.h
 src/scalar     src/solve src/names src/scan include outside
 src/bitstream  src/scalar src/solve src/names src/scan src/bits include outside
 src/runlength  src/bits
