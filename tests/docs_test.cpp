@@ -2,12 +2,15 @@
 // stands in the file that they name, to the letter.
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <cstdio>
 #include <string>
+#include <tuple>
 #include <utility>
+#include <vector>
 
-#include "DataExpression.h"
 #include "support.h"
+#include "zrtexpression/texts.h"
+#include "zrtexpression/words.h"
 
 namespace {
 
@@ -69,6 +72,36 @@ TEST(Docs, OtherHeaders) {
   EXPECT_TRUE(is_unknown);
 }
 
+// ```trace.h
+struct Printer : zrt::Observer {
+  void OnOperand(const zrt::OperandEvent& event) noexcept override {
+    std::printf("%zu: %d\n", event.place.offset, event.value.integer);
+  }
+};
+// ```
+
+TEST(Docs, HeadersOfFailuresAndTraces) {
+  ZRTTokenTree tokens;
+  tokens.Add(ZRTTokens::IntScalar("size", 8));
+  ZRTExpression expression;
+  expression.SetLocalTokenTree(&tokens);
+  int value = 0;
+  testing::internal::CaptureStdout();
+  // ```trace.h
+  Printer printer;
+  expression.WatchInteger("(size+1)*2", &value, nullptr, &printer);  // 1: 8, 6: 1, 9: 2
+  // ```
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "1: 8\n6: 1\n9: 2\n");
+  // ```failure.h
+  zrt::Failure failure;
+  if (expression.WatchInteger("1+rowz", &value, &failure) != 0) {
+    // failure.status is ErrUnknownOperand, failure.place is {2, 4}: "rowz"
+  }
+  // ```
+  EXPECT_EQ(std::tuple(failure.status, failure.place.offset, failure.place.length),
+            std::tuple(ErrUnknownOperand, 2U, 4U));
+}
+
 TEST(Docs, Tokens) {
   // ```embedding.md
   ZRTTokenTree tokens;
@@ -110,21 +143,68 @@ TEST(Docs, StreamsAndRows) {
   status = expression.GetBitStream("0xABC@#1", text);
   // ```
   EXPECT_EQ(std::to_string(status) + " " + text, "0 0x015781");
+  // ```embedding.md
+  RowDataStream value;
+  expression.GetBitStream("0xABC@#1", &value);
+  std::string hexText;
+  bool is_written = zrt::GetHexText(value, &hexText);  // false: memory has run out
+  std::vector<std::uint8_t> bytes(zrt::ValidByteCount(value));
+  zrt::CopyValidBytes(value, zrt::SpareBits::kCleared, bytes.data());  // 01 57 81
+  // ```
+  EXPECT_EQ(std::pair(is_written, hexText), std::pair(true, std::string(text)));
+  EXPECT_EQ(bytes, (std::vector<std::uint8_t>{0x01, 0x57, 0x81}));
+}
+
+TEST(Docs, Failures) {
+  ZRTTokenTree tokens;
+  tokens.Add(ZRTTokens::IntArray("order", {10, 20, 30, 40}));
+  ZRTExpression expression;
+  expression.SetLocalTokenTree(&tokens);
+  // ```embedding.md
+  zrt::Failure failure;
+  int number = 0;
+  expression.WatchInteger("4*order[rowz+1]", &number, &failure);
+  // failure.status is ErrNegativeIndex at {8, 6}, "rowz+1",
+  // failure.cause_status is ErrUnknownOperand at {8, 4}, "rowz"
+  const char* name = zrt::StatusName(failure.cause_status);          // "ErrUnknownOperand"
+  const char* sentence = zrt::StatusSentence(failure.cause_status);  // for a person
+  // ```
+  EXPECT_EQ(std::tuple(failure.status, failure.place.offset, failure.place.length),
+            std::tuple(ErrNegativeIndex, 8U, 6U));
+  EXPECT_EQ(std::pair(failure.cause.offset, failure.cause.length), std::pair(8UL, 4UL));
+  EXPECT_EQ(std::string(name), "ErrUnknownOperand");
+  EXPECT_NE(std::string(sentence), "");
 }
 
 // ```embedding.md
-std::string RunLengthText(LByteBuffer& data) {
-  std::string text(2 * std::size_t{data.GetTotalSize()} + 3, '\0');
-  fnGetDataExpression(&data, text.data());
-  text.resize(std::strlen(text.data()));
-  return text;
-}
+class Steps : public zrt::Observer {
+ public:
+  void OnOperand(const zrt::OperandEvent& event) noexcept override {
+    Set(event.number, event.value);
+  }
+  void OnResult(zrt::ValueNumber number, const zrt::ValueView& value) noexcept override {
+    Set(number, value);
+  }
+  void OnOutcome(zrt::ValueNumber number, const zrt::ValueView&) noexcept override {
+    outcome = values[number];
+  }
+
+  std::vector<int> values;  // by number
+  int outcome = 0;
+
+ private:
+  void Set(zrt::ValueNumber number, const zrt::ValueView& value) {
+    if (values.size() <= number) values.resize(number + 1);
+    values[number] = value.integer;
+  }
+};
 // ```
 
-TEST(Docs, RunLengthText) {
-  RowDataStream stream;
-  Fill(stream, "55555555555555/56");
-  EXPECT_EQ(RunLengthText(stream), "(0x55^7)");
+TEST(Docs, Steps) {
+  Steps steps;
+  int value = 0;
+  EXPECT_EQ(ZRTExpression().WatchInteger("10+2*(1+2)-3*4", &value, nullptr, &steps), 0);
+  EXPECT_EQ(std::pair(value, steps.outcome), std::pair(24, 24));
 }
 
 // ```embedding.md

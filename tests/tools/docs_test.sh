@@ -95,6 +95,10 @@ done < <(cd "$source_dir" && grep -ohE '`[A-Za-z0-9_/]+\.h`' README.md docs/*.md
 for header in ZRTExpression.h RowDataStream.h ErrorCodes.h; do
   header_examples "include/$header" | is_run_as "$header"
 done
+# Of these the example stands in the opening comment, and has lines that go further in.
+for header in trace.h failure.h; do
+  sed -nE '/^[^/]/q; s#^//   (.*)#\1#p' "$source_dir/include/zrtexpression/$header" | is_run_as "$header"
+done
 
 # The run-length writer: bytes and what they become. Of what has no run the host makes a literal.
 header_examples include/DataExpression.h > rows

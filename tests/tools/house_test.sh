@@ -13,7 +13,7 @@ outside
 include        outside
 src/bits
 src/scan       include/ErrorCodes.h
-src/names      outside
+src/names      outside include/zrtexpression/trace.h
 src/solve      src/scan include/ErrorCodes.h include/zrtexpression/trace.h
 src/scalar     src/solve src/names src/scan include outside
 src/bitstream  src/scalar src/solve src/names src/scan src/bits include outside
