@@ -116,7 +116,8 @@ class Walk : private WalkSteps<Policy> {
   // and not there.
   ZRTStatus CutRight(Frame& frame, Piece& side) const;
   ZRTStatus CutLeft(Frame& frame, Piece& side);
-  ZRTStatus CutNegations(Frame& frame, RightScan& scan, FoundOperator& found);
+  ZRTStatus CutNegations(Frame& frame, RightScan& scan, FoundOperator& found,
+                         std::uint32_t& middle);
 
   ZRTStatus DeliverChain(const Piece& piece);
 
@@ -312,7 +313,8 @@ ZRTStatus Walk<Policy>::CutRight(Frame& frame, Piece& side) const {
 template <class Policy>
 ZRTStatus Walk<Policy>::CutLeft(Frame& frame, Piece& side) {
   Piece left = frame.piece;
-  left.end = text_.PositionOf(frame.middle_mark);
+  std::uint32_t middle = text_.PositionOf(frame.middle_mark);
+  left.end = middle;
   left.last_mark = frame.middle_mark;
   left.no_operator_behind_brackets = 0;  // it ends elsewhere than the operand it is part of
   left = DropTrailingBlanks(text_, left);
@@ -320,16 +322,10 @@ ZRTStatus Walk<Policy>::CutLeft(Frame& frame, Piece& side) {
   RightScan scan(text_, left);
   FoundOperator found = scan.Last();
   if (frame.is_group) {
-    const ZRTStatus status = CutNegations(frame, scan, found);
+    const ZRTStatus status = CutNegations(frame, scan, found, middle);
     if (status != kOk || scan.rest().empty()) return status;
   }
-  // One is wanted in front of what has been cut, or has nothing in front of it.
-  if (!found.is_there()) {
-    left.begin = scan.rest().end;
-    left.end = frame.piece.end;
-    const std::uint32_t position = DropLeadingBlanks(text_, left).begin;
-    return watch()->Fail(ErrMisplacedOperator, Part(position, position));
-  }
+  if (!found.is_there()) return watch()->Fail(ErrMisplacedOperator, Part(middle, middle));
   if (found.position == left.begin) return watch()->Fail(ErrMisplacedOperator, Part(found));
   TellUnread(scan.rest(), found);
   frame.left_code = found.code();
@@ -338,9 +334,11 @@ ZRTStatus Walk<Policy>::CutLeft(Frame& frame, Piece& side) {
   return kOk;
 }
 
-// Deals with the "!" and "~" directly in front of a group.
+// Deals with the "!" and "~" directly in front of a group. `middle` is where the middle begins,
+// with those of them that it takes.
 template <class Policy>
-ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan, FoundOperator& found) {
+ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan, FoundOperator& found,
+                                     std::uint32_t& middle) {
   while (found.is_there() && IsNegation(found.code())) {
     if constexpr (Policy::kGroupNegation == GroupNegation::kRefused) {
       return watch()->Fail(ErrInvalidOperator, Part(found));
@@ -351,6 +349,7 @@ ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan, FoundOperato
       // The group's value lies below the right side's, if there is one.
       ApplyUnary(values_.Below(frame.has_right() ? 1 : 0), found);
       scan.CutBefore(found);
+      middle = found.position;
       found = scan.Last();
     }
   }
