@@ -37,6 +37,12 @@ void SetLeadingWord(BitValue& value, int word) {
 
 bool IsTooWide(const BitValue& value) { return value.byte_count() > kLeadingWordSize; }
 
+std::int64_t JoinedLength(int left_bit_length, const BitValue& right) {
+  return std::int64_t{left_bit_length} + right.bit_length();
+}
+
+std::int64_t CopyCount(BitValue& right) { return std::max(LeadingWord(right), 0); }
+
 ZRTStatus Calculate(BitValue& left, std::uint16_t code, BitValue& right) {
   if (IsTooWide(right) || IsTooWide(left)) return ErrOperandTooWide;
   int value = LeadingWord(left);
@@ -114,7 +120,7 @@ BitValue Joined(BitValue& left, BitValue& right, const Placing& placing, std::si
 
 // Lays `left` above `right`. The shorter one goes into the longer one's buffer if that has room.
 ZRTStatus Concatenate(BitValue& left, BitValue& right) {
-  const std::int64_t total = std::int64_t{left.bit_length()} + right.bit_length();
+  const std::int64_t total = JoinedLength(left.bit_length(), right);
   if (!FitsBitLength(total)) return ErrStreamWrite;
   const std::size_t size = BytesFor(total);
   const Placing placing(left, right, size);
@@ -184,7 +190,7 @@ class Copies {
 
 ZRTStatus Replicate(BitValue& left, BitValue& right) {
   if (IsTooWide(right)) return ErrOperandTooWide;
-  const std::int64_t count = std::max(LeadingWord(right), 0);
+  const std::int64_t count = CopyCount(right);
   const int bit_count = left.bit_length();
   const std::int64_t total = count * bit_count;
   if (!FitsBitLength(total)) return ErrStreamWrite;
@@ -253,6 +259,15 @@ std::optional<ZRTStatus> StatusWithoutValues(std::uint16_t code) {
     case Effect::kIgnored: return kOk;
     case Effect::kRefused: return ErrInvalidOperator;
     default: return std::nullopt;
+  }
+}
+
+bool IsTooLong(int left_bit_length, std::uint16_t code, BitValue& right) {
+  switch (code) {
+    case OpConcat: return !FitsBitLength(JoinedLength(left_bit_length, right));
+    case OpReplicate:
+      return !IsTooWide(right) && !FitsBitLength(CopyCount(right) * left_bit_length);
+    default: return false;
   }
 }
 

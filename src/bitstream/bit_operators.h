@@ -13,6 +13,10 @@ namespace zrt {
 /// The status of an operator that looks at no value, since it does nothing or is none.
 std::optional<ZRTStatus> StatusWithoutValues(std::uint16_t code);
 
+/// Whether a concatenation or replication is refused since its result would have more than
+/// 2147483647 bits. Known without the left side's bytes, so that none need be loaded for that.
+bool IsTooLong(int left_bit_length, std::uint16_t code, BitValue& right);
+
 /// Applies the operator `code` to `left` in place. A right side that is missing is an empty value.
 /// `right` may be used up.
 /// @return kOk; ErrInvalidOperator for a code that is none, or a division by 0 (left unchanged);

@@ -47,11 +47,6 @@ int EvaluateInto(const char* text, const zrt::Scopes& scopes, char* hex_text, Wa
 // A failure with any other status leaves the value, and so the stream, as it was.
 bool MayHaveChangedValue(int status) { return status == zrt::kOk || status == ErrStreamWrite; }
 
-void Load(RowDataStream& stream, BitValue& value) {
-  LoadBytes(stream, value);
-  value.set_bit_length(stream.BitLength);
-}
-
 }  // namespace
 
 int ZRTExpression::GetBitStream(const char* text, RowDataStream* result) {
@@ -100,8 +95,13 @@ int ZRTExpression::ExecuteBitStreamOperator(RowDataStream* left, unsigned short 
     BitValue value;
     BitValue operand;
     if (const auto status = zrt::StatusWithoutValues(code)) return *status;
-    Load(*left, value);
-    if (right) Load(*right, operand);
+    // Bit lengths and a count tell whether the result is too long: then nothing else is loaded.
+    value.set_bit_length(left->BitLength);
+    operand.set_bit_length(right ? right->BitLength : 0);
+    if (right && code == zrt::OpReplicate) BorrowBytes(*right, operand);
+    if (zrt::IsTooLong(value.bit_length(), code, operand)) return ErrStreamWrite;
+    if (right) BorrowBytes(*right, operand);
+    LoadBytes(*left, value);
     const int status = zrt::ApplyToBits(value, code, operand);
     if (!MayHaveChangedValue(status)) return status;
     return OverwriteByValue(*left, value) ? status : ErrStreamWrite;
