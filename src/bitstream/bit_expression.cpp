@@ -32,7 +32,7 @@ class BitsPolicy : public BitsKind {
   static void ApplyUnary(BitValue& value, OperatorCode code) { ApplyUnaryToBits(value, code); }
 
   void BeginResult(BitValue& value) {
-    const std::size_t older_size = older_ ? older_->GetTotalSize() : 0;
+    const std::size_t older_size = older_ ? SizeOf(*older_) : 0;
     if (older_size == 0) return;
     value.Reshape(0, older_size + value.byte_count());
     CopyBytes(*older_, value.OwnBytes().data());

@@ -2,6 +2,7 @@
 #include "bitstream/stream_bytes.h"
 
 #include <cstring>
+#include <new>
 
 namespace zrt {
 namespace {
@@ -14,25 +15,31 @@ void KeepFrom(RowDataStream& stream, BitValue& value) {
 
 }  // namespace
 
-void CopyBytes(LByteBuffer& chain, std::uint8_t* to) {
+std::size_t SizeOf(LByteBuffer& chain) {
   const unsigned int size = chain.GetTotalSize();
+  if (size > kMostBytes) throw std::bad_alloc();
+  return size;
+}
+
+void CopyBytes(LByteBuffer& chain, std::uint8_t* to) {
+  const std::size_t size = SizeOf(chain);
   if (size == 0) return;
-  if (static_cast<unsigned int>(chain.GetDataSize()) == size) {
+  if (static_cast<std::size_t>(chain.GetDataSize()) == size) {
     std::memcpy(to, chain.GetDataBlock(), size);
     return;
   }
-  for (unsigned int index = 0; index < size; ++index) {
+  for (std::size_t index = 0; index < size; ++index) {
     to[index] = chain.ReadData(static_cast<int>(index));
   }
 }
 
 void LoadBytes(LByteBuffer& chain, BitValue& value) {
-  CopyBytes(chain, value.Rebuild(chain.GetTotalSize()).data());
+  CopyBytes(chain, value.Rebuild(SizeOf(chain)).data());
 }
 
 void BorrowBytes(LByteBuffer& chain, BitValue& value) {
-  const unsigned int size = chain.GetTotalSize();
-  if (static_cast<unsigned int>(chain.GetDataSize()) != size) return LoadBytes(chain, value);
+  const std::size_t size = SizeOf(chain);
+  if (static_cast<std::size_t>(chain.GetDataSize()) != size) return LoadBytes(chain, value);
   value.Borrow({chain.GetDataBlock(), size});
 }
 

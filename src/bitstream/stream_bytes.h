@@ -9,6 +9,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <span>
 
 #include "RowDataStream.h"
@@ -16,7 +17,14 @@
 
 namespace zrt {
 
-/// Copies the bytes of a chain to `to`, GetTotalSize() of them; in one go if it is one block.
+/// As many bytes of a chain as an index reaches.
+inline constexpr unsigned int kMostBytes = std::numeric_limits<int>::max();
+
+/// The bytes of a chain. Throws std::bad_alloc if they are more than kMostBytes: the rest cannot be
+/// read, as if there were no memory to read it into.
+std::size_t SizeOf(LByteBuffer& chain);
+
+/// Copies the bytes of a chain to `to`, SizeOf() of them; in one go if it is one block.
 void CopyBytes(LByteBuffer& chain, std::uint8_t* to);
 
 /// `value` becomes the bytes of a chain; its bit length stays. Throws std::bad_alloc.

@@ -15,7 +15,7 @@ void fnGetDataExpression(LByteBuffer* data, char* text) {
     return;
   }
   const bool is_written = zrt::OnExhaustedMemory(false, [&] {
-    std::vector<std::uint8_t> bytes(size);
+    std::vector<std::uint8_t> bytes(zrt::SizeOf(*data));
     zrt::CopyBytes(*data, bytes.data());
     zrt::WriteRunLengthText(bytes, digit_ten, text);
     return true;
