@@ -2,6 +2,7 @@
 // evaluator, and streams in the notation of people, "0ABC/12" for the 12 bits ABC in two bytes.
 #pragma once
 
+#include <cstdlib>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -50,6 +51,9 @@ ZRT_OPEN_PRIVATE(ExecuteBitStreamOperator, int(RowDataStream*, unsigned short, R
 ZRT_OPEN_PRIVATE(ErrorInstruction, char*);
 
 }  // namespace
+
+/// Whether tests that take gigabytes are wanted.
+inline bool IsHuge() { return std::getenv("ZRT_HUGE") != nullptr; }
 
 /// Bytes and bit length from "0ABC/12". The bytes need not agree with the length.
 struct Bits {

@@ -51,6 +51,12 @@ struct ContractHost {
   }
 
   static void SetBlockSize(int size) { LByteBuffer::default_size_ = size; }
+  // A chain of two blocks with as many bytes together.
+  static void FillUp(LByteBuffer& buffer, std::size_t byte_count) {
+    SetBlockSize(static_cast<int>(byte_count / 2));
+    buffer.block_->bytes.resize(byte_count - byte_count / 2, 0xAB);
+    buffer.AllocateNewBlock()->block_->bytes.resize(byte_count / 2, 0xCD);
+  }
   // From now on `granted` bytes and blocks are taken, and then one or all others refused.
   static void Refuse(long granted, bool for_good) {
     LByteBuffer::call_count_ = 0;
@@ -190,6 +196,35 @@ TEST(Contract, StreamsAndRunLengthTexts) {
     target.CopyBlock(static_cast<RowDataStream*>(nullptr));
     target = copy;
     EXPECT_EQ(Hex(target), "abababababababab0ccd/80");
+  }
+}
+
+// Two blocks may hold more than an index reaches. What cannot be read is refused.
+TEST(Contract, RefusesBytesBeyondAnIndex) {
+  if (!IsHuge()) GTEST_SKIP() << "takes gigabytes: set ZRT_HUGE to run it";
+  for (const unsigned int byte_count : {0x7FFFFFFFU, 0x80000000U}) {
+    const bool fits = byte_count < 0x80000000U;
+    const std::string refused = std::to_string(ErrStreamWrite);
+    Scene scene;
+    ContractHost::AddField(scene.local, "long", "/8");
+    std::string name = "long";
+    LByteBuffer& row = *scene.local.GetDataField(name.data())->GetRow(1);
+    ContractHost::FillUp(row, byte_count);
+    RowDataStream stream, small;
+    static_cast<LByteBuffer&>(stream) = row;
+    Fill(small, "5a/8");
+    EXPECT_EQ(Evaluate(scene.expression, "0x12|long"), fits ? "df/8" : refused);
+    EXPECT_EQ(ExecuteBitStreamOperator(scene.expression, &small, zrt::OpAnd, &stream),
+              fits ? 0 : ErrStreamWrite);
+    EXPECT_EQ(Hex(small), fits ? "48/8" : "5a/8");
+    if (fits) continue;
+    EXPECT_EQ(ExecuteBitStreamOperator(scene.expression, &stream, zrt::OpAnd, &small),
+              ErrStreamWrite);
+    EXPECT_EQ(scene.expression.GetBitStream("1+(2)", &stream), ErrStreamWrite);
+    char text[] = "1";
+    fnGetDataExpression(&stream, text);
+    EXPECT_STREQ(text, "");
+    EXPECT_EQ(stream.GetTotalSize(), byte_count);
   }
 }
 

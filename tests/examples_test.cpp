@@ -30,7 +30,9 @@ struct ScalarWorld : World {
           T::FloatScalar("g", -2.75F, 3), T::FloatScalar("high", 3e9F),
           T::FloatScalar("low", -3e9F), T::FloatScalar("h", -0.5F, 3),
           T::FloatArray("fa", {1.5F, -2.5F}), T::FloatArray("f7", {-1.99F, INFINITY}, 7),
-          T::FloatScalar("nan", NAN)}) {
+          T::FloatScalar("nan", NAN),
+          T::FloatArray("edge", {2147483520.0F, 2147483648.0F, -2147483648.0F, -2147483904.0F,
+                                 -INFINITY, -0.99999994F, 1e-45F})}) {
       local_tokens.Add(token);
     }
   }

@@ -1,0 +1,143 @@
+// The edges of sizes and of numbers: results, literals and texts as long as a bit length or a
+// position can tell, and those one longer; numbers at which 32 bits begin, end or wrap. What takes
+// gigabytes is run where ZRT_HUGE is set.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "environment.h"
+#include "operator_steps.h"
+#include "support.h"
+
+namespace {
+
+constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
+
+TEST(Edges, PairsOfNumbersUnderEveryOperator) {
+  constexpr int kNumbers[] = {0,     1,       -1,      2,     -2,       7,        8,
+                              30,    31,      32,      33,    -31,      63,       64,
+                              255,   256,     46340,   46341, 65535,    65536,    -65536,
+                              65537, 1 << 24, 1 << 30, kMin,  kMin + 1, kMax - 1, kMax};
+  ZRTExpression expression;
+  for (const int left : kNumbers) {
+    for (const int right : kNumbers) {
+      for (unsigned short code = zrt::OpNone; code <= zrt::OpBitReverse + 1; ++code) {
+        int value = left, model = left;
+        const char op = (std::string(reference::kOperators) + '?')[code];
+        const int status = ExecuteIntegerOperator(expression, &value, code, right);
+        EXPECT_EQ(status, reference::StatusOf([&] { reference::Apply(model, op, right); }));
+        EXPECT_EQ(value, model) << left << " " << op << " " << right;
+        const zrt::Step step{code, reference::FromWord(right)};
+        EXPECT_EQ(zrt::DifferenceAfter(reference::FromWord(left), {step}), "");
+      }
+    }
+  }
+}
+
+// Streams tell more bits than they hold, so that both sides of the edge are in reach.
+TEST(Edges, ResultsThatAreTooLongCostNothing) {
+  struct Row {
+    const char* left;
+    unsigned short code;
+    const char* right;
+  };
+  const std::string bytes = Repeated("5A", 100);
+  const std::string longest = bytes + "/2147483647", half = bytes + "/1073741824";
+  for (const Row& row : {
+           Row{longest.c_str(),  zrt::OpConcat,    "01/1"         },
+           Row{"01/1",           zrt::OpConcat,    longest.c_str()},
+           Row{half.c_str(),     zrt::OpConcat,    half.c_str()   },
+           Row{"5A/-2147483648", zrt::OpConcat,    "/-1"          },
+           Row{half.c_str(),     zrt::OpReplicate, "00000002/32"  },
+           Row{longest.c_str(),  zrt::OpReplicate, "7FFFFFFF/32"  },
+           Row{"5A/-1073741825", zrt::OpReplicate, "00000002/32"  }
+  }) {
+    ZRTExpression expression;
+    RowDataStream left, right;
+    Fill(left, row.left);
+    Fill(right, row.right);
+    const long before = memory.allocation_count;
+    EXPECT_EQ(ExecuteBitStreamOperator(expression, &left, row.code, &right), ErrStreamWrite);
+    EXPECT_EQ(memory.allocation_count, before) << row.left << " " << row.right;
+    EXPECT_EQ(Hex(left), row.left);
+    EXPECT_EQ(Hex(right), row.right);
+  }
+}
+
+// Bytes and bit length of a value of ones, which is what most of these are: "268435456/2147483647".
+std::string Ones(RowDataStream& stream) {
+  const unsigned int size = stream.GetTotalSize();
+  const unsigned char* const data = stream.GetDataBlock();
+  const auto spare_bits = static_cast<int>(8 * std::size_t{size}) - stream.BitLength;
+  const bool are_ones = size > 0 && spare_bits < 8 && data[0] == 0xFF >> spare_bits &&
+                        std::all_of(data + 1, data + size, [](auto byte) { return byte == 0xFF; });
+  return are_ones ? std::to_string(size) + "/" + std::to_string(stream.BitLength) : Hex(stream);
+}
+
+class Huge : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!IsHuge()) GTEST_SKIP() << "takes gigabytes: set ZRT_HUGE to run it";
+  }
+
+  void Expect(const std::string& text, int status, const std::string& ones) {
+    RowDataStream stream;
+    EXPECT_EQ(world_.expression.GetBitStream(text.c_str(), &stream), status) << text.substr(0, 99);
+    EXPECT_EQ(Ones(stream), ones) << text.substr(0, 99);
+  }
+
+  World world_;
+};
+
+TEST_F(Huge, Results) {
+  const std::string longest = "268435456/2147483647";
+  Expect("#1^2147483647", 0, longest);
+  Expect("(#1^0x3FFFFFFF)@#1@(#1^0x3FFFFFFF)", 0, longest);
+  Expect("#1^2147483647@#1", ErrStreamWrite, longest);
+  Expect("#1^2147483647^2", ErrStreamWrite, longest);
+  Expect("(#1^2147483647)@#1", ErrStreamWrite, longest);
+  Expect("#1@(#1^2147483647)", ErrStreamWrite, "1/1");
+  Expect("#1@((#1^2147483647)@#1)@#1", ErrStreamWrite, "/0");
+  Expect("(#1^2147483647)@(#1^2147483647)", ErrStreamWrite, longest);
+}
+
+TEST_F(Huge, Literals) {
+  const std::size_t most_digits = 2 * (std::size_t{kMax} / 8);  // of whole bytes
+  Expect("0x" + std::string(most_digits, 'f'), 0, "268435455/2147483640");
+  Expect("0x" + std::string(most_digits + 1, 'f'), ErrStreamWrite, "/0");
+  Expect("#" + std::string(std::size_t{kMax} - 1, '1'), 0, "268435456/2147483646");
+}
+
+// A text as long as a position can tell is read, a longer one not at all.
+TEST_F(Huge, Texts) {
+  for (const bool is_too_long : {false, true}) {
+    std::string text(std::size_t{kMax} + (is_too_long ? 1 : 0), '1');
+    text.front() = text.back() = '+';
+    const int status = is_too_long ? ErrStreamWrite : ErrUnknownOperand;
+    ZRTExpression& expression = world_.expression;
+    int integer = 77;
+    float real = 77;
+    RowDataStream stream, chain;
+    Fill(stream, "5A/3");
+    Fill(chain, "5A/3");
+    unsigned short code = 77;
+    char hex_text[] = "as it was";
+    std::string given = text;
+    EXPECT_EQ(expression.GetIntegerOperand(text.c_str(), &integer), status);
+    EXPECT_EQ(expression.GetFloatOperand(text.c_str(), &real), status);
+    EXPECT_EQ(expression.GetBitStream(text.c_str(), &stream), status);
+    EXPECT_EQ(expression.GetBitStream(text.c_str(), hex_text), status);
+    EXPECT_EQ(expression.SolveBitStreamExpression(given.data(), &chain), status);
+    EXPECT_EQ(GetLeftMostOperator(expression, text.c_str(), &code), is_too_long ? -1 : 0);
+    EXPECT_EQ(GetRightMostOperator(expression, text.c_str(), &code), is_too_long ? -1 : kMax - 1);
+    EXPECT_EQ(code, is_too_long ? 77 : zrt::OpAdd);
+    EXPECT_EQ(integer, 77);
+    EXPECT_EQ(real, 77);
+    EXPECT_STREQ(hex_text, "as it was");
+    EXPECT_EQ(Hex(stream) + Hex(chain), is_too_long ? "5A/35A/3" : "/0/0");
+  }
+}
+
+}  // namespace
