@@ -4,6 +4,9 @@
 #   symbols_test.sh state OBJECT...          no object holds a variable that outlives a call
 #   symbols_test.sh exports LIBRARY LIST     the shared library shows what the list says, no more, and
 #                                            nothing that would keep it loaded
+#   symbols_test.sh imports LIBRARY          it asks the platform for memory, bytes and the current
+#                                            directory alone: it prints nothing, ends nothing, and
+#                                            reads no file, environment, clock or locale
 set -uo pipefail
 export LC_ALL=C
 
@@ -19,5 +22,16 @@ case "$1" in
     nm -D --defined-only -C "$2" | sed -E 's/^[^ ]+ u /unique: /; s/^[0-9a-f]+ . //' | sort -u |
       diff <(sort -u "$3") - && exit 0
     echo "The symbols that $2 shows are not those of $3 (< list, > library)"
+    exit 1 ;;
+  imports)
+    nm -D --undefined-only "$2" | sed -E 's/^ *[Uwv] //; s/@.*//' | c++filt | sort -u |
+      grep -vxE 'mem(chr|cmp|cpy|move|set)|str(cmp|len)|_getcwd|_chdir|__errno_location' |
+      grep -vxE '__cxa_.*|__gxx_personality_v0|_Unwind_Resume|__gmon_start__|_ITM_.*' |
+      grep -vxE '__libc_single_threaded|__stack_chk_fail|__cpu_(model|indicator_init)' |
+      grep -vxE 'operator (new|delete).*|std::(nothrow|terminate\(\)|from_chars\(.*|__throw_.*)' |
+      grep -vxE '(typeinfo|vtable) for .*' |
+      grep -vE '^(Error(Handler|Element)|LByteBuffer|LString|QLM(DataField|PlusData)|RBTree|ZRTToken(s|Tree))::' |
+      grep -vxE 'util_.*' || exit 0
+    echo "What $2 asks for above is not its business"
     exit 1 ;;
 esac
