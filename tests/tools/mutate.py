@@ -8,9 +8,12 @@ same tree gives the same ones.
   tests/tools/mutate.py                           500 mutants, one after another
   tests/tools/mutate.py --count 60 --seed 7 --jobs 2
   tests/tools/mutate.py --files src/scan/*.cpp --count 1000    all mutants of some files
+  tests/tools/mutate.py --log mutants.txt         goes on where an earlier run of the tree ended
 
 The tree is copied and built aside, without optimisation. Mutants that do not compile are replaced
-by others; those of which the compiler makes the same program are not counted.
+by others; those of which the compiler makes the same program are not counted. Most mutants change
+what texts evaluate to, so a digest over some texts is looked at first; the tests, which take longer
+to build, see what it lets pass.
 """
 import argparse
 import collections
@@ -30,7 +33,7 @@ import tempfile
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-Mutant = collections.namedtuple("Mutant", "file line kind before after begin end")
+Mutant = collections.namedtuple("Mutant", "file line column kind before after begin end")
 
 # Blanks stand around binary operators in this code, and not around those of types.
 OPERATORS = {
@@ -42,6 +45,8 @@ ARGUMENT = r"[\w.\[\]]+(?:->\w+)?(?:\(\))?(?: [-+*/] [\w.]+)?"
 STATEMENT = re.compile(r" *(?:[\w.\->\[\]:*() ]+ [-+*/|&^%]?= .*|(?:\+\+|--)\S+|[\w.:\->]+\(.*\)|"
                        r"break|continue|if \(.*\) .+);")
 SLOW_TESTS = "Reference.*:Growth*.*"
+FEW_TEXTS = "2000"
+SETTINGS = {"ZRT_REFERENCE_TEXTS": "20000", "ZRT_LONG_RUN": "20000"}
 
 
 def masked(text):
@@ -57,7 +62,8 @@ def candidates(file):
     code = masked(text)
 
     def mutant(kind, begin, end, after):
-        return Mutant(file, text.count("\n", 0, begin) + 1, kind, text[begin:end], after, begin, end)
+        line, column = text.count("\n", 0, begin) + 1, begin - text.rfind("\n", 0, begin)
+        return Mutant(file, line, column, kind, text[begin:end], after, begin, end)
 
     for match in re.finditer(r"(?<= )(%s)(?=[ \n])" % "|".join(
             re.escape(op) for op in sorted(OPERATORS, key=len, reverse=True)), code):
@@ -106,63 +112,74 @@ class Tree:
             if not copy.exists() or copy.read_bytes() != (ROOT / file).read_bytes():
                 shutil.copyfile(ROOT / file, copy)
         subprocess.run(["cmake", "-S", self.source, "-B", self.build, "-G", "Ninja",
-                        "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0", "-DZRT_BUILD_TOOLS=OFF",
-                        "-DZRT_WIDE_VECTORS=OFF"], check=True, stdout=subprocess.DEVNULL)
-        if not self.compile():
+                        "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0",
+                        "-DZRT_BUILD_TOOLS=OFF", "-DZRT_WIDE_VECTORS=OFF"], check=True,
+                       stdout=subprocess.DEVNULL)
+        if not self.compile("zrt_digest"):
             sys.exit("the tree does not build as it is")
+        self.few_texts = self.digest(FEW_TEXTS)
         if (killer := self.killer()) is not None:
             sys.exit(f"the tests fail on the tree as it is: {killer}")
-        self.hash = self.program_hash()
+        self.hash = self.library_hash()
 
     def program(self, name):
         return self.build / "tests" / name
 
-    def program_hash(self):
-        return hashlib.sha256(self.program("zrt_tests").read_bytes()).digest()
+    def library_hash(self):
+        objects = sorted((self.build / "src").rglob("*.o"))
+        return hashlib.sha256(b"".join(map(pathlib.Path.read_bytes, objects))).digest()
 
     def run(self, *command, limit):
-        """The exit status; a mutant that never ends or takes all memory fails."""
+        """What it prints, None if it fails; so does what never ends or takes all memory."""
         def limits():
-            resource.setrlimit(resource.RLIMIT_AS, (8 << 30, 8 << 30))
+            resource.setrlimit(resource.RLIMIT_AS, (4 << 30, 4 << 30))
         try:
             return subprocess.run(command, cwd=self.source, stdin=subprocess.DEVNULL, timeout=limit,
-                                  env={**os.environ, "ZRT_REFERENCE_TEXTS": "20000"},
-                                  capture_output=True, preexec_fn=limits).returncode
-        except subprocess.TimeoutExpired:
-            return -1
+                                  env={**os.environ, **SETTINGS}, capture_output=True, check=True,
+                                  preexec_fn=limits).stdout
+        except (subprocess.TimeoutExpired, subprocess.CalledProcessError):
+            return None
 
-    def compile(self):
-        return self.run("cmake", "--build", self.build, "-j1", "--target", "zrt_tests", "zrt_digest",
-                        limit=1800) == 0
+    def compile(self, target):
+        build = "cmake", "--build", self.build, "-j1", "--target", target
+        return self.run(*build, limit=1800) is not None
+
+    def test(self, names, limit):
+        tests = self.program("zrt_tests"), "--gtest_brief=1", "--gtest_fail_fast"
+        return self.run(*tests, f"--gtest_filter={names}", limit=limit) is not None
+
+    def digest(self, *texts):
+        return self.run(self.program("zrt_digest"), *texts, limit=120)
 
     def killer(self):
         """The first group of tests that fails, from the quickest on."""
-        tests = self.program("zrt_tests"), "--gtest_brief=1", "--gtest_fail_fast"
-        digest = f"diff tests/digest.txt <({self.program('zrt_digest')})"
-        for name, command in (("quick tests", (*tests, f"--gtest_filter=-{SLOW_TESTS}")),
-                              ("digest", ("bash", "-c", digest)),
-                              ("slow tests", (*tests, f"--gtest_filter={SLOW_TESTS}"))):
-            if self.run(*command, limit=600) != 0:
-                return name
-        return None
+        if self.digest(FEW_TEXTS) != self.few_texts:
+            return "few texts"
+        if not self.compile("zrt_tests"):
+            return "invalid"
+        if not self.test(f"-{SLOW_TESTS}", 300):
+            return "quick tests"
+        if self.digest() != (self.source / "tests/digest.txt").read_bytes():
+            return "digest"
+        return None if self.test(SLOW_TESTS, 600) else "slow tests"
 
     def judge(self, mutant):
-        """Who kills the mutant; "invalid", "same" (program) or None if nobody does."""
+        """Who kills the mutant; "invalid", "same" (library) or None if nobody does."""
         path = self.source / mutant.file
         text = path.read_text()
         path.write_text(text[:mutant.begin] + mutant.after + text[mutant.end:])
         try:
-            if not self.compile():
+            if not self.compile("zrt_digest"):
                 return "invalid"
-            return "same" if self.program_hash() == self.hash else self.killer()
+            return "same" if self.library_hash() == self.hash else self.killer()
         finally:
             path.write_text(text)
 
 
 def shown(mutant):
     tidy = lambda code: " ".join(code.split())
-    return (f"{mutant.file}:{mutant.line}: {mutant.kind}: {tidy(mutant.before)}  ->  "
-            f"{tidy(mutant.after)}")
+    return (f"{mutant.file}:{mutant.line}:{mutant.column}: {mutant.kind}: "
+            f"{tidy(mutant.before)}  ->  {tidy(mutant.after)}")
 
 
 def main():
@@ -172,6 +189,8 @@ def main():
     parser.add_argument("--minutes", type=float, default=1e9, help="then no more mutants are begun")
     parser.add_argument("--jobs", type=int, default=1)
     parser.add_argument("--keep", type=pathlib.Path, help="builds the trees here, and leaves them")
+    parser.add_argument("--log", type=pathlib.Path,
+                        help="keeps what becomes of each mutant; those in it are not run again")
     parser.add_argument("--files", nargs="*", help="else all of include/ and src/")
     parser.add_argument("--list", action="store_true", help="print the mutants and run none")
     arguments = parser.parse_args()
@@ -184,8 +203,13 @@ def main():
         print(*map(shown, mutants), sep="\n")
         return 0
 
+    log = arguments.log or pathlib.Path(os.devnull)
+    known = {}
+    if log.exists():
+        known = {name: result for result, name in
+                 (line.split("\t", 1) for line in log.read_text().splitlines())}
     tally, survivors, drawn = collections.Counter(), [], iter(mutants)
-    with tempfile.TemporaryDirectory() as work:
+    with tempfile.TemporaryDirectory() as work, log.open("a") as record:
         trees = queue.Queue()
         folder = arguments.keep or pathlib.Path(work)
         with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
@@ -195,29 +219,36 @@ def main():
         ends = time.monotonic() + 60 * arguments.minutes
 
         def judged(mutant):
+            if (name := shown(mutant)) in known:
+                return name, known[name]
             tree = trees.get()
             try:
-                return mutant, tree.judge(mutant)
+                return name, tree.judge(mutant) or "survives"
             finally:
                 trees.put(tree)
 
         with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
-            while (missing := arguments.count - sum(
-                    n for result, n in tally.items() if result not in ("invalid", "same"))) > 0:
+            while (missing := arguments.count - counted(tally)) > 0:
                 batch = list(itertools.islice(drawn, min(missing, 4 * arguments.jobs)))
                 if not batch or time.monotonic() > ends:
                     break
-                for mutant, result in pool.map(judged, batch):
+                for name, result in pool.map(judged, batch):
                     tally[result] += 1
-                    if result is None:
-                        survivors.append(mutant)
-                        print("survives:", shown(mutant), flush=True)
+                    if name not in known:
+                        print(result, name, sep="\t", file=record, flush=True)
+                    if result == "survives":
+                        survivors.append(name)
+                        print("survives:", name, flush=True)
 
-    total = sum(n for result, n in tally.items() if result not in ("invalid", "same"))
-    print(f"\n{total - tally[None]} of {total} mutants killed, seed {arguments.seed} (" + ", ".join(
-        f"{result or 'survivors'}: {n}" for result, n in tally.most_common()) + ")")
-    print(*sorted(map(shown, survivors)), sep="\n")
+    total = counted(tally)
+    print(f"\n{total - tally['survives']} of {total} mutants killed, seed {arguments.seed} (" +
+          ", ".join(f"{result}: {n}" for result, n in tally.most_common()) + ")")
+    print(*sorted(survivors), sep="\n")
     return 0
+
+
+def counted(tally):
+    return sum(n for result, n in tally.items() if result not in ("invalid", "same"))
 
 
 if __name__ == "__main__":
