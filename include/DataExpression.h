@@ -17,7 +17,8 @@
 /// @param text  replaced by the NUL-terminated result; the caller's buffer of at least
 ///              2 * GetTotalSize() + 3 characters, whatever the result. Empty when `data` has no
 ///              run to write, which means that the buffer has no run-length form; also if
-///              `data` is a chain of several blocks that finds no memory to be laid out in one.
+///              `data` is a chain of several blocks that finds no memory to be laid out in one, or
+///              has more bytes than an index reaches.
 ///
 /// Gives no status and throws nothing. Safe to call from any thread on buffers of its own.
 ZRT_EXPORT void fnGetDataExpression(LByteBuffer* data, char* text);

@@ -46,7 +46,8 @@ class ZRT_EXPORT RowDataStream : public LByteBuffer {
   /// Appends the bytes of `source` behind those that are here and sets BitLength to that of
   /// `source`: a target that was not empty ends with more bytes than its BitLength accounts for.
   /// `source` stays the caller's and is unchanged; null does nothing. If memory runs out, the bytes
-  /// that found room stay and BitLength is that of `source`.
+  /// that found room stay and BitLength is that of `source`. Of a chain of more than 2147483647
+  /// bytes, which an index does not reach, the first ones are appended.
   virtual void CopyBlock(RowDataStream* source);
 
   /// Number of valid bits. ClearBuffer() leaves it as it is.

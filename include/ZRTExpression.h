@@ -59,10 +59,10 @@ class ZRT_EXPORT ZRTExpression {
 
   /// Sets the default directory to `dir` and loads "ErrorList.txt" from it. May be called again.
   /// @return 0 or above on success; ErrBadDirectory if `dir` cannot be entered (nothing changes);
-  ///         ErrStreamWrite if memory runs out before the handler reads the list; else the
-  ///         handler's negative status if it cannot read the list, be it for want of memory, with
-  ///         the directory set and the handler in place. Each failure is recorded in the handler,
-  ///         if there is one and memory for the text.
+  ///         ErrStreamWrite if memory runs out before the handler reads the list (the directory
+  ///         may be set); else the handler's own negative status if it cannot read the list, be it
+  ///         for want of memory, with the directory set and the handler in place. Each failure is
+  ///         recorded in the handler, if there is one and memory for the text.
   int Initialize(char* dir);
 
   /// Tests that `dir` can be entered and keeps a copy of it, character for character. Null or empty
