@@ -120,20 +120,12 @@ ZRT_INLINE void MirrorEachByte(Unit& unit) {
   unit = (unit >> 4 & InEachByte(0x0F)) | (unit & InEachByte(0x0F)) << 4;
 }
 
-// A number of 8 bytes in the opposite order. Written out like this it is one instruction to both
-// compilers; a loop would not be.
-ZRT_INLINE std::uint64_t SwappedBytes(std::uint64_t word) {
-  return word >> 56 | (word >> 40 & 0xFF00U) | (word >> 24 & 0xFF0000U) |
-         (word >> 8 & 0xFF000000U) | (word << 8 & 0xFF00000000U) | (word << 24 & 0xFF0000000000U) |
-         (word << 40 & 0xFF000000000000U) | word << 56;
-}
-
 // The mirror image of a step.
 ZRT_INLINE void LoadMirrored(Step& step, const std::uint8_t* from) {
   Load(step, from);
   MirrorEachByte(step);
-  step = Step{SwappedBytes(step[3]), SwappedBytes(step[2]), SwappedBytes(step[1]),
-              SwappedBytes(step[0])};
+  step = Step{__builtin_bswap64(step[3]), __builtin_bswap64(step[2]), __builtin_bswap64(step[1]),
+              __builtin_bswap64(step[0])};
 }
 
 std::uint8_t MirroredByte(std::uint8_t byte) {
