@@ -61,6 +61,8 @@ class Evaluator {
   ExitCode exit_code_ = kAllEvaluated;
 };
 
+constexpr std::size_t kMostSkippedBytes = std::size_t{1} << 24U;
+
 enum class LineState { kComplete, kHoldsNul, kTooLong, kEndOfInput };
 
 // Takes a line of standard input without its end. Blanks matter to the language, so it loses
@@ -79,8 +81,13 @@ LineState ReadLine(std::string* line) {
   return LineState::kComplete;
 }
 
-void SkipLine() {
-  for (int c = 0; c != EOF && c != '\n';) c = std::cin.rdbuf()->sbumpc();
+// Passes over what is left of a line. False if its end is too far away: it may never come.
+bool SkipLine() {
+  for (std::size_t count = 0; count < kMostSkippedBytes; ++count) {
+    const int c = std::cin.rdbuf()->sbumpc();
+    if (c == EOF || c == '\n') return true;
+  }
+  return false;
 }
 
 void RunLines(Evaluator* evaluator) {
@@ -95,7 +102,10 @@ void RunLines(Evaluator* evaluator) {
     } else {
       const bool holds_nul = state == LineState::kHoldsNul;
       evaluator->Fail(label + (holds_nul ? "the text holds a NUL" : "the text is too long"));
-      SkipLine();
+      if (!SkipLine()) {
+        throw Failure{kInputOutput, label + "the line does not end within " +
+                                        std::to_string(kMostSkippedBytes) + " bytes more"};
+      }
     }
     // A program that talks to this one through pipes waits for each value.
     if (std::cin.rdbuf()->in_avail() <= 0) std::cout.flush();
