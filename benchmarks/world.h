@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "ZRTExpression.h"
+#include "empty_world.h"
 #include "measure.h"
 
 namespace zrt_bench {
@@ -23,7 +23,7 @@ struct Names {
   static constexpr float kX = 2.5F, kY = 0.75F;
 };
 
-struct World {
+struct World : ::World {
   World() {
     local_tokens.Add(ZRTTokens::IntScalar("a", Names::kA));
     local_tokens.Add(ZRTTokens::IntScalar("b", Names::kB));
@@ -40,16 +40,7 @@ struct World {
     local_data.AddField("fuses")->AddRow(8, {0xF0});
     global_data.AddField("mask")->AddRow(8, {0xFF});
     global_data.AddField("lock")->AddRow(8, {0x01});
-    expression.SetLocalTokenTree(&local_tokens);
-    expression.SetGlobalTokenTree(&global_tokens);
-    expression.SetExternalZRTData(&external_data);
-    expression.SetLocalZRTData(&local_data);
-    expression.SetGlobalZRTData(&global_data);
   }
-
-  ZRTTokenTree local_tokens, global_tokens;
-  QLMPlusData external_data, local_data, global_data;
-  ZRTExpression expression;
 };
 
 /// Fields of one row each, in the local scope.

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "contract_support.h"
+#include "empty_world.h"
 #include "text_generator.h"
 
 inline std::string Repeated(const std::string& piece, std::size_t count) {
@@ -21,21 +22,6 @@ inline std::string Repeated(const std::string& piece, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) text += piece;
   return text;
 }
-
-/// All five scopes, empty at first, and an evaluator that looks at them.
-struct World {
-  World() {
-    expression.SetLocalTokenTree(&local_tokens);
-    expression.SetGlobalTokenTree(&global_tokens);
-    expression.SetExternalZRTData(&external_data);
-    expression.SetLocalZRTData(&local_data);
-    expression.SetGlobalZRTData(&global_data);
-  }
-
-  ZRTTokenTree local_tokens, global_tokens;
-  QLMPlusData external_data, local_data, global_data;
-  ZRTExpression expression;
-};
 
 /// Adds rows, each as "0ABC/12", to the field of that name.
 inline QLMDataField* AddRows(QLMPlusData& data, const char* name,
