@@ -85,7 +85,6 @@ ErrorElement* ErrorHandler::GetErrorElement(unsigned short code, unsigned short 
   return found == list_->entries.end() ? nullptr : &found->second;
 }
 
-// NOLINTNEXTLINE(readability-non-const-parameter): as the contract has it
 void ErrorHandler::SetErrorOccured(char* text) {
   try {
     record_ = text == nullptr ? "" : text;

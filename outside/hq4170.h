@@ -49,7 +49,6 @@ class ZRT_OUTSIDE_EXPORT LString {
 /// as an index reaches. An object allocates nothing before its first byte or its second block.
 /// Pointers to later blocks are valid until the chain ends or is cleared. Several threads may read
 /// a chain that nobody changes. The destructor is not virtual: delete a block by its own type.
-// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): as the contract has it
 class ZRT_OUTSIDE_EXPORT LByteBuffer {
  public:
   LByteBuffer() noexcept;

@@ -76,7 +76,7 @@ class ZRT_OUTSIDE_EXPORT QLMPlusData : private RBTree {
 
  private:
   static QLMDataField* FieldOf(RBTreeNode* node) {
-    // NOLINTNEXTLINE(*-pro-type-static-cast-downcast): AddField() puts nothing else into the tree
+    // AddField() puts nothing else into the tree
     return node == nullptr ? nullptr : static_cast<QLMDataField*>(node->GetObject());
   }
 };

@@ -51,7 +51,7 @@ class ZRT_OUTSIDE_EXPORT ZRTTokenTree : public RBTree {
   /// The token of that name, or null.
   ZRTTokens* GetToken(char* name) {
     RBTreeNode* node = Find(name);
-    // NOLINTNEXTLINE(*-pro-type-static-cast-downcast): Add() puts nothing else into the tree
+    // Add() puts nothing else into the tree
     return node == nullptr ? nullptr : static_cast<ZRTTokens*>(node->GetObject());
   }
 

@@ -47,6 +47,7 @@ bool IsMaskName(std::string_view name) {
 }
 
 void OverwriteWithFuseArrayIn(char* name) {
+  constexpr const char* kFuseArrayIn = "FuseArray_TDI";
   util_strncpy(name, kFuseArrayIn, static_cast<int>(kFuseArrayOut.size()), 0);
 }
 

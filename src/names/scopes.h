@@ -55,7 +55,6 @@ struct Scopes {
 bool IsMaskName(std::string_view name);
 
 inline constexpr std::string_view kFuseArrayOut = "FuseArray_TDO";
-inline constexpr const char* kFuseArrayIn = "FuseArray_TDI";
 
 /// Writes the name that stands in for the fuse array's output data over `name`, its equal in
 /// length.
