@@ -76,7 +76,7 @@ ln -s "$zrteval" run
 
 split code tests/docs_test.cpp
 commands=0
-for document in README.md docs/embedding.md docs/language.md docs/scope-file.md; do
+for document in $(cd "$source_dir" && echo ./*.md docs/*.md); do
   name="$(basename "$document")"
   split "blocks-$name" "$document"
   cat "blocks-$name"/*.cpp 2> /dev/null | is_run_as "$name"
@@ -88,10 +88,12 @@ for document in README.md docs/embedding.md docs/language.md docs/scope-file.md;
     done > missing
   [[ ! -s missing ]] || fail "$name tells what tests/consumer does not do: $(< missing)"
 done
-while IFS= read -r header; do
-  [[ -n $(cd "$source_dir" && find include outside src tests benchmarks -path "*/$header" -o -path "$header") ]] ||
-    fail "No header $header"
-done < <(cd "$source_dir" && grep -ohE '`[A-Za-z0-9_/]+\.h`' README.md docs/*.md | tr -d '`')
+# Source files and folders that are named are there.
+while IFS= read -r name; do
+  [[ -n $(cd "$source_dir" && find include outside src tests benchmarks tools data docs \
+    -path "*/${name%/}" -o -path "${name%/}") ]] || fail "There is no $name"
+done < <(cd "$source_dir" && cat README.md CONTRIBUTING.md SECURITY.md docs/*.md |
+  grep -oE '`([A-Za-z0-9_/]+\.(h|cpp|sh|py)|[a-z]+(/[a-z]+)*/)`' | tr -d '`' | sort -u)
 for header in ZRTExpression.h RowDataStream.h ErrorCodes.h; do
   header_examples "include/$header" | is_run_as "$header"
 done

@@ -31,13 +31,14 @@ look_?at
 
 readonly max_lines=399
 
-mapfile -t files < <(find bench benchmarks check fuzz run test cmake data docs include outside src tests tools .ci -type f
+mapfile -t files < <(find benchmarks cmake data docs include outside src tests tools .ci -type f
                      find . -maxdepth 1 -type f -printf '%f\n')
 chosen() { printf '%s\n' "${files[@]}" | grep -E "$1"; }
 mapfile -t code < <(chosen '\.(h|cpp)$')
-mapfile -t sources < <(chosen '\.(h|cpp|sh|cmake)$|CMakeLists\.txt$|(^|/)(run|test|check)$')
+mapfile -t sources < <(chosen '\.(h|cpp|sh|py|cmake)$|CMakeLists\.txt$|^tests/examples/|^(.*/)?[a-z]+$' |
+                       grep -v '^tests/fuzz/corpus/')
 mapfile -t library < <(chosen '^(src|include)/.*\.(h|cpp)$')
-mapfile -t tests < <(chosen '^(tests|fuzz)/.*\.(h|cpp)$')
+mapfile -t tests < <(chosen '^tests/.*\.(h|cpp)$')
 
 # The includes whose target their folder must not include.
 include_order() {
@@ -88,7 +89,7 @@ sizes_and_openings() {
     FNR == most + 1 { print FILENAME ":" FNR ":  <- a file of more than " most " lines" }
     FNR == 1 { opening = 1 }
     FNR == opening && /^#!/ { opening = 2; next }
-    FNR == opening && !(FILENAME ~ /\.(h|cpp)$/ ? /^\/\/ ?[^ ]/ : /^# ?[^ ]/) {
+    FNR == opening && !(FILENAME ~ /\.(h|cpp)$/ ? /^\/\/ ?[^ ]/ : /^(#|""") ?[^ "]/) {
       print FILENAME ":" FNR ":" $0 "  <- no comment at the beginning that tells the job"
     }' "${sources[@]}"
 }
@@ -125,8 +126,9 @@ offences="$(
   never 'exceptions end in src/bits/exhausted_memory.h alone' '(try|catch) *[({]' "${library[@]}" |
     grep -v '^src/bits/exhausted_memory.h:'
   never 'the library has no environment, no locale, no input, no output and no exit' \
-    '((secure_)?getenv|setlocale|[a-z]*printf|f?puts|_?[eE]xit|quick_exit|abort) *[(]' "${library[@]}"
-  never 'the library reads and prints nothing' 'std::w?(cin|cout|cerr|clog|[a-z]*fstream)' \
+    '((secure_)?getenv|setlocale|[a-z]*printf|f?puts|_?[eE]xit|quick_exit|abort|terminate) *[(]' "${library[@]}"
+  never 'the library reads and prints nothing' \
+    'std::w?(cin|cout|cerr|clog|[a-z]*fstream)|f(re)?open *[(]|#include <([a-z]*stream|cstdio|print)>' \
     "${library[@]}"
   never 'no test asserts a time' '#include <c?(chrono|time)(\.h)?>|clock *[(]' "${tests[@]}"
 )"
