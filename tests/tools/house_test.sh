@@ -62,6 +62,9 @@ include_order() {
       }
       for (i = 1; i < ARGC; ++i) is_file[ARGV[i]]
     }
+    FNR == 1 && FILENAME ~ /^src\// && !(folder_of(FILENAME) in told) {
+      offence("of a folder that the table does not tell")
+    }
     !/^ *# *include *[<"]/ || !(folder_of(FILENAME) in told) { next }
     {
       folder = folder_of(FILENAME)
@@ -126,7 +129,8 @@ offences="$(
   never 'exceptions end in src/bits/exhausted_memory.h alone' '(try|catch) *[({]' "${library[@]}" |
     grep -v '^src/bits/exhausted_memory.h:'
   never 'the library has no environment, no locale, no input, no output and no exit' \
-    '((secure_)?getenv|setlocale|[a-z]*printf|f?puts|_?[eE]xit|quick_exit|abort|terminate) *[(]' "${library[@]}"
+    '((secure_)?getenv|setlocale|[a-z]*printf|f?puts|_?[eE]xit|quick_exit|abort|terminate) *[(]|std::locale' \
+    "${library[@]}"
   never 'the library reads and prints nothing' \
     'std::w?(cin|cout|cerr|clog|[a-z]*fstream)|f(re)?open *[(]|#include <([a-z]*stream|cstdio|print)>' \
     "${library[@]}"
