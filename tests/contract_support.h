@@ -13,13 +13,14 @@
 
 // Each file that includes this opens them for itself: an explicit instantiation may stand only once
 // in a program.
-namespace {  // NOLINT(google-build-namespaces)
+// NOLINTBEGIN(google-build-namespaces,misc-definitions-in-headers)
+namespace {
 
 // Access is not checked in an explicit instantiation, so its argument may name a private member,
 // which the friend then hands out: SolveFloatExpression(expression, "1+2", &value).
 template <typename Tag, typename Tag::Type kMember>
 struct Opened {
-  friend constexpr typename Tag::Type Member(Tag) { return kMember; }
+  friend constexpr typename Tag::Type Member(Tag /*tag*/) { return kMember; }
 };
 
 #define ZRT_OPEN_PRIVATE(name, ...)                                  \
@@ -51,6 +52,7 @@ ZRT_OPEN_PRIVATE(ExecuteBitStreamOperator, int(RowDataStream*, unsigned short, R
 ZRT_OPEN_PRIVATE(ErrorInstruction, char*);
 
 }  // namespace
+// NOLINTEND(google-build-namespaces,misc-definitions-in-headers)
 
 /// Whether tests that take gigabytes are wanted.
 inline bool IsHuge() { return std::getenv("ZRT_HUGE") != nullptr; }

@@ -8,10 +8,11 @@
 #include <clocale>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <iomanip>
+#include <iostream>
 #include <iterator>
 #include <random>
 #include <string>
@@ -125,7 +126,8 @@ class Outcomes {
 
  private:
   static void Print(const char* name, const Digest& digest) {
-    std::printf("%-12s%016llx\n", name, static_cast<unsigned long long>(digest.value));
+    std::cout << std::left << std::setw(12) << std::setfill(' ') << name << std::right << std::hex
+              << std::setw(16) << std::setfill('0') << digest.value << '\n';
   }
 
   std::size_t Below(std::size_t limit) { return generator_.Below(limit); }
