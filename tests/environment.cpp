@@ -55,11 +55,15 @@ void* operator new(std::size_t size) {
   if (void* place = Allocate(size)) return place;
   throw std::bad_alloc();
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return Allocate(size);
+}
 void* operator new[](std::size_t size) { return operator new(size); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return Allocate(size); }
+void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return Allocate(size);
+}
 void operator delete(void* place) noexcept { Free(place); }
-void operator delete(void* place, std::size_t) noexcept { Free(place); }
+void operator delete(void* place, std::size_t /*size*/) noexcept { Free(place); }
 void operator delete[](void* place) noexcept { Free(place); }
-void operator delete[](void* place, std::size_t) noexcept { Free(place); }
+void operator delete[](void* place, std::size_t /*size*/) noexcept { Free(place); }
 // NOLINTEND(misc-new-delete-overloads,*-no-malloc)

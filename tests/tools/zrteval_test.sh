@@ -54,7 +54,7 @@ check 1 '' '"": -511 ' int ''
 check 1 '' '"bits": -511 ' int bits
 check 1 '' '"--": -511 ' int -- --
 input='1+1\r\n 2\n\n3\n1\0002\n4' check 1 $'2\n3\n4' $'line 2: " 2": -511' int --batch
-input="1\n\0$(printf '%1000s')\n2" check 1 $'1\n2' 'line 2: the text holds a NUL' int --batch
+input="1\n\0$(printf 'x%.0s' {1..1000})\n2" check 1 $'1\n2' 'line 2: the text holds a NUL' int --batch
 timeout 20 "$zrteval" int --batch < /dev/zero 2> err
 [[ $? == 4 && $(< err) == *'holds a NUL'*'line 1: the line does not end within 16777216 bytes more' ]] ||
   fail "a line of NULs: $(< err)"
