@@ -147,7 +147,8 @@ bool LByteBuffer::Append(std::span<const unsigned char> bytes) {
     bytes = bytes.subspan(last->AppendData(bytes.data(), bytes.size()));
     if (bytes.empty()) return true;
     const bool is_full = last->block_ != nullptr && last->block_->size == last->MostBytes();
-    last = is_full ? last->AllocateNewBlock() : nullptr;
+    // By its own name: this may be a copy that is being made, which no call reaches as derived.
+    last = is_full ? last->LByteBuffer::AllocateNewBlock() : nullptr;
     if (last == nullptr) return false;
   }
 }

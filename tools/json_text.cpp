@@ -99,9 +99,9 @@ class Builder : public nlohmann::json_sax<json> {
     return PutNumber(double{single});
   }
 
-  bool start_object(std::size_t) override { return Open(json::object()); }
+  bool start_object(std::size_t /*size*/) override { return Open(json::object()); }
   bool end_object() override { return Close(); }
-  bool start_array(std::size_t) override { return Open(json::array()); }
+  bool start_array(std::size_t /*size*/) override { return Open(json::array()); }
   bool end_array() override { return Close(); }
 
   bool key(std::string& name) override {
