@@ -67,13 +67,18 @@ std::string Scalar(Operation operation, std::string text) {
   return Told(status, std::isnan(number) ? "nan" : Text(number), Text(Number{kKept}));
 }
 
+// Rows are borrowed if they are long enough.
+struct BitsWorld : RichWorld {
+  BitsWorld() { AddRows(local_data, "row", {"000102030405060708090A0B0C0D0E0F10111213/160"}); }
+};
+
 // The same whatever the blocks of the streams are.
 template <class Operation>
 std::string Stream(Operation operation, std::string text, const std::string& before) {
   std::string outcome;
   for (const int block_size : {0, 4, 7, 256}) {
     const BlockSize setting(block_size);
-    RichWorld world;
+    BitsWorld world;
     RowDataStream stream;
     Fill(stream, before);
     const int status = operation(world.expression, text.data(), &stream);

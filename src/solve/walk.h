@@ -185,7 +185,7 @@ ZRTStatus Walk<Policy>::Solve() {
     }
     ZRTStatus status = Chain(piece, values_.Push());
     Task task;
-    while (status == kOk && !task.is_there) {
+    while (status == kOk) {
       status = NextSide(task);
       if (status != kOk || task.is_there) break;
       status = Combine();
