@@ -1,7 +1,7 @@
 // The append protocol and its reverse.
 #include "bitstream/stream_bytes.h"
 
-#include <cstring>
+#include <algorithm>
 #include <new>
 
 namespace zrt {
@@ -25,7 +25,7 @@ void CopyBytes(LByteBuffer& chain, std::uint8_t* to) {
   const std::size_t size = SizeOf(chain);
   if (size == 0) return;
   if (static_cast<std::size_t>(chain.GetDataSize()) == size) {
-    std::memcpy(to, chain.GetDataBlock(), size);
+    std::copy_n(chain.GetDataBlock(), size, to);
     return;
   }
   for (std::size_t index = 0; index < size; ++index) {

@@ -38,7 +38,6 @@ class LString {
   void TrimRight(char* text);
 };
 
-// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): as the contract has it
 class LByteBuffer {
  public:
   LByteBuffer() : LByteBuffer(default_size_) {}
@@ -59,7 +58,7 @@ class LByteBuffer {
     last.next = std::make_unique<LByteBuffer>();
     return last.next.get();
   }
-  virtual void CopyBlock(LByteBuffer*) { std::abort(); }  // nobody calls it
+  virtual void CopyBlock(LByteBuffer* /*source*/) { std::abort(); }  // nobody calls it
 
   LByteBuffer* GetLastBlock(LByteBuffer* from) {
     if (from != this) std::abort();
