@@ -37,9 +37,8 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
       link = std::exchange(innermost_open, mark);
     } else if (char_class == CharClass::kCloseParenthesis) {
       if (!marks_parentheses) return;
-      if (innermost_open != kNoMark) {
+      if (innermost_open != kNoMark)
         innermost_open = std::exchange(marks[innermost_open].link, mark);
-      }
     } else if (char_class != CharClass::kOperator) {
       has_brackets_ = true;
     }
@@ -67,7 +66,7 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
 Mark* MarkedText::MoveToHeap(std::uint32_t position) {
   const auto to_come = std::ranges::count_if(
       text_.substr(position), [](char c) { return ClassOf(c) != CharClass::kPlain; });
-  heap_.reset(new Mark[kInlineMarks + static_cast<std::size_t>(to_come)]);
+  heap_ = std::make_unique_for_overwrite<Mark[]>(kInlineMarks + static_cast<std::size_t>(to_come));
   std::ranges::copy(inline_, heap_.get());
   return marks_ = heap_.get();
 }
