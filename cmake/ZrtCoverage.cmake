@@ -1,6 +1,8 @@
 # The target coverage: reports the lines and branches that the tests have reached since they were
 # built, and fails if those of the library are fewer than docs/reliability.md promises. Edges that the
-# compiler adds for exceptions are no branches of the code, and are left out.
+# compiler adds for exceptions are no branches of the code, and are left out; so is the library as the
+# contract's tests compile it once more, since branches of two copies are not told apart. The preset
+# leaves out the kernels for wider vectors, of which a machine runs one of two copies.
 find_program(ZRT_GCOVR gcovr REQUIRED)
 
 set(zrt_coverage_dir "${PROJECT_BINARY_DIR}/coverage")
@@ -10,6 +12,7 @@ add_custom_target(coverage
           --filter "${PROJECT_SOURCE_DIR}/src/" --filter "${PROJECT_SOURCE_DIR}/include/"
           --filter "${PROJECT_SOURCE_DIR}/outside/" --filter "${PROJECT_SOURCE_DIR}/tools/"
           --exclude-throw-branches --exclude-unreachable-branches
+          --exclude-directories ".*/zrt_contract_tests[.]dir.*"
           --json "${zrt_coverage_dir}/all.json"
           --html-details "${zrt_coverage_dir}/index.html"
   COMMAND "${ZRT_GCOVR}" --root "${PROJECT_SOURCE_DIR}" --add-tracefile
