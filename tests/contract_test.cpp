@@ -298,7 +298,10 @@ void RefuseEvaluations(std::string text, const char* older) {
     RowDataStream source;
     (void)expression.GetBitStream(text.c_str(), &source);
     const unsigned int wanted = stream.GetTotalSize() + source.GetTotalSize();
-    run([&] { return stream.CopyBlock(&source), 0; });
+    run([&] {
+      stream.CopyBlock(&source);
+      return 0;
+    });
     return stream.GetTotalSize() == wanted ? 0 : int{ErrStreamWrite};
   });
 }

@@ -214,8 +214,16 @@ TEST(Memory, RunsOutInStreams) {
     std::optional<RowDataStream> copy;
     char run_text[83];
     Fill(stream, given);
-    run([&] { return target.CopyBlock(&stream), shared = stream, copy.emplace(stream), 0; });
-    run([&] { return fnGetDataExpression(&stream, run_text), 0; });
+    run([&] {
+      target.CopyBlock(&stream);
+      shared = stream;
+      copy.emplace(stream);
+      return 0;
+    });
+    run([&] {
+      fnGetDataExpression(&stream, run_text);
+      return 0;
+    });
     EXPECT_TRUE(Hex(*copy) == given || Hex(*copy) == "/317");
     EXPECT_EQ(Hex(target).find_first_not_of("5A"), Hex(target).find("/317"));
     EXPECT_EQ(Hex(shared), given);
