@@ -46,6 +46,8 @@ TEST(Expression, KeepsADirectoryThatCanBeEntered) {
   EXPECT_EQ(fs::current_path(), deep);
   ASSERT_EQ(seteuid(user), 0);
   fs::permissions(deep, fs::perms::owner_all);
+  fs::remove(deep);
+  EXPECT_EQ(expression.SetDefaultDir(root), ErrBadDirectory) << "nobody can tell where this is";
   fs::current_path(before);
 }
 
