@@ -66,6 +66,14 @@ TEST(Edges, ResultsThatAreTooLongCostNothing) {
   }
 }
 
+// Whatever room the value had before: what is rebuilt stands at the buffer's front.
+TEST(Edges, ARebuiltValueFillsItsBuffer) {
+  zrt::BitValue value;
+  (void)value.RebuildWithRoom(100);
+  (void)value.Rebuild(300);
+  EXPECT_FALSE(value.HasRoomFor(0, 301));
+}
+
 // Bytes and bit length of a value of ones, which is what most of these are: "268435456/2147483647".
 std::string Ones(RowDataStream& stream) {
   const unsigned int size = stream.GetTotalSize();
