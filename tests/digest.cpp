@@ -3,191 +3,123 @@
 // that differs tells a build that computes something else.
 //
 //   zrt_digest [COUNT [BLOCK_SIZE [LOCALE]]]
-#include <algorithm>
-#include <bit>
 #include <clocale>
-#include <cmath>
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <functional>
-#include <iomanip>
-#include <iostream>
+#include <cstdio>
 #include <iterator>
 #include <random>
-#include <string>
-#include <vector>
 
-#include "round_trip.h"
+#include "DataExpression.h"
 #include "scan/operators.h"
-#include "support.h"
+#include "text_generator.h"
+#include "twins.h"
 
 namespace {
 
-enum Subject { kIntegers, kFloats, kBits, kChains, kHexTexts, kScans, kOperators, kRunLengths };
-constexpr const char* kNames[] = {"integers", "floats", "bits",      "chains",
-                                  "texts",    "scans",  "operators", "run lengths"};
+// The kinds of evaluations, and these.
+enum Subject { kScans = kKinds, kOperators, kRunLengths, kSubjects };
+constexpr const char* kMoreNames[] = {"scans", "operators", "run lengths", "all"};
 
-// FNV-1a of 64 bits. Numbers go in from the lowest byte on, whatever the machine's order is.
+// FNV-1a of 64 bits.
 struct Digest {
   std::uint64_t value = 0xCBF29CE484222325;
 
-  void Add(std::uint8_t byte) { value = (value ^ byte) * 0x100000001B3; }
-  void Add(std::uint64_t number) {
-    for (unsigned low_bit = 0; low_bit < 64; low_bit += 8) {
-      Add(static_cast<std::uint8_t>(number >> low_bit));
-    }
-  }
-  void Add(int number) { Add(static_cast<std::uint64_t>(std::int64_t{number})); }
-  void Add(float number) { Add(std::isnan(number) ? -1 : std::bit_cast<std::int32_t>(number)); }
-  template <class Bytes>
-  void Add(const Bytes& bytes) {
-    for (const auto byte : bytes) Add(static_cast<std::uint8_t>(byte));
-    Add(std::uint64_t{bytes.size()});
-  }
-  void Add(RowDataStream& stream) {
-    Add(BytesOf(stream));
-    Add(stream.BitLength);
+  void Add(const std::string& text) {
+    for (const char c : text) value = (value ^ static_cast<std::uint8_t>(c)) * 0x100000001B3;
   }
 };
 
-// Whether no replication can fill the memory: there are two at most, by a hundred at most. Beside a
-// group or a unary operator the count may be all the rest.
-bool IsBounded(const std::string& text) {
-  const bool is_flat = text.find_first_of("(~!$") == std::string::npos;
-  std::size_t count = 0;
-  for (std::size_t i = 0; (i = text.find('^', i)) != std::string::npos; ++count) {
-    const std::size_t begin = std::min(text.find_first_not_of(' ', ++i), text.size());
-    const std::size_t end = std::min(text.find_first_not_of("0123456789", begin), text.size());
-    const char* const followers = is_flat ? " @+-*/%&|>" : ")";
-    const bool is_number = end == text.size() || std::strchr(followers, text[end]) != nullptr;
-    if (count == 2 || end == begin || end - begin > 2 || !is_number) return false;
-  }
-  return true;
-}
-
 class Outcomes {
  public:
-  explicit Outcomes(int block_size) : block_size_(block_size) {
-    for (const auto& [data, name, rows] : kRichFields) {
-      std::string key = name;
-      if (rows.size() > 1) fields_.push_back((world_.*data).GetDataField(key.data()));
-    }
-  }
+  explicit Outcomes(int block_size) : setting_(block_size) {}
 
   void AddText() {
-    text_ = generator_.Text();
-    if (IsBounded(text_)) Evaluate();
+    const std::string text = generator_.BoundedText();
+    AddEvaluations(text);
+    ZRTExpression& expression = evaluator_.expression;
     unsigned short first = 99, last = 99;
-    Digest& digest = digests_[kScans];
-    digest.Add(GetLeftMostOperator(expression_, text_.c_str(), &first));
-    digest.Add(GetRightMostOperator(expression_, text_.c_str(), &last));
-    digest.Add(first * 100 + last);
-    digest.Add(IsNumber(expression_, text_.c_str()));
+    AddNumbers(kScans, {expression.GetLeftMostOperator(text.c_str(), &first), first,
+                        expression.GetRightMostOperator(text.c_str(), &last), last,
+                        expression.IsNumber(text.c_str())});
   }
 
-  // Bytes and bit lengths that need not agree, some of the size that kernels for wide vectors like.
   void AddOperator() {
-    const std::size_t code = Below(16);
-    RowDataStream left = Stream(), right = Stream();
-    if (code == zrt::OpReplicate) {
-      right.ClearBuffer();
-      Fill(right, "000000" + std::to_string(10 + Below(20)) + "/32");
-    }
-    Add(kOperators, left, [&](ZRTExpression& expression, char*, RowDataStream* value) {
-      return ExecuteBitStreamOperator(expression, value, static_cast<unsigned short>(code), &right);
-    });
+    const auto code = static_cast<unsigned short>(Below(16));
+    const Stream count = {
+        {0, 0, 0, static_cast<std::uint8_t>(Below(30))},
+        32
+    };
+    RowDataStream left, right;
+    Fill(left, AnyStream());
+    Fill(right, code == zrt::OpReplicate ? count : AnyStream());
+    AddNumbers(kOperators, {evaluator_.expression.ExecuteBitStreamOperator(&left, code, &right)});
+    digests_[kOperators].Add(Show(left));
   }
 
   // A buffer as run-length text, and as a literal of which an expression is made.
   void AddBuffer() {
-    std::string bytes;
-    const std::size_t size = Below(Below(32) == 0 ? 20000 : 300), kinds = 1 + Below(256);
-    while (bytes.size() < size) {
-      const std::size_t count = 1 + Below(20);
-      bytes.append(count, static_cast<char>(Below(kinds)));
+    const Stream stream = AnyStream();
+    LByteBuffer data;
+    Fill(data, stream.bytes);
+    std::string text(2 * stream.bytes.size() + 3, '|');
+    fnGetDataExpression(&data, text.data());
+    digests_[kRunLengths].Add(text);
+    AddEvaluations(text.c_str());
+    const std::string digits = Show(stream).substr(0, 2 * stream.bytes.size());
+    for (const char* const behind : {">>13", "<<3", "@#101", "^3", "&(~Long)", "|0xF0F", "$n"}) {
+      if (Below(8) == 0) AddEvaluations("~0x0" + digits + behind);
     }
-    digests_[kRunLengths].Add(RoundTrip(bytes, block_size_));
-    text_ = OneOf({"", "~", "!", "$"}) + "0x0";
-    for (const char c : bytes) {
-      const auto byte = static_cast<unsigned char>(c);
-      text_ += {util_Hex2HexAnsi(byte / 16), util_Hex2HexAnsi(byte % 16)};
-    }
-    text_ += OneOf({"", ">>13", "<<3", "@#101", "^3", "&(~Long)", "|0xF0F", "+(1)", "$n"});
-    Evaluate();
   }
 
-  void Print() const {
+  void Print() {
     Digest all;
-    for (const Digest& digest : digests_) all.Add(digest.value);
-    for (std::size_t i = 0; i < std::size(kNames); ++i) Print(kNames[i], digests_[i]);
-    Print("all", all);
+    for (const Digest& digest : digests_) all.Add(std::to_string(digest.value));
+    digests_[kSubjects] = all;
+    for (std::size_t i = 0; i < std::size(digests_); ++i) {
+      std::printf("%-16s%016llx\n", i < kKinds ? kNames[i] : kMoreNames[i - kKinds],
+                  static_cast<unsigned long long>(digests_[i].value));
+    }
   }
 
  private:
-  static void Print(const char* name, const Digest& digest) {
-    std::cout << std::left << std::setw(12) << std::setfill(' ') << name << std::right << std::hex
-              << std::setw(16) << std::setfill('0') << digest.value << '\n';
+  std::size_t Below(std::size_t limit) { return generator_.Below(limit); }
+  void AddNumbers(Subject subject, std::initializer_list<int> numbers) {
+    for (const int number : numbers) digests_[subject].Add(std::to_string(number) + ",");
   }
 
-  std::size_t Below(std::size_t limit) { return generator_.Below(limit); }
-  std::string OneOf(const std::vector<const char*>& choices) {
-    return choices[Below(choices.size())];
-  }
-  RowDataStream Stream() {
-    RowDataStream stream;
-    std::vector<unsigned char> bytes(Below(Below(4) == 0 ? 600 : 9));
-    for (unsigned char& byte : bytes) byte = static_cast<unsigned char>(random_());
-    stream.Append(bytes);
-    stream.BitLength =
-        std::max(0, static_cast<int>(8 * bytes.size()) - static_cast<int>(Below(12)));
+  // Bytes and a bit length that need not agree, in runs, some of the size that kernels for wide
+  // vectors like.
+  Stream AnyStream() {
+    Stream stream;
+    const std::size_t size = Below(Below(32) == 0 ? 20000 : Below(4) == 0 ? 600 : 9);
+    while (stream.bytes.size() < size) {
+      const auto byte = static_cast<std::uint8_t>(Below(256));
+      stream.bytes.insert(stream.bytes.end(), Below(4) == 0 ? 1 + Below(20) : 1, byte);
+    }
+    const auto spare_bits = static_cast<int>(Below(12));
+    stream.bit_length = std::max(0, static_cast<int>(8 * stream.bytes.size()) - spare_bits);
     return stream;
   }
 
-  // Status and result, the text, which a search may rewrite, and the row that each field is at.
-  template <class Value, class Operation>
-  void Add(Subject subject, Value&& value, Operation operation) {
-    Digest& digest = digests_[subject];
-    digest.Add(operation(expression_, text_.data(), &value));
-    digest.Add(value);
-    digest.Add(text_);
-    for (QLMDataField* field : fields_) {
-      const LByteBuffer* next = field->GetCurrentRow();
-      int index = 1;
-      while (index <= field->GetRowCount() && field->GetRow(index) != next) ++index;
-      digest.Add(index);
-      field->ResetRowPointer();
+  // Into results that hold older bytes, and once into an empty one.
+  void AddEvaluations(const std::string& text) {
+    const Stream older = AnyStream();
+    evaluator_.ResetRows();
+    const Outcome bits = evaluator_.Evaluate(kBits, text);
+    digests_[kBits].Add(Show(bits));
+    const auto size = static_cast<std::size_t>(std::max(bits.stream.bit_length, 0) + 7) / 8;
+    for (std::size_t kind = 0; kind < kKinds; ++kind) {
+      evaluator_.ResetRows();
+      const std::size_t hex_length = 2 * size + 2;
+      digests_[kind].Add(
+          Show(evaluator_.Evaluate(static_cast<Kind>(kind), text, older, hex_length)));
     }
   }
 
-  void Evaluate() {
-    const auto bits = std::mem_fn<int(const char*, RowDataStream*)>(&ZRTExpression::GetBitStream);
-    Add(kIntegers, 77, std::mem_fn(&ZRTExpression::GetIntegerOperand));
-    Add(kIntegers, 77, std::mem_fn(&ZRTExpression::GetIntegerValue));
-    Add(kFloats, 77.0F, std::mem_fn(&ZRTExpression::GetFloatOperand));
-    Add(kFloats, 77.0F, GetFloatValue);
-    RowDataStream value;
-    Add(kBits, value, bits);
-    const auto size = static_cast<std::size_t>(std::max(value.BitLength, 0) + 7) / 8;
-    Add(kHexTexts, std::string(2 * size + 3, '|'),
-        [](ZRTExpression& expression, const char* text, std::string* hex_text) {
-          return expression.GetBitStream(text, hex_text->data());
-        });
-    // Into results that hold older bytes.
-    Add(kBits, Stream(), bits);
-    Add(kBits, Stream(), GetBitStreamValue);
-    Add(kChains, Stream(), std::mem_fn(&ZRTExpression::SolveBitStreamExpression));
-  }
-
-  int block_size_;
-  BlockSize setting_{block_size_};
-  RichWorld world_;
-  ZRTExpression& expression_ = world_.expression;
-  std::vector<QLMDataField*> fields_;
+  BlockSize setting_;
+  Evaluator evaluator_;
   std::mt19937_64 random_{1};
-  TextGenerator generator_{[this] { return random_(); }, RichNames()};
-  std::string text_;
-  Digest digests_[std::size(kNames)];
+  TextGenerator generator_{[this] { return random_(); }};
+  Digest digests_[kSubjects + 1];
 };
 
 }  // namespace

@@ -25,7 +25,7 @@ TEST(Docs, Readme) {
   RowDataStream stream;
   expression.GetBitStream("(0xFF^rows)@0x1234", &stream);  // FF FF FF FF FF FF 12 34, 64 bits
   // ```
-  EXPECT_EQ(Hex(stream), "FFFFFFFFFFFF1234/64");
+  EXPECT_EQ(Show(stream), "FFFFFFFFFFFF1234/64");
 }
 
 TEST(Docs, ZRTExpressionHeader) {
@@ -52,7 +52,7 @@ TEST(Docs, ZRTExpressionHeader) {
   // ```ZRTExpression.h
   expression.GetBitStream("(0xFF^2)@0x12", &stream);  // FF FF 12, BitLength 24
   // ```
-  EXPECT_EQ(Hex(stream), "FFFF12/24");
+  EXPECT_EQ(Show(stream), "FFFF12/24");
 }
 
 TEST(Docs, OtherHeaders) {
@@ -63,7 +63,7 @@ TEST(Docs, OtherHeaders) {
   unsigned byte_count = stream.GetTotalSize();  // 4
   int bit_count = stream.BitLength;             // 32
   // ```
-  EXPECT_EQ(Hex(stream), "FFFFFFFF/32");
+  EXPECT_EQ(Show(stream), "FFFFFFFF/32");
   EXPECT_EQ(std::pair(byte_count, bit_count), std::pair(4U, 32));
   // ```ErrorCodes.h
   int value = 0;
@@ -130,14 +130,14 @@ TEST(Docs, StreamsAndRows) {
   RowDataStream stream;
   int status = expression.GetBitStream("(0xFF^2)@fuses@fuses", &stream);  // FF FF 11 22, 32 bits
   // ```
-  EXPECT_EQ(std::to_string(status) + " " + Hex(stream), "0 FFFF1122/32");
+  EXPECT_EQ(std::to_string(status) + " " + Show(stream), "0 FFFF1122/32");
   // ```embedding.md
   fuses->ResetRowPointer();  // without it the third reading of "fuses" is ErrStreamWrite
   stream.ClearBuffer();      // empties the bytes alone
   stream.BitLength = 0;
   status = expression.GetBitStream("fuses@(#101)", &stream);  // 00 8D, 11 bits
   // ```
-  EXPECT_EQ(std::to_string(status) + " " + Hex(stream), "0 008D/11");
+  EXPECT_EQ(std::to_string(status) + " " + Show(stream), "0 008D/11");
   // ```embedding.md
   char text[2 * 4 + 3];  // room for a value of up to 32 bits
   status = expression.GetBitStream("0xABC@#1", text);
@@ -219,7 +219,7 @@ std::string MessageFor(ZRTExpression& expression, int status) {
 TEST(Docs, Messages) {
   ZRTExpression expression;
   Directory directory("-511 8 2 No number.\n");
-  EXPECT_EQ(expression.Initialize(directory.path()), 0);
+  EXPECT_EQ(expression.Initialize(directory.path), 0);
   EXPECT_EQ(MessageFor(expression, ErrUnknownOperand), "No number.");
   EXPECT_EQ(MessageFor(expression, -1), "status -1");
 }

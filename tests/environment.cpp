@@ -13,24 +13,13 @@ constinit thread_local Memory memory;
 
 namespace {
 
-bool IsRefused() {
-  if (memory.left == Memory::kUnlimited) return false;
-  if (memory.left > 0) {
-    --memory.left;
-    return false;
-  }
-  ++memory.refused_count;
-  if (!memory.ends_for_good) memory.left = Memory::kUnlimited;
-  return true;
-}
-
 // NOLINTBEGIN(misc-new-delete-overloads,*-no-malloc)
 long SizeOf(void* place) { return static_cast<long>(malloc_usable_size(place)); }
 
 void* Allocate(std::size_t size) noexcept {
   ++memory.allocation_count;
   memory.allocated_bytes += static_cast<long>(size);
-  void* place = IsRefused() ? nullptr : std::malloc(size > 0 ? size : 1);
+  void* place = memory.IsRefused() ? nullptr : std::malloc(size > 0 ? size : 1);
   memory.live_bytes += SizeOf(place);
   return place;
 }

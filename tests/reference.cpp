@@ -6,6 +6,7 @@
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
+#include <iterator>
 #include <type_traits>
 
 // NOLINTBEGIN(misc-no-recursion): the language is told in terms of itself
@@ -41,16 +42,6 @@ char OperatorAt(const std::string& text, int k, int other) {
 
 int Width(char op) { return op == '<' || op == '>' ? 2 : 1; }
 
-// The ")" of the "(" at `open`, or -1. Nothing but parentheses counts.
-int ClosingParenthesis(const std::string& text, int open) {
-  int depth = 1;
-  for (int i = open + 1; i < Int(text.size()); ++i) {
-    if (text[Size(i)] == '(') ++depth;
-    if (text[Size(i)] == ')' && --depth == 0) return i;
-  }
-  return -1;
-}
-
 // ---- Operands -----------------------------------------------------------------------------------
 
 void Append(Stream& stream, const Stream& source) {
@@ -76,9 +67,7 @@ Field* SearchSets(Scope& scope, const std::string& name) {
 // which the search for a token behind this one sees.
 Field* SearchDataField(Scope& scope, std::string& name, Field& made) {
   if (Field* field = SearchSets(scope, name)) return field;
-  for (const char* mask : {"Usercode_MASK", "FuseArray_MASK", "EFuseArray_MASK", "ID_MASK",
-                           "FuseArray_MASK_TDO", "FuseArray_MASK_TDI", "FuseArray_DMASK"}) {
-    if (name != mask) continue;
+  if (std::ranges::find(kMaskNames, name) != std::end(kMaskNames)) {
     made.rows = {Stream()};
     return &made;
   }
@@ -89,7 +78,8 @@ Field* SearchDataField(Scope& scope, std::string& name, Field& made) {
 
 template <class Number>
 Number Element(const std::vector<Number>& values, int index) {
-  return index >= 0 && index < Int(values.size()) ? values[Size(index)] : Number();
+  return index >= 0 && index < Int(values.size()) ? values[Size(index)]
+                                                  : static_cast<Number>(closed.no_element);
 }
 
 // Takes the index off an operand and gives its value, -1 where there is none. What stands behind
@@ -165,9 +155,10 @@ int Truncate(double value) {
 // Index 0 is none: it means the row at the row pointer, which moves on if there are several rows.
 void ReadRow(Field& field, int index, Stream& stream) {
   const std::size_t place = index > 0 ? Size(index - 1) : field.current;
-  stream.bit_length = 0;
+  stream.bit_length = closed.no_width;
   if (place >= field.rows.size()) throw Failure{ErrStreamWrite};
   if (index <= 0 && field.rows.size() > 1) ++field.current;
+  if (closed.rows_begin_again) field.current %= field.rows.size();
   Append(stream, field.rows[place]);
 }
 
@@ -343,6 +334,15 @@ template void ReadOperand(Scope&, std::string, int&);
 template void ReadOperand(Scope&, std::string, float&);
 
 // ---- Scans --------------------------------------------------------------------------------------
+
+int ClosingParenthesis(const std::string& text, int open) {
+  int depth = 1;
+  for (int i = open + 1; i < Int(text.size()); ++i) {
+    if (text[Size(i)] == '(') ++depth;
+    if (text[Size(i)] == ')' && --depth == 0) return i;
+  }
+  return -1;
+}
 
 // The first "[" and the first "]" hide what is between them; the "-" of an exponent is no operator,
 // whatever stands before the "e".

@@ -30,6 +30,8 @@ using Bytes = std::vector<std::uint8_t>;
 /// Bytes, most significant first, and how many bits of them count, 0 or more. The two need not
 /// agree.
 struct Stream {
+  bool operator==(const Stream&) const = default;
+
   Bytes bytes;
   int bit_length = 0;
 };
@@ -46,6 +48,20 @@ struct Field {
   std::vector<Stream> rows;
   std::size_t current = 0;
 };
+
+/// What the contracts of the closed libraries leave to them.
+struct Closed {
+  int no_element = 0;  // an array outside its bounds
+  int no_width = 0;    // of a row that is not there
+  bool rows_begin_again = false;
+  const char* digits = "0123456789ABCDEF";
+};
+inline Closed closed;  // NOLINT(*-avoid-non-const-global-variables): one a program
+
+/// Fields of one empty row, if no set holds them.
+constexpr std::string_view kMaskNames[] = {
+    "Usercode_MASK",      "FuseArray_MASK",     "EFuseArray_MASK", "ID_MASK",
+    "FuseArray_MASK_TDO", "FuseArray_MASK_TDI", "FuseArray_DMASK"};
 
 struct Scope {
   std::map<std::string, Token> local_tokens, global_tokens;
@@ -85,6 +101,9 @@ int StatusOf(Action action) {
   }
 }
 
+/// The ")" of the "(" at `open`, or -1. Nothing but parentheses counts.
+int ClosingParenthesis(const std::string& text, int open);
+
 /// Where the first and the last operator of an expression stand; -1 if there is none.
 struct Found {
   int position = -1;
@@ -99,8 +118,7 @@ int KindOfNumber(const std::string& text);
 /// The four bytes of a word, as a stream of 32 bits.
 Stream FromWord(int word);
 
-/// A stream as the notation of people, "0ABC/12", and as "0x" and digits; bytes as run-length text.
-std::string Show(const Stream& stream);
+/// A stream as "0x" and digits; bytes as run-length text.
 std::string HexText(const Stream& stream);
 std::string RunLengthText(const Bytes& data);
 

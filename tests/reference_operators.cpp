@@ -124,10 +124,7 @@ int Calculate(std::int64_t left, char op, std::int64_t right) {
   }
 }
 
-std::string Digits(int byte) {
-  constexpr const char* kDigits = "0123456789ABCDEF";
-  return {kDigits[byte / 16], kDigits[byte % 16]};
-}
+std::string Digits(int byte) { return {closed.digits[byte / 16], closed.digits[byte % 16]}; }
 
 }  // namespace
 
@@ -178,12 +175,6 @@ Stream FromWord(int word) {
     stream.bytes.push_back(static_cast<std::uint8_t>(word >> low));
   }
   return stream;
-}
-
-std::string Show(const Stream& stream) {
-  std::string text;
-  for (const std::uint8_t byte : stream.bytes) text += Digits(byte);
-  return text + "/" + std::to_string(stream.bit_length);
 }
 
 // As many bytes as the length needs, the lowest ones; missing ones are 0.

@@ -1,21 +1,36 @@
-// What the tests share that stands on the stand-ins: scopes, blocks of any size, directories. Knows
-// nothing of a single test.
+// What the tests share that stands on the contracts of the closed libraries: streams in the
+// notation of people, "0ABC/12" for the 12 bits ABC in two bytes, scopes, blocks of any size,
+// directories. Knows nothing of a single test. Private members are open to the tests, by an option
+// of the compiler.
 #pragma once
+
+#include <closed.h>  // the one of contract/, where the tests are built over that folder
 
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
+#include <iomanip>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <vector>
 
-#include "contract_support.h"
+#include "ZRTExpression.h"
 #include "empty_world.h"
-#include "text_generator.h"
+#include "reference.h"
+
+// Where the tests' files are, from the top of the project if nothing else is said.
+#ifndef ZRT_TESTS
+#define ZRT_TESTS "tests"
+#endif
+
+using reference::Bytes;
+using reference::Stream;
+
+/// Whether what takes gigabytes is tried too.
+inline bool IsHuge() { return std::getenv("ZRT_HUGE") != nullptr; }
 
 inline std::string Repeated(const std::string& piece, std::size_t count) {
   std::string text;
@@ -23,127 +38,134 @@ inline std::string Repeated(const std::string& piece, std::size_t count) {
   return text;
 }
 
-/// Adds rows, each as "0ABC/12", to the field of that name.
-inline QLMDataField* AddRows(QLMPlusData& data, const char* name,
-                             const std::vector<const char*>& rows) {
-  QLMDataField* field = data.AddField(name);
-  for (const char* row : rows) field->AddRow(Bits(row).bit_length, Bits(row).bytes);
-  return field;
+/// A stream from "0ABC/12". The bytes need not agree with the length.
+inline Stream FromText(const std::string& notation) {
+  Stream stream;
+  const std::size_t slash = notation.find('/');
+  for (std::size_t i = 0; i + 1 < slash; i += 2) {
+    stream.bytes.push_back(
+        static_cast<std::uint8_t>(std::stoi(notation.substr(i, 2), nullptr, 16)));
+  }
+  stream.bit_length = std::stoi(notation.substr(slash + 1));
+  return stream;
 }
 
-/// Names of every kind, hidden, of odd types and widths, with rows that agree and that do not.
-struct RichToken {
-  ZRTTokenTree World::*tree;
-  const char* name;
-  unsigned short type;
-  std::vector<int> ints;
-  std::vector<float> floats;
-};
-inline const std::vector<RichToken> kRichTokens = {
-    {&World::local_tokens,  "n",             2, {2},               {}                 },
-    {&World::global_tokens, "n",             2, {100},             {}                 },
-    {&World::local_tokens,  "neg",           4, {-2},              {}                 },
-    {&World::global_tokens, "size",          4, {8},               {}                 },
-    {&World::global_tokens, "low",           2, {-2147483647 - 1}, {}                 },
-    {&World::global_tokens, "ones",          4, {-1},              {}                 },
-    {&World::local_tokens,  "hidden",        2, {7},               {}                 },
-    {&World::local_tokens,  "10",            2, {99},              {}                 },
-    {&World::global_tokens, "my name",       2, {3},               {}                 },
-    {&World::global_tokens, "FuseArray_TDI", 2, {5},               {}                 },
-    {&World::global_tokens, "ID_MASK",       2, {6},               {}                 },
-    {&World::local_tokens,  "f",             1, {},                {2.5F}             },
-    {&World::global_tokens, "wide",          3, {},                {-3e9F}            },
-    {&World::global_tokens, "nan",           3, {},                {NAN}              },
-    {&World::global_tokens, "e",             1, {},                {-0.5F}            },
-    {&World::local_tokens,  "t",             6, {10, 20, 30},      {}                 },
-    {&World::local_tokens,  "t8",            8, {1, -1, 2, 0},     {}                 },
-    {&World::global_tokens, "fa",            5, {},                {1.5F, -2.5F, 3e9F}},
-    {&World::global_tokens, "f7",            7, {},                {INFINITY, 0.25F}  },
-    {&World::global_tokens, "odd",           9, {1},               {}                 },
-    {&World::global_tokens, "zero",          0, {1},               {}                 },
-    {&World::local_tokens,  "mixed",         1, {4},               {}                 },
-    {&World::local_tokens,  "mixes",         8, {},                {4.5F}             },
-};
-
-struct RichField {
-  QLMPlusData World::*data;
-  const char* name;
-  std::vector<const char*> rows;
-};
-inline const std::vector<RichField> kRichFields = {
-    {&World::external_data, "A",               {"11/8", "22/8"}                            },
-    {&World::local_data,    "A",               {"EE/8"}                                    },
-    {&World::local_data,    "B",               {"11/8", "22/8", "33/8", "44/8"}            },
-    {&World::local_data,    "Three",           {"05/3", "02/3", "03/2"}                    },
-    {&World::global_data,   "Three",           {"FF/8"}                                    },
-    {&World::global_data,   "hidden",          {"0ABC/12"}                                 },
-    {&World::global_data,   "Long",            {"0102030405060708090A/75"}                 },
-    {&World::global_data,   "Spare",           {"FFFF/12"}                                 },
-    {&World::global_data,   "Spares",          {"FA/3", "0ABC/11", "FF00/9"}               },
-    {&World::global_data,   "More",            {"AABB/8"}                                  },
-    {&World::global_data,   "Less",            {"AB/24"}                                   },
-    {&World::local_data,    "Odd",             {"/0", "/5", "AABB/0", "010203/17", "01/20"}},
-    {&World::external_data, "Bit",             {"01/1"}                                    },
-    {&World::external_data, "77",              {"0000004D/32"}                             },
-    {&World::local_data,    "FuseArray_DMASK", {"0F/4"}                                    },
-    {&World::global_data,   "None",            {}                                          },
-};
-
-inline NameLists RichNames() {
-  NameLists names;
-  for (const RichField& field : kRichFields) names.fields.emplace_back(field.name);
-  for (const RichToken& token : kRichTokens) {
-    (token.type < 5 ? names.scalars : names.arrays).emplace_back(token.name);
+/// And back; "/0" is the empty one.
+inline std::string Show(const Stream& stream) {
+  std::string text;
+  for (const std::uint8_t byte : stream.bytes) {
+    text += {"0123456789ABCDEF"[byte / 16], "0123456789ABCDEF"[byte % 16]};
   }
-  names.others = {"ID_MASK", "FuseArray_DMASK", "FuseArray_TDO", "FuseArray_TDI", "nosuch",
-                  "",        "low%ones"};
+  return text + "/" + std::to_string(stream.bit_length);
+}
+
+/// Appends bytes as a host does it: a block at a time.
+inline void Fill(LByteBuffer& buffer, const Bytes& bytes) {
+  for (const std::uint8_t byte : bytes) {
+    LByteBuffer* last = buffer.GetLastBlock(&buffer);
+    if (last->WriteData(byte) == 0) last->AllocateNewBlock()->WriteData(byte);
+  }
+}
+inline void Fill(RowDataStream& buffer, const Stream& stream) {
+  Fill(static_cast<LByteBuffer&>(buffer), stream.bytes);
+  buffer.BitLength = stream.bit_length;
+}
+
+inline Bytes BytesOf(LByteBuffer& buffer) {
+  Bytes bytes(buffer.GetTotalSize());
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = buffer.ReadData(static_cast<int>(i));
+  return bytes;
+}
+inline std::string Show(RowDataStream& stream) {
+  return Show(Stream{BytesOf(stream), stream.BitLength});
+}
+
+/// The value of `text` as "0ABC/12", or its status as "-511".
+inline std::string Evaluate(ZRTExpression& expression, const char* text) {
+  RowDataStream stream;
+  const int status = expression.GetBitStream(text, &stream);
+  return status == 0 ? Show(stream) : std::to_string(status);
+}
+
+/// The members of a World or of the reference's scope, by the names that world.txt has for them.
+auto& TreeOf(auto& scopes, std::string_view name) {
+  return name == "local_tokens" ? scopes.local_tokens : scopes.global_tokens;
+}
+auto& DataOf(auto& scopes, std::string_view name) {
+  return name == "external_data" ? scopes.external_data
+         : name == "local_data"  ? scopes.local_data
+                                 : scopes.global_data;
+}
+
+/// A token or a data field of world.txt.
+struct Named {
+  std::string scope, name;
+  reference::Token token;
+  std::vector<Stream> rows;
+  bool is_data = false;
+};
+
+/// All of them, and a long name, which finds no place on the stack.
+inline std::vector<Named> NamesOfWorld() {
+  std::vector<Named> names = {
+      {"local_tokens", std::string(300, 'n'), {2, {3}, {}}, {}}
+  };
+  std::ifstream file(ZRT_TESTS "/world.txt");
+  for (std::string line; std::getline(file, line);) {
+    if (line.empty() || line[0] == '#') continue;
+    std::istringstream words(line);
+    auto& [scope, name, token, rows, is_data] = names.emplace_back();
+    words >> scope >> std::quoted(name);
+    is_data = scope.ends_with("data");
+    if (!is_data) words >> token.type;
+    for (std::string word; words >> word;) {
+      std::istringstream number(word);
+      if (is_data) {
+        rows.push_back(FromText(word));
+      } else if (word.find_first_of(".n") == std::string::npos) {
+        number >> token.ints.emplace_back();
+      } else if (!(number >> token.floats.emplace_back())) {
+        token.floats.back() = word == "inf" ? INFINITY : NAN;
+      }
+    }
+  }
   return names;
 }
 
+inline void AddRows(QLMPlusData& data, const std::string& name, const std::vector<Stream>& rows) {
+  QLMDataField* field = AddField(data, name);
+  for (const auto& [bytes, bit_length] : rows) Fill(*field->AddRow(bit_length), bytes);
+}
+
+/// What world.txt holds.
 struct RichWorld : World {
   RichWorld() {
-    for (const auto& [tree, name, type, ints, floats] : kRichTokens) {
-      (this->*tree)
-          .Add(floats.empty() ? ZRTTokens::IntArray(name, ints, type)
-                              : ZRTTokens::FloatArray(name, floats, type));
+    for (const auto& [scope, name, token, rows, is_data] : NamesOfWorld()) {
+      if (is_data) AddRows(DataOf(*this, scope), name, rows);
+      if (!is_data) AddToken(TreeOf(*this, scope), name, token.type, token.ints, token.floats);
     }
-    for (const auto& [data, name, rows] : kRichFields) AddRows(this->*data, name, rows);
   }
 };
 
-inline std::vector<unsigned char> BytesOf(LByteBuffer& source) {
-  std::vector<unsigned char> bytes(source.GetTotalSize());
-  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = source.ReadData(static_cast<int>(i));
-  return bytes;
-}
-
 /// Streams made in its lifetime have blocks of that many bytes; 0 lets them grow.
-class BlockSize {
- public:
-  explicit BlockSize(int size) : before_(LByteBuffer::GetDefaultBlockSize()) {
-    LByteBuffer::SetDefaultBlockSize(size);
-  }
+struct BlockSize {
+  explicit BlockSize(int byte_count) { SetBlockSize(byte_count); }
   BlockSize(const BlockSize&) = delete;
   BlockSize& operator=(const BlockSize&) = delete;
-  ~BlockSize() { LByteBuffer::SetDefaultBlockSize(before_); }
-
- private:
-  int before_;
+  ~BlockSize() { SetBlockSize(0); }
 };
 
 /// A directory for one test, with an error list if it is given one, gone at the end.
-class Directory {
- public:
-  explicit Directory(const char* list = nullptr) {
-    std::string name = std::filesystem::temp_directory_path() / "zrt_XXXXXX";
-    path_ = mkdtemp(name.data());
-    if (list) std::ofstream(path_ + "/ErrorList.txt") << list;
+struct Directory {
+  explicit Directory(const char* list = nullptr)
+      : name(std::filesystem::temp_directory_path() / "zrt_XXXXXX") {
+    path = mkdtemp(name.data());
+    if (list) std::ofstream(name + "/ErrorList.txt") << list;
   }
   Directory(const Directory&) = delete;
   Directory& operator=(const Directory&) = delete;
-  ~Directory() { std::filesystem::remove_all(path_); }
-  char* path() { return path_.data(); }
+  ~Directory() { std::filesystem::remove_all(name); }
 
- private:
-  std::string path_;
+  std::string name;
+  char* path = nullptr;
 };

@@ -1,37 +1,47 @@
-// Texts of the expression language, right ones and damaged ones, from any source of numbers. The
-// same numbers give the same texts everywhere; numbers that run out into zeros end a text soon.
-// Knows of no evaluator.
+// Texts of the expression language by the rules of grammar.txt, right ones and damaged ones, from
+// any source of numbers. The same numbers give the same texts everywhere; numbers that run out into
+// zeros end a text soon. Knows of no evaluator.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <fstream>
 #include <functional>
-#include <initializer_list>
+#include <iterator>
+#include <map>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-/// Names to put into texts, by what is known of them.
-struct NameLists {
-  std::vector<std::string> fields, scalars, arrays, others;
-};
+#ifndef ZRT_TESTS
+#define ZRT_TESTS "tests"
+#endif
 
 class TextGenerator {
  public:
-  TextGenerator(std::function<std::uint64_t()> source, NameLists names)
-      : source_(std::move(source)), names_(std::move(names)) {}
+  explicit TextGenerator(std::function<std::uint64_t()> source) : source_(std::move(source)) {
+    std::ifstream file(ZRT_TESTS "/grammar.txt");
+    for (std::string line; std::getline(file, line);) {
+      if (!line.empty() && line[0] != '#') AddRule(line);
+    }
+  }
 
-  /// A text that suits one of the three evaluators, most of the time; every third is damaged.
+  /// A text that suits one of the evaluators, most of the time; every third is damaged.
   std::string Text() {
     text_.clear();
-    kind_ = AnyKind();
-    if (Below(8) == 7) {
-      Operand(kDepth);
-    } else {
-      Expression(kDepth);
-    }
+    words_left_ = Below(32) == 31 ? 2000 : 10 + Below(150);
+    Put("text");
     for (std::size_t count = Below(3) == 2 ? 1 + Below(3) : 0; count > 0; --count) Damage();
+    return text_;
+  }
+
+  /// One of which no replication fills the memory.
+  std::string BoundedText() {
+    while (!IsBounded(Text())) {
+    }
     return text_;
   }
 
@@ -39,112 +49,46 @@ class TextGenerator {
   std::size_t Below(std::size_t limit) { return static_cast<std::size_t>(source_() % limit); }
 
  private:
-  enum class Kind { kBits, kInteger, kFloat };
-  static constexpr int kDepth = 3;  // of groups and indexes
+  using Words = std::vector<std::string>;
 
-  // Calls follow one another in statements of their own, never in one expression, whose order
-  // compilers choose.
-  Kind AnyKind() { return static_cast<Kind>(Below(3)); }
-  void Put(std::string_view text) { text_ += text; }
-  std::string_view OneOf(const std::vector<std::string>& names) {
-    return names[Below(names.size())];
+  // There are three replications at most, by less than ten. Beside a group or a unary operator the
+  // count may be all the rest.
+  static bool IsBounded(const std::string& text) {
+    const bool is_flat = text.find_first_of("(~!$") == std::string::npos;
+    const auto is_digit = [](char c) { return c >= '0' && c <= '9'; };
+    std::size_t count = 0;
+    for (std::size_t i = 0; (i = text.find('^', i)) != std::string::npos; ++count) {
+      i = std::min(text.find_first_not_of(' ', i + 1), text.size());
+      if (count == 3 || !is_digit(text.c_str()[i])) return false;
+      const char next = text.c_str()[i + 1];
+      if (is_digit(next) || (!is_flat && next != ')' && next != '\0')) return false;
+    }
+    return true;
   }
-  std::string_view OneOf(std::initializer_list<std::string_view> choices) {
-    return choices.begin()[Below(choices.size())];
-  }
-  void Blank() { Put(Below(6) == 5 ? OneOf({" ", " ", "  ", "\t"}) : ""); }
 
-  void Digits(std::string_view set, std::size_t max) {
-    for (std::size_t count = 1 + Below(1 + Below(max)); count > 0; --count) {
-      text_ += set[Below(set.size())];
+  void AddRule(const std::string& line) {
+    std::size_t end = line.find(' ');
+    std::vector<Words>& alternatives = rules_[line.substr(0, end)];
+    while (end < line.size()) {
+      const std::size_t start = line.find_first_not_of(' ', end);
+      end = std::min(line.find("  ", start), line.size());
+      std::istringstream words(line.substr(start, end - start));
+      alternatives.emplace_back(std::istream_iterator<std::string>(words),
+                                std::istream_iterator<std::string>());
     }
   }
 
-  // NOLINTBEGIN(misc-no-recursion): by depth
-  void Expression(int depth) {
-    Term(depth);
-    const bool is_long = depth == kDepth && Below(32) == 31;
-    for (std::size_t count = Below(is_long ? 40 : 4); count > 0; --count) {
-      Blank();
-      const std::string_view op = Operator();
-      Put(op);
-      Blank();
-      const bool takes_count = op == "^" || op == "<<" || op == ">>";
-      if (takes_count && Below(4) != 3) {
-        Put(std::to_string(Below(20)));
-      } else {
-        Term(depth);
-      }
+  // NOLINTNEXTLINE(misc-no-recursion): each call takes one of the words that are left
+  void Put(const std::string& word) {
+    const auto rule = rules_.find(word);
+    if (rule == rules_.end()) {
+      text_ += word == "BLANK" ? " " : word == "TAB" ? "\t" : word == "NONE" ? "" : word;
+      return;
     }
-    if (Below(24) == 23) Put(Operator());
-  }
-
-  void Term(int depth) {
-    if (Below(8) == 7) {
-      Put(OneOf({"~", "!", "$"}));
-      Blank();
+    words_left_ -= words_left_ > 0 ? 1 : 0;
+    for (const std::string& each : rule->second[words_left_ > 0 ? Below(rule->second.size()) : 0]) {
+      Put(each);
     }
-    if (depth == 0 || Below(4) != 3) return Operand(depth);
-    Put("(");
-    Expression(depth - 1);
-    Put(")");
-  }
-
-  std::string_view Operator() {
-    const Kind kind = Below(24) == 23 ? AnyKind() : kind_;
-    if (Below(32) == 31) return OneOf({"~", "!", "$", "<", ">", "<<<", ">>>", "e-", "-", "^", "%"});
-    if (kind == Kind::kFloat) return OneOf({"+", "-", "*", "/", ",", "$"});
-    if (kind == Kind::kInteger) {
-      return OneOf({"+", "-", "*", "/", "%", "&", "|", "<<", ">>", ",", "<", "$"});
-    }
-    return OneOf(
-        {"@", "@", "@", "^", "^", "<<", ">>", "&", "|", "+", "-", "*", "/", "%", ",", ">"});
-  }
-
-  void Operand(int depth) {
-    const Kind kind = Below(24) == 23 ? AnyKind() : kind_;
-    const std::size_t choice = Below(16);
-    if (choice < 8) return Literal(kind);
-    const bool is_other = choice == 15, takes_index = choice > 11 && !is_other;
-    const auto& names = takes_index ? names_.arrays : names_.scalars;
-    const bool is_field = kind == Kind::kBits && Below(4) != 3;
-    Put(OneOf(is_other ? names_.others : is_field ? names_.fields : names));
-    if (takes_index != (Below(12) == 11)) Index(depth);
-  }
-
-  void Index(int depth) {
-    Blank();
-    Put("[");
-    Blank();
-    if (depth > 0 && Below(4) == 3) {
-      const Kind before = std::exchange(kind_, Kind::kInteger);
-      Expression(depth - 1);
-      kind_ = before;
-    } else {
-      Put(std::to_string(Below(4)));
-    }
-    Blank();
-    Put("]");
-    if (Below(16) == 15) Put(OneOf({"x", " ", "]", "[1]", "1"}));
-  }
-
-  // NOLINTEND(misc-no-recursion)
-
-  void Literal(Kind kind) {
-    constexpr std::string_view kDigits = "0123456789", kHexDigits = "0123456789ABCDEFabcdef";
-    const std::size_t choice = Below(8);
-    if (kind == Kind::kInteger || choice == 0) return Digits(kDigits, choice == 7 ? 12 : 2);
-    if (kind == Kind::kBits && choice < 4) {
-      Put("#");
-      return Digits("01", choice == 1 ? 70 : 9);
-    }
-    if (kind == Kind::kBits) {
-      Put("0x");
-      return Digits(kHexDigits, choice == 7 ? 40 : 8);
-    }
-    if (choice != 1) Digits(kDigits, choice == 7 ? 20 : 3);
-    Put(choice < 4 ? "." : OneOf({"e", "E", "e-", "E-"}));
-    if (choice != 2) Digits(kDigits, choice == 3 ? 12 : 2);
   }
 
   // A character goes, comes, is doubled or changes places with the next.
@@ -159,7 +103,7 @@ class TextGenerator {
   }
 
   std::function<std::uint64_t()> source_;
-  NameLists names_;
-  Kind kind_ = Kind::kBits;
+  std::map<std::string, std::vector<Words>, std::less<>> rules_;
   std::string text_;
+  std::size_t words_left_ = 0;
 };

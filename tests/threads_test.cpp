@@ -2,10 +2,7 @@
 // the error list of copied objects.
 #include <gtest/gtest.h>
 
-#include <sstream>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "support.h"
 
@@ -14,7 +11,7 @@ namespace {
 // What a thread sees that evaluates by a copy of its own, with its own fields in front of the rest.
 std::string SeenBy(const ZRTExpression& shared) {
   QLMPlusData own;
-  AddRows(own, "own", {"01/8", "22/8", "0ABC/12"});
+  AddRows(own, "own", {FromText("01/8"), FromText("22/8"), FromText("0ABC/12")});
   ZRTExpression expression;
   expression = ZRTExpression(shared);
   expression.SetLocalZRTData(&own);
@@ -36,18 +33,15 @@ TEST(Threads, EvaluateOverSharedScopes) {
   const BlockSize setting(4);  // rows of several blocks, through which readers have to look
   RichWorld world;
   Directory directory("-511 8 2 No number.\n");
-  ASSERT_EQ(world.expression.Initialize(directory.path()), 0);
+  ASSERT_EQ(world.expression.Initialize(directory.path), 0);
   const std::string seen_alone = SeenBy(world.expression);
-  std::vector<std::string> seen(4, seen_alone);
-  std::vector<std::thread> threads;
-  threads.reserve(seen.size());
-  for (std::string& each : seen) {
+  std::vector<std::jthread> threads;
+  for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([&] {
-      for (int i = 0; i < 500 && each == seen_alone; ++i) each = SeenBy(world.expression);
+      for (int i = 0; i < 500 && !HasFailure(); ++i)
+        EXPECT_EQ(SeenBy(world.expression), seen_alone);
     });
   }
-  for (std::thread& thread : threads) thread.join();
-  for (const std::string& each : seen) EXPECT_EQ(each, seen_alone);
 }
 
 }  // namespace

@@ -1,143 +1,189 @@
-// The library and the reference over one scope: a text goes to both, and all that an evaluation
-// gives and leaves can be compared. Knows of no text.
+// The library, and beside it the reference, over the names of world.txt: what an evaluation gives
+// and leaves, and whether it is the same. Knows of no text.
 #pragma once
 
 #include <algorithm>
-#include <bit>
+#include <cctype>
 #include <cmath>
-#include <cstddef>
-#include <ostream>
+#include <functional>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "guarded.h"
-#include "reference.h"
 #include "support.h"
 
-namespace {  // NOLINT(google-build-namespaces): as in contract_support.h
+enum Kind {
+  kInteger,
+  kFloat,
+  kBits,
+  kChain,
+  kHexText,
+  kOneInteger,
+  kOneFloat,
+  kOneBits,
+  kSolvedInteger,
+  kSolvedFloat,
+  kKinds
+};
+constexpr const char* kNames[kKinds] = {"integer",        "float",       "bits",      "chain",
+                                        "text",           "one integer", "one float", "one bits",
+                                        "solved integer", "solved float"};
 
-using reference::StatusOf;
-using reference::Stream;
-
-enum Kind { kInteger, kFloat, kBits, kChain, kHexText, kOneInteger, kOneFloat, kOneBits, kKinds };
-constexpr const char* kNames[kKinds] = {"integer", "float",       "bits",      "chain",
-                                        "text",    "one integer", "one float", "one bits"};
-
-// What an evaluation gives, what it leaves in a result of each kind, and the row that each field
-// reads next.
+/// What an evaluation gives, what it leaves in a result of each kind, and the row that each field
+/// reads next.
 struct Outcome {
   int status = 0;
   int integer = 77;
   float real = 77.0F;
-  Stream stream;
+  Stream stream = {};
   std::string hex_text = "??";
-  std::string text;  // the caller's
-  std::vector<std::size_t> rows;
-
-  bool operator==(const Outcome& other) const {
-    const bool is_same_float = std::bit_cast<int>(real) == std::bit_cast<int>(other.real) ||
-                               (std::isnan(real) && std::isnan(other.real));
-    return status == other.status && integer == other.integer && is_same_float &&
-           stream.bytes == other.stream.bytes && stream.bit_length == other.stream.bit_length &&
-           hex_text == other.hex_text && text == other.text && rows == other.rows;
-  }
+  std::string text = {};  // the caller's
+  std::vector<std::size_t> rows = {};
 };
 
-std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
-  out << outcome.status << ", " << outcome.integer << ", " << outcome.real << ", ";
-  out << Show(outcome.stream) << ", " << outcome.hex_text << ", \"" << outcome.text << "\"";
-  for (const std::size_t row : outcome.rows) out << ' ' << row;
-  return out;
+inline std::string Show(const Outcome& outcome) {
+  std::ostringstream shown;
+  shown << outcome.status << ", " << outcome.integer << ", " << std::hexfloat
+        << (std::isnan(outcome.real) ? NAN : outcome.real) << ", " << Show(outcome.stream) << ", "
+        << outcome.hex_text << ", \"" << outcome.text << '"';
+  for (const std::size_t row : outcome.rows) shown << ' ' << row;
+  return shown.str();
+}
+inline bool operator==(const Outcome& one, const Outcome& other) {
+  return Show(one) == Show(other);
 }
 
-// The rich scope in the library's objects and in the reference's, and one field that one of several
-// has.
-class Twins {
+/// The library. One more field of that name stands in the way of the fuse array's.
+class Evaluator : public RichWorld {
  public:
-  explicit Twins(const char* fuse_array) {
-    for (const auto& [tree, name, type, ints, floats] : kRichTokens) {
-      auto& tokens = tree == &World::local_tokens ? scope_.local_tokens : scope_.global_tokens;
-      tokens[name] = {type, ints, floats};
+  using Caller = std::function<int(const std::function<int()>&)>;
+
+  explicit Evaluator(const std::string& fuse_array = "") {
+    names_ = NamesOfWorld();
+    if (!fuse_array.empty()) {
+      names_.push_back({
+          "local_data", fuse_array, {                   },
+            { FromText("C3/8"), FromText("0ABC/12")},
+            true
+      });
+      AddRows(local_data, fuse_array, names_.back().rows);
     }
-    for (const auto& [data, name, rows] : kRichFields) Add(data, name, rows);
-    if (fuse_array != nullptr) {
-      const std::vector<const char*> rows = {"C3/8", "0ABC/12"};
-      AddRows(world_.local_data, fuse_array, rows);
-      Add(&World::local_data, fuse_array, rows);
+    for (Named& named : names_) {
+      if (named.rows.size() < 2) continue;
+      fields_.push_back(DataOf(*this, named.scope).GetDataField(named.name.data()));
     }
   }
 
-  /// The text, and the hexadecimal one of so many characters, have no more room than they need.
-  Outcome ByLibrary(Kind kind, const std::string& text, const Stream& before,
-                    std::size_t hex_length = 2) {
+  /// The text, and the hexadecimal one of so many characters, have no more room than they need. The
+  /// one call of the library is made by `run`.
+  Outcome Evaluate(
+      Kind kind, const std::string& text, const Stream& before = {}, std::size_t hex_length = 2,
+      const Caller& run = [](const auto& call) { return call(); }) {
     Outcome outcome;
     RowDataStream stream;
-    stream.Append(before.bytes);
-    stream.BitLength = before.bit_length;
+    Fill(stream, before);
     char* const given = text_room_.Put(text);
-    outcome.status = Evaluate(kind, given, outcome, stream, hex_room_.Last(hex_length + 1));
+    char* const hex_text = hex_room_.Last(hex_length + 1);
+    std::ranges::copy("??", hex_text);
+    outcome.status = run([&] { return Call(kind, given, outcome, stream, hex_text); });
     outcome.text = given;
+    outcome.hex_text = hex_text;
     outcome.stream = {BytesOf(stream), stream.BitLength};
-    for (auto& [field, model] : fields_) {
-      outcome.rows.push_back(NextRow(*field));
-      field->ResetRowPointer();
-    }
+    for (QLMDataField* field : fields_) outcome.rows.push_back(NextRow(*field));
     return outcome;
   }
 
-  Outcome ByReference(Kind kind, const std::string& text, const Stream& before) {
-    for (auto& [field, model] : fields_) model->current = 0;
-    Outcome outcome;
-    outcome.stream = before;
-    outcome.text = text;
-    outcome.status = StatusOf([&] { EvaluateReference(kind, text, outcome); });
-    for (auto& [field, model] : fields_) outcome.rows.push_back(model->current);
-    return outcome;
+  void ResetRows() {
+    for (QLMDataField* field : fields_) field->ResetRowPointer();
   }
 
-  RichWorld& world() { return world_; }
+ protected:
+  std::vector<Named> names_;
 
  private:
-  void Add(QLMPlusData World::*data, const char* name, const std::vector<const char*>& rows) {
-    reference::Field& field = (data == &World::external_data ? scope_.external_data
-                               : data == &World::local_data  ? scope_.local_data
-                                                             : scope_.global_data)[name];
-    for (const char* row : rows) field.rows.push_back({Bits(row).bytes, Bits(row).bit_length});
-    std::string key = name;
-    if (rows.size() > 1) fields_.emplace_back((world_.*data).GetDataField(key.data()), &field);
-  }
-
-  static std::size_t NextRow(QLMDataField& field) {
-    const LByteBuffer* next = field.GetCurrentRow();
-    int index = 1;
-    while (index <= field.GetRowCount() && field.GetRow(index) != next) ++index;
-    return static_cast<std::size_t>(index - 1);
-  }
-
-  int Evaluate(Kind kind, char* text, Outcome& outcome, RowDataStream& stream, char* hex_text) {
-    ZRTExpression& expression = world_.expression;
+  int Call(Kind kind, char* text, Outcome& outcome, RowDataStream& stream, char* hex_text) {
     switch (kind) {
       case kInteger: return expression.GetIntegerOperand(text, &outcome.integer);
       case kFloat: return expression.GetFloatOperand(text, &outcome.real);
       case kBits: return expression.GetBitStream(text, &stream);
       case kChain: return expression.SolveBitStreamExpression(text, &stream);
+      case kHexText: return expression.GetBitStream(text, hex_text);
       case kOneInteger: return expression.GetIntegerValue(text, &outcome.integer);
-      case kOneFloat: return GetFloatValue(expression, text, &outcome.real);
-      case kOneBits: return GetBitStreamValue(expression, text, &stream);
-      default: break;
+      case kOneFloat: return expression.GetFloatValue(text, &outcome.real);
+      case kOneBits: return expression.GetBitStreamValue(text, &stream);
+      case kSolvedInteger: return expression.SolveIntegerExpression(text, &outcome.integer);
+      default: return expression.SolveFloatExpression(text, &outcome.real);
     }
-    std::ranges::copy(outcome.hex_text + '\0', hex_text);
-    const int status = expression.GetBitStream(text, hex_text);
-    outcome.hex_text = hex_text;
-    return status;
   }
 
-  void EvaluateReference(Kind kind, const std::string& text, Outcome& outcome) {
+  // The row pointer stays where it is.
+  static std::size_t NextRow(QLMDataField& field) {
+    const LByteBuffer* next = field.GetCurrentRow();
+    std::size_t place = 0;
+    while (static_cast<int>(place) < field.GetRowCount() &&
+           field.GetRow(static_cast<int>(place) + 1) != next) {
+      ++place;
+    }
+    field.ResetRowPointer();
+    for (std::size_t i = 0; i < place; ++i) field.GetCurrentRow();
+    return place;
+  }
+
+  std::vector<QLMDataField*> fields_;
+  GuardedRoom text_room_, hex_room_;
+};
+
+class Twins : public Evaluator {
+ public:
+  explicit Twins(const std::string& fuse_array = "") : Evaluator(fuse_array) {
+    reference::closed = kClosed;
+    for (const auto& [scope, name, token, rows, is_data] : names_) {
+      if (!is_data) TreeOf(scope_, scope)[name] = token;
+      if (is_data) DataOf(scope_, scope)[name].rows = rows;
+      if (rows.size() > 1) models_.push_back(&DataOf(scope_, scope)[name]);
+    }
+  }
+
+  /// Tells both outcomes if they differ. A text whose value is too large is none to compare.
+  std::string Difference(Kind kind, const std::string& text, const Stream& before = {}) try {
+    const Outcome model = ByReference(kind, text, before);
+    const Outcome outcome = Evaluate(kind, text, before, model.hex_text.size());
+    value_count += outcome.status == 0 ? 1 : 0;
+    const std::string right = Show(model), shown = Show(outcome);
+    if (shown == right) return "";
+    return kNames[kind] + (" \"" + text + "\" gives\n  " + shown + "\nand not\n  " + right);
+  } catch (const reference::TooLarge&) {
+    ResetRows();
+    return "";
+  }
+
+  void ResetRows() {
+    Evaluator::ResetRows();
+    for (reference::Field* model : models_) model->current = 0;
+  }
+
+  std::size_t value_count = 0;  // of the texts that were compared
+
+ private:
+  Outcome ByReference(Kind kind, const std::string& text, const Stream& before) {
+    Outcome outcome;
+    outcome.stream = before;
+    outcome.text = text;
+    outcome.status = reference::StatusOf([&] { Call(kind, text, outcome); });
+    for (const reference::Field* model : models_) outcome.rows.push_back(model->current);
+    return outcome;
+  }
+
+  void Call(Kind kind, const std::string& text, Outcome& outcome) {
     Stream value;
     switch (kind) {
-      case kInteger: return reference::Solve(scope_, text, outcome.integer);
-      case kFloat: return reference::Solve(scope_, text, outcome.real);
+      case kInteger:
+      case kSolvedInteger: return reference::Solve(scope_, text, outcome.integer);
+      case kFloat:
+      case kSolvedFloat: return reference::Solve(scope_, text, outcome.real);
       case kBits: return reference::Solve(scope_, text, outcome.stream);
       case kChain: outcome.stream = {}; return reference::SolveChain(scope_, text, outcome.stream);
       case kOneInteger: return reference::ReadOperand(scope_, text, outcome.integer);
@@ -147,25 +193,75 @@ class Twins {
     }
   }
 
-  RichWorld world_;
   reference::Scope scope_;
-  std::vector<std::pair<QLMDataField*, reference::Field*>> fields_;
-  GuardedRoom text_room_, hex_room_;
+  std::vector<reference::Field*> models_;
 };
 
 /// Whether the library's scans find in `text` what the reference's find.
-inline bool ScansAgree(const std::string& text) {
-  static ZRTExpression expression;
+inline bool ScansAgree(ZRTExpression& expression, const std::string& text) {
   unsigned short first = 99, last = 99;
   const reference::Found left = reference::LeftMostOperator(text);
   const reference::Found right = reference::RightMostOperator(text);
   const auto code_of = [](const reference::Found& found) {
     return found.position < 0 ? 99 : reference::kOperators.find(found.op);
   };
-  return GetLeftMostOperator(expression, text.c_str(), &first) == left.position &&
-         GetRightMostOperator(expression, text.c_str(), &last) == right.position &&
+  std::string own = text;
+  for (int i = 0; i < static_cast<int>(text.size()); ++i) {
+    const char c = own[static_cast<std::size_t>(i)];
+    if (expression.IsHexDigit(c) != (std::isxdigit(static_cast<unsigned char>(c)) != 0))
+      return false;
+    if (c != '(') continue;
+    int close = 99;
+    const int status = expression.GetSubExpression(own.data(), i, &close);
+    const int end = reference::ClosingParenthesis(text, i);
+    if (status != (end < 0 ? ErrUnbalancedParenthesis : 0)) return false;
+    if (close != (end < 0 ? static_cast<int>(text.size()) - 1 : end)) return false;  // all is read
+  }
+  return expression.GetLeftMostOperator(text.c_str(), &first) == left.position &&
+         expression.GetRightMostOperator(text.c_str(), &last) == right.position &&
          first == code_of(left) && last == code_of(right) &&
-         IsNumber(expression, text.c_str()) == reference::KindOfNumber(text);
+         expression.IsNumber(text.c_str()) == reference::KindOfNumber(text);
 }
 
-}  // namespace
+/// Whether the lookups find under `text` what the closed libraries' own do, in the order of the
+/// scopes.
+inline bool LookupsAgree(World& world, const std::string& text) {
+  ZRTExpression expression(world.expression);  // owns the fields that are made for masks
+  const auto field_of = [&](std::string name) {
+    QLMDataField* field = nullptr;
+    for (auto* data : {&world.external_data, &world.local_data, &world.global_data}) {
+      if (field == nullptr) field = data->GetDataField(name.data());
+    }
+    return field;
+  };
+  const auto token_of = [&](std::string name) {
+    ZRTTokens* token = world.local_tokens.GetToken(name.data());
+    return token == nullptr ? world.global_tokens.GetToken(name.data()) : token;
+  };
+  bool agrees = true;
+  for (const bool falls_back : {false, true}) {
+    std::string name = text;
+    const bool is_mask =
+        std::ranges::find(reference::kMaskNames, name) != std::end(reference::kMaskNames);
+    agrees = agrees && expression.IsIgnoreInst(name.data()) == is_mask;
+    QLMDataField* field = falls_back ? expression.SearchDataField(name.data())
+                                     : expression.SearchDataFieldSTAPLimpl(name.data());
+    const bool is_changed = falls_back && text == "FuseArray_TDO" && field_of(text) == nullptr;
+    const std::string sought = is_changed ? "FuseArray_TDI" : text;
+    if (is_mask && field_of(text) == nullptr) {
+      agrees = agrees && NameOf(*field) == text && field->GetRowCount() == 1 &&
+               field->GetRowWidth(1) == 0;
+    } else {
+      agrees = agrees && field == field_of(sought);
+    }
+    agrees = agrees && name == sought && expression.SearchToken(name.data()) == token_of(name) &&
+             expression.GetTokenFromTree(&world.global_tokens, name.data()) ==
+                 world.global_tokens.GetToken(name.data());
+  }
+  std::string start = text;  // up to a "." and a "[", of which the first is not in front
+  for (const char mark : {'.', '['}) {
+    if (const std::size_t place = start.find(mark); place != 0) start = start.substr(0, place);
+  }
+  const bool is_name = expression.SearchDataField(start.data()) || token_of(start);
+  return agrees && expression.IsToken(text.c_str()) == is_name;
+}

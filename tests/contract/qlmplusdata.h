@@ -6,15 +6,13 @@
 
 #include "hq4170.h"
 
-class QLMDataField : public LObject {
- public:
-  QLMDataField() = default;
-  ~QLMDataField() override = default;
+// NOLINTBEGIN(readability-make-member-function-const,readability-identifier-naming)
 
+struct QLMDataField : LObject {
   void SetFieldName(const char* name) { name_ = name; }
   LByteBuffer* AddRow(int width) {
-    rows_.emplace_back().width = width;
-    return &rows_.back().bytes;
+    rows_.emplace_back().second = width;
+    return &rows_.back().first;
   }
   int GetRowCount() { return static_cast<int>(rows_.size()); }
   int GetCurrentRowWidth() { return GetRowWidth(current_); }
@@ -26,34 +24,24 @@ class QLMDataField : public LObject {
   void ResetRowPointer() { current_ = 1; }
   LByteBuffer* GetRow(int index) {
     if (index < 1) std::abort();
-    return index <= GetRowCount() ? &std::next(rows_.begin(), index - 1)->bytes : nullptr;
+    return index <= GetRowCount() ? &std::next(rows_.begin(), index - 1)->first : nullptr;
   }
   int GetRowWidth(int index) {
     if (index < 1) std::abort();
-    return index <= GetRowCount() ? std::next(rows_.begin(), index - 1)->width : 5;
+    return index <= GetRowCount() ? std::next(rows_.begin(), index - 1)->second : 5;
   }
 
- private:
-  friend struct ContractHost;
-
-  struct Row {
-    LByteBuffer bytes;
-    int width = 0;  // bits
-  };
-
   std::string name_;
-  std::list<Row> rows_;
+  std::list<std::pair<LByteBuffer, int>> rows_;  // and their widths in bits
   int current_ = 1;
 };
 
-class QLMPlusData {
- public:
+struct QLMPlusData {
   QLMDataField* GetDataField(char* name) const {
     const auto found = fields_.find(name);
     return found == fields_.end() ? nullptr : found->second.get();
   }
-
- private:
-  friend struct ContractHost;
   std::map<std::string, std::unique_ptr<QLMDataField>> fields_;
 };
+
+// NOLINTEND(readability-make-member-function-const,readability-identifier-naming)

@@ -3,22 +3,18 @@
 
 #include "hq4170.h"
 
-class ZRTTokens {
- public:
-  // NOLINTNEXTLINE(readability-make-member-function-const): nobody is to rely on it
+// NOLINTBEGIN(readability-make-member-function-const,readability-identifier-naming)
+
+struct ZRTTokens {
   unsigned short GetTokenType() { return type_; }
-  int GetIntValue() { return ints_.at(0); }
-  float GetFloatValue() { return floats_.at(0); }
-  int GetIntArrayValue(int index) { return ElementOf(ints_, index); }
-  float GetFloatArrayValue(int index) { return ElementOf(floats_, index); }
-
- private:
-  friend struct ContractHost;
-
-  template <class Number>
-  static Number ElementOf(const std::vector<Number>& numbers, int index) {
-    const auto place = static_cast<std::size_t>(index);
-    return index >= 0 && place < numbers.size() ? numbers[place] : Number{7};
+  int GetIntValue() { return GetIntArrayValue(0); }
+  float GetFloatValue() { return GetFloatArrayValue(0); }
+  int GetIntArrayValue(int index) {
+    return static_cast<unsigned>(index) < ints_.size() ? ints_[static_cast<unsigned>(index)] : 7;
+  }
+  float GetFloatArrayValue(int index) {
+    return static_cast<unsigned>(index) < floats_.size() ? floats_[static_cast<unsigned>(index)]
+                                                         : 7;
   }
 
   unsigned short type_ = 0;
@@ -26,10 +22,11 @@ class ZRTTokens {
   std::vector<float> floats_;
 };
 
-class ZRTTokenTree : public RBTree {
- public:
+struct ZRTTokenTree : RBTree {
   ZRTTokens* GetToken(char* name) {
     RBTreeNode* node = Search(GetRoot(), name);
     return node ? static_cast<ZRTTokens*>(node->GetObject()) : nullptr;
   }
 };
+
+// NOLINTEND(readability-make-member-function-const,readability-identifier-naming)

@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "fuzz.h"
-#include "hq4170.h"
 
 namespace {
 
@@ -16,7 +15,7 @@ using Key = std::pair<unsigned short, unsigned short>;  // code and category
 using Entry = std::pair<std::string, int>;              // message and field
 
 // Takes a number, and the blanks behind it, from the front of `line`.
-bool Take(std::string& line, long least, long most, long& number) {
+bool Take(std::string& line, long least, long& number) {
   const std::size_t end = line.find_first_of(" \t");
   const std::string word = line.substr(0, end);
   const std::size_t sign_width = word.starts_with('-') ? 1 : 0;
@@ -24,7 +23,7 @@ bool Take(std::string& line, long least, long most, long& number) {
   if (word.find_first_not_of("0123456789", sign_width) != std::string::npos) return false;
   number = std::strtol(word.c_str(), nullptr, 10);
   line.erase(0, line.find_first_not_of(" \t", end));
-  return number >= least && number <= most;
+  return number >= least && number <= 65535;
 }
 
 // The number of the wrong line, or 0.
@@ -33,12 +32,13 @@ int ReadList(const std::string& bytes, std::map<Key, Entry>& list) {
   std::string line;
   for (int number = 1; std::getline(file, line); ++number) {
     if (line.ends_with('\r')) line.pop_back();
+    if (line.size() > 65536) return number;
     line.erase(0, line.find_first_not_of(" \t"));
     line.erase(line.find_last_not_of(" \t") + 1);
     if (line.empty() || line[0] == '#') continue;
     long code = 0, category = 0, field = 0;
-    if (line.find('\0') != std::string::npos || !Take(line, -32768, 65535, code) ||
-        !Take(line, 0, 65535, category) || !Take(line, 0, 65535, field) || line.empty()) {
+    if (line.find('\0') != std::string::npos || !Take(line, -32768, code) ||
+        !Take(line, 0, category) || !Take(line, 0, field) || line.empty()) {
       return number;
     }
     const Key key(static_cast<unsigned short>(code), static_cast<unsigned short>(category));
@@ -56,10 +56,8 @@ int Load(ErrorHandler& handler, const std::string& bytes) {
   return handler.Initialize(path.data(), 8);
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string bytes = Input(data, size).Rest();
+std::string ErrorListsDiffer(Input input) {
+  const std::string bytes = input.Rest();
   ErrorHandler handler;
   std::map<Key, Entry> list = {
       {{9, 9}, {"of before", 9}}
@@ -75,9 +73,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Require((handler.GetErrorElement(9, 9) != nullptr) == list.contains({9, 9}), "the older list");
   for (const auto& [key, entry] : list) {
     ErrorElement* element = handler.GetErrorElement(key.first, key.second);
-    Require(element != nullptr && element->GetErrorMessage() == entry.first &&
-                element->GetErrorField() == entry.second,
+    Require(element && Entry(element->GetErrorMessage(), element->GetErrorField()) == entry,
             entry.first);
   }
-  return 0;
+  return "";
 }
+
+}  // namespace
+
+ZRT_FUZZ(ErrorListsDiffer)

@@ -8,7 +8,6 @@
 
 #include "files.h"
 #include "fuzz.h"
-#include "support.h"
 
 namespace {
 
@@ -25,12 +24,10 @@ bool IsLoaded(Scope& scope, const std::string& text) try {
   return false;
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  std::string text = Input(data, size).Rest();
+std::string ScopesDiffer(Input input) {
+  std::string text = input.Rest();
   Scope scope;
-  if (!IsLoaded(scope, text)) return 0;
+  if (!IsLoaded(scope, text)) return "";
   ZRTExpression expression;
   scope.Attach(&expression);
   DropByteOrderMark(&text);
@@ -40,11 +37,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto& [set, names] : root[section].items()) {
       for (const auto& [key, value] : names.items()) {
         std::string name = key;
-        Require(section == "data" ? expression.SearchDataField(name.data()) != nullptr
-                                  : SearchToken(expression, name.data()) != nullptr,
-                name);
+        if (section == "data" ? !expression.SearchDataField(name.data())
+                              : !expression.SearchToken(name.data())) {
+          return name;
+        }
       }
     }
   }
-  return 0;
+  return "";
 }
+
+}  // namespace
+
+ZRT_FUZZ(ScopesDiffer)

@@ -45,9 +45,9 @@ OPERATORS = {
 ARGUMENT = r"[\w.\[\]]+(?:->\w+)?(?:\(\))?(?: [-+*/] [\w.]+)?"
 STATEMENT = re.compile(r" *(?:[\w.\->\[\]:*() ]+ [-+*/|&^%]?= .*|(?:\+\+|--)\S+|[\w.:\->]+\(.*\)|"
                        r"break|continue|if \(.*\) .+);")
-SLOW_TESTS = "Growth*.*:Walk.*"
+SLOW_TESTS = "Growth*.*:Walk.*:Shortage.*"
 FEW_TEXTS = "2000"
-SETTINGS = {"ZRT_REFERENCE_TEXTS": "20000", "ZRT_LONG_RUN": "20000"}
+SETTINGS = {"ZRT_REFERENCE_TEXTS": "20000"}
 
 
 def masked(text):

@@ -1,0 +1,106 @@
+// Operators and run-length texts against the reference's: small widths and codes one and all,
+// the rest by chance. Knows nothing of expressions.
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+
+#include "properties.h"
+
+namespace {
+
+// Calls `property` with inputs of up to so many bytes.
+template <class Property>
+void TryAnyBytes(std::size_t count, std::size_t max_size, const Property& property) {
+  std::mt19937 random(20240601);
+  for (std::size_t i = 0; i < count && !testing::Test::HasFailure(); ++i) {
+    Bytes bytes(random() % max_size);
+    for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(random());
+    EXPECT_EQ(property(Input(bytes.data(), bytes.size())), "");
+  }
+}
+
+TEST(Operators, OnNumbers) {
+  ZRTExpression expression;
+  constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
+  const int numbers[] = {0,     1,       -1,      2,     -2,       3,        7,     8,
+                         21,    -21,     30,      31,    32,       33,       -31,   63,
+                         64,    255,     256,     46340, 46341,    65535,    65536, -65536,
+                         65537, 1 << 24, 1 << 30, kMin,  kMin + 1, kMax - 1, kMax};
+  for (std::uint16_t code = 0; code < reference::kOperators.size(); ++code) {
+    for (const int left : numbers) {
+      for (const int right : numbers) {
+        int value = left, model = left;
+        float real = static_cast<float>(left) / 2, real_model = real;
+        const auto operand = static_cast<float>(right) / 4;
+        const char op = reference::kOperators[code];
+        SCOPED_TRACE(std::to_string(left) + op + std::to_string(right));
+        EXPECT_EQ(expression.ExecuteIntegerOperator(&value, code, right),
+                  reference::StatusOf([&] { reference::Apply(model, op, right); }));
+        EXPECT_EQ(expression.ExecuteFloatOperator(&real, code, operand),
+                  reference::StatusOf([&] { reference::Apply(real_model, op, operand); }));
+        EXPECT_EQ(value, model);
+        EXPECT_TRUE(real == real_model || (std::isnan(real) && std::isnan(real_model))) << real;
+        EXPECT_EQ(DifferenceAfter(reference::FromWord(left),
+                                  {
+                                      {code, reference::FromWord(right)}
+        }),
+                  "");
+      }
+    }
+  }
+}
+
+TEST(Operators, OnTidyValuesOfSmallWidths) {
+  std::vector<Stream> values = {{}};
+  for (std::uint8_t number = 0; number < 32; ++number) {
+    for (int width = 5; width > 0 && number >> width == 0; --width) {
+      values.push_back({Bytes{number}, width});
+    }
+    if (number < 20) values.push_back(reference::FromWord(number));  // a count
+  }
+  for (const Stream& left : values) {
+    for (const Stream& right : values) {
+      for (std::uint16_t code = 0; code <= zrt::OpBitReverse + 1 && !HasFailure(); ++code) {
+        EXPECT_EQ(DifferenceAfter(left,
+                                  {
+                                      {code, right}
+        }),
+                  "");
+      }
+    }
+  }
+}
+
+TEST(Operators, OnAnyStreams) { TryAnyBytes(20000, 400, OperatorsDiffer); }
+
+TEST(RunLengths, OfAnyBytes) {
+  TryAnyBytes(2000, 100, [](Input input) { return RunLengthsDiffer(input); });
+  for (const int block_size : {0, 4, 7}) {
+    EXPECT_EQ(RunLengthsDiffer(Bytes(20000, 0x55), block_size), "");
+  }
+}
+
+TEST(Streams, AreCopiedAndShared) {
+  for (const int block_size : {0, 4, 7, 256}) {
+    const BlockSize setting(block_size);
+    RowDataStream source, target, shared(0, 5), empty;
+    Fill(source, FromText("0102030405060708090A/75"));
+    Fill(target, FromText("AABBCC/24"));
+    target.CopyBlock(static_cast<RowDataStream*>(nullptr));
+    target.CopyBlock(&source);
+    EXPECT_EQ(Show(target), "AABBCC0102030405060708090A/75");
+    const RowDataStream copy(source);
+    shared = source;
+    shared.WriteData(0, 0xEE);
+    source.CopyBlock(&shared);  // onto its own end
+    EXPECT_EQ(Show(shared), "EE02030405060708090AEE02030405060708090A/75");
+    target.ClearBuffer();
+    target.CopyBlock(&empty);
+    EXPECT_EQ(Show(target), "/0");
+    target = copy;
+    EXPECT_EQ(Show(target), "0102030405060708090A/75");
+  }
+}
+
+}  // namespace
