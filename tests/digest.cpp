@@ -15,8 +15,8 @@
 
 namespace {
 
-// The kinds of evaluations, and these.
-enum Subject { kScans = kKinds, kOperators, kRunLengths, kSubjects };
+// The kinds of evaluations that are not another one's double, and these.
+enum Subject { kScans = kSolvedInteger, kOperators, kRunLengths, kSubjects };
 constexpr const char* kMoreNames[] = {"scans", "operators", "run lengths", "all"};
 
 // FNV-1a of 64 bits.
@@ -75,7 +75,7 @@ class Outcomes {
     for (const Digest& digest : digests_) all.Add(std::to_string(digest.value));
     digests_[kSubjects] = all;
     for (std::size_t i = 0; i < std::size(digests_); ++i) {
-      std::printf("%-16s%016llx\n", i < kKinds ? kNames[i] : kMoreNames[i - kKinds],
+      std::printf("%-16s%016llx\n", i < kScans ? kNames[i] : kMoreNames[i - kScans],
                   static_cast<unsigned long long>(digests_[i].value));
     }
   }
@@ -107,7 +107,7 @@ class Outcomes {
     const Outcome bits = evaluator_.Evaluate(kBits, text);
     digests_[kBits].Add(Show(bits));
     const auto size = static_cast<std::size_t>(std::max(bits.stream.bit_length, 0) + 7) / 8;
-    for (std::size_t kind = 0; kind < kKinds; ++kind) {
+    for (std::size_t kind = 0; kind < kScans; ++kind) {
       evaluator_.ResetRows();
       const std::size_t hex_length = 2 * size + 2;
       digests_[kind].Add(

@@ -8,18 +8,13 @@
 #include "properties.h"
 #include "scan/operators.h"
 #include "twins.h"
+#include "zrtexpression/words.h"
 
 namespace {
 
 std::string Told(int status, const std::string& value, const std::string& before) {
-  constexpr const char* kStatuses[] = {
-      "ErrMissingOperand",      "ErrBadTokenType",    "ErrUnbalancedParenthesis",
-      "ErrMisplacedOperator",   "ErrInvalidOperator", "ErrUnknownOperand",
-      "ErrMissingCloseBracket", "ErrEmptyIndex",      "ErrStrayCloseBracket",
-      "ErrMissingArrayName",    "ErrNegativeIndex",   "ErrOperandTooWide",
-      "ErrStreamWrite"};
   if (status == 0) return value;
-  return kStatuses[ErrMissingOperand - status] + (value == before ? "" : " leaves " + value);
+  return zrt::StatusName(status) + (value == before ? "" : " leaves " + value);
 }
 
 std::string Text(float number) {
@@ -86,11 +81,41 @@ std::string RunLengths(const std::string& text) {
   return told.c_str();
 }
 
+// The text with «» around the place of its failure and ‹› around that of the cause, and their
+// names, if the text was not marked like that.
+std::string Places(const std::string& kind, const std::string& marked) {
+  constexpr const char* kMarks[] = {"«", "»", "‹", "›"};
+  std::string text = marked;
+  for (const std::string mark : kMarks) {
+    for (std::size_t at; (at = text.find(mark)) != std::string::npos;) text.erase(at, mark.size());
+  }
+  RichWorld world;
+  RowDataStream stream;
+  zrt::Failure failure;
+  int number = 0;
+  float real = 0;
+  (void)(kind == "integer" ? world.expression.WatchInteger(text.c_str(), &number, &failure)
+         : kind == "float" ? world.expression.WatchFloat(text.c_str(), &real, &failure)
+                           : world.expression.WatchBits(text.c_str(), &stream, &failure));
+  std::string told = text;
+  const auto mark = [&](std::size_t at, const char* sign) { told.insert(at, sign); };
+  const auto [offset, length] = failure.place;
+  const auto [cause, cause_length] = failure.cause;
+  mark(offset + length, "»");
+  if (failure.cause_status != 0) mark(cause + cause_length, "›");
+  if (failure.cause_status != 0) mark(cause, "‹");
+  mark(offset, "«");
+  std::string names = zrt::StatusName(failure.status);
+  if (failure.cause_status != 0) names += std::string(" ") + zrt::StatusName(failure.cause_status);
+  return told == marked ? names : told + " " + names;
+}
+
 std::string OutcomeOf(const std::string& section, const std::string& text) {
   if (section == "scans") return Scans(text);
   if (section == "operator") return Operation(text);
   if (section == "number") return Number(text);
   if (section == "run lengths") return RunLengths(text);
+  if (section.starts_with("place ")) return Places(section.substr(6), text);
   const std::size_t slash = section.find('/');
   const std::size_t end = slash == std::string::npos ? section.size() : section.rfind(' ', slash);
   const auto* const kind = std::ranges::find(kNames, section.substr(0, end));
@@ -127,6 +152,6 @@ TEST_P(Examples, AreAsTold) {
 }
 INSTANTIATE_TEST_SUITE_P(Files, Examples,
                          testing::Values("integers.txt", "floats.txt", "bits.txt", "operators.txt",
-                                         "scans.txt", "run_lengths.txt"));
+                                         "scans.txt", "run_lengths.txt", "places.txt"));
 
 }  // namespace

@@ -42,7 +42,8 @@ TEST(Expression, KeepsADirectoryThatCanBeEntered) {
   ASSERT_EQ(seteuid(user), 0);
   fs::permissions(deep, fs::perms::owner_all);
   fs::remove(deep);
-  EXPECT_EQ(expression.SetDefaultDir(root), ErrBadDirectory) << "nobody can tell where this is";
+  EXPECT_EQ(expression.SetDefaultDir(root.data()), ErrBadDirectory)
+      << "nobody can tell where this is";
   fs::current_path(before);
 }
 

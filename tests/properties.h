@@ -129,6 +129,7 @@ inline std::string OperatorsDiffer(Input input) {
 /// The run-length text of `bytes`, from blocks of that size: the reference's, in no more room than
 /// is documented, which reads back.
 inline std::string RunLengthsDiffer(const Bytes& bytes, int block_size) {
+  reference::closed = kClosed;
   static GuardedRoom room;
   ZRTExpression expression;
   const BlockSize setting(block_size);

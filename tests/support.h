@@ -125,7 +125,7 @@ inline std::vector<Named> NamesOfWorld() {
       } else if (word.find_first_of(".n") == std::string::npos) {
         number >> token.ints.emplace_back();
       } else if (!(number >> token.floats.emplace_back())) {
-        token.floats.back() = word == "inf" ? INFINITY : NAN;
+        token.floats.back() = word == "nan" ? NAN : word == "inf" ? INFINITY : -INFINITY;
       }
     }
   }

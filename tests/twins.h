@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "guarded.h"
+#include "replay.h"
 #include "support.h"
 
 enum Kind {
@@ -26,11 +27,16 @@ enum Kind {
   kOneBits,
   kSolvedInteger,
   kSolvedFloat,
+  kWatchedInteger,
+  kWatchedFloat,
+  kWatchedBits,
+  kWatchedHexText,
   kKinds
 };
-constexpr const char* kNames[kKinds] = {"integer",        "float",       "bits",      "chain",
-                                        "text",           "one integer", "one float", "one bits",
-                                        "solved integer", "solved float"};
+constexpr const char* kNames[kKinds] = {
+    "integer",         "float",         "bits",         "chain",          "text",
+    "one integer",     "one float",     "one bits",     "solved integer", "solved float",
+    "watched integer", "watched float", "watched bits", "watched text"};
 
 /// What an evaluation gives, what it leaves in a result of each kind, and the row that each field
 /// reads next.
@@ -115,7 +121,12 @@ class Evaluator : public RichWorld {
       case kOneFloat: return expression.GetFloatValue(text, &outcome.real);
       case kOneBits: return expression.GetBitStreamValue(text, &stream);
       case kSolvedInteger: return expression.SolveIntegerExpression(text, &outcome.integer);
-      default: return expression.SolveFloatExpression(text, &outcome.real);
+      case kSolvedFloat: return expression.SolveFloatExpression(text, &outcome.real);
+      case kWatchedInteger:
+        return expression.WatchInteger(text, &outcome.integer, &failure_, observer_);
+      case kWatchedFloat: return expression.WatchFloat(text, &outcome.real, &failure_, observer_);
+      case kWatchedBits: return expression.WatchBits(text, &stream, &failure_, observer_);
+      default: return expression.WatchBits(text, hex_text, &failure_, observer_);
     }
   }
 
@@ -132,6 +143,14 @@ class Evaluator : public RichWorld {
     return place;
   }
 
+  // Asks for no memory, so that it may run out; Twins has one that does.
+  zrt::Observer nobody_;
+
+ protected:
+  zrt::Observer* observer_ = &nobody_;
+  zrt::Failure failure_;
+
+ private:
   std::vector<QLMDataField*> fields_;
   GuardedRoom text_room_, hex_room_;
 };
@@ -139,6 +158,7 @@ class Evaluator : public RichWorld {
 class Twins : public Evaluator {
  public:
   explicit Twins(const std::string& fuse_array = "") : Evaluator(fuse_array) {
+    observer_ = &replay_;
     reference::closed = kClosed;
     for (const auto& [scope, name, token, rows, is_data] : names_) {
       if (!is_data) TreeOf(scope_, scope)[name] = token;
@@ -150,7 +170,17 @@ class Twins : public Evaluator {
   /// Tells both outcomes if they differ. A text whose value is too large is none to compare.
   std::string Difference(Kind kind, const std::string& text, const Stream& before = {}) try {
     const Outcome model = ByReference(kind, text, before);
+    replay_.Begin(text.size(), !before.bytes.empty());
     const Outcome outcome = Evaluate(kind, text, before, model.hex_text.size());
+    if (kind >= kWatchedInteger) {
+      const bool is_told = before.bytes.empty() && kind != kWatchedHexText;
+      const std::string value = !is_told                  ? ""
+                                : kind == kWatchedInteger ? std::to_string(outcome.integer)
+                                : kind == kWatchedFloat   ? std::to_string(outcome.real)
+                                                          : Show(outcome.stream);
+      const std::string fault = replay_.Fault(outcome.status, failure_, value);
+      if (!fault.empty()) return kNames[kind] + (" \"" + text + "\": wrong " + fault);
+    }
     value_count += outcome.status == 0 ? 1 : 0;
     const std::string right = Show(model), shown = Show(outcome);
     if (shown == right) return "";
@@ -181,10 +211,13 @@ class Twins : public Evaluator {
     Stream value;
     switch (kind) {
       case kInteger:
+      case kWatchedInteger:
       case kSolvedInteger: return reference::Solve(scope_, text, outcome.integer);
       case kFloat:
+      case kWatchedFloat:
       case kSolvedFloat: return reference::Solve(scope_, text, outcome.real);
-      case kBits: return reference::Solve(scope_, text, outcome.stream);
+      case kBits:
+      case kWatchedBits: return reference::Solve(scope_, text, outcome.stream);
       case kChain: outcome.stream = {}; return reference::SolveChain(scope_, text, outcome.stream);
       case kOneInteger: return reference::ReadOperand(scope_, text, outcome.integer);
       case kOneFloat: return reference::ReadOperand(scope_, text, outcome.real);
@@ -195,6 +228,7 @@ class Twins : public Evaluator {
 
   reference::Scope scope_;
   std::vector<reference::Field*> models_;
+  Replay replay_;
 };
 
 /// Whether the library's scans find in `text` what the reference's find.

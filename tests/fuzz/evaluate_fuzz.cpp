@@ -17,6 +17,7 @@ bool IsTheSameInAGroup(Twins& twins, Kind kind, const std::string& text) {
   twins.ResetRows();
   Outcome grouped = twins.Evaluate(kind, "(" + text + ")");
   grouped.text = plain.text;
+  twins.ResetRows();
   return plain == grouped && twins.Difference(kind, "(" + text + ")@#101").empty();
 }
 

@@ -1,0 +1,87 @@
+// An observer that is not taken at its word: each event must stand in the text, name values that
+// were told before, and end with the outcome of the evaluation.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "support.h"
+
+inline std::string Show(const zrt::ValueView& view) {
+  if (view.kind == zrt::ValueKind::kInteger) return std::to_string(view.integer);
+  if (view.kind == zrt::ValueKind::kFloat) return std::to_string(view.floating);
+  Stream stream{Bytes(view.byte_count), view.bit_length};
+  view.CopyBytes(0, stream.bytes.size(), stream.bytes.data());
+  return Show(stream);
+}
+
+class Replay : public zrt::Observer {
+ public:
+  /// Operators beside the outermost middle work on older bytes of the result too.
+  void Begin(std::size_t text_size, bool has_older_bytes) {
+    *this = Replay();
+    text_size_ = text_size;
+    has_older_bytes_ = has_older_bytes;
+  }
+
+  void OnCut(const zrt::CutEvent& event) noexcept override {
+    Check(IsIn(event.piece), "piece");
+    Check(IsIn(event.middle, event.piece), "middle");
+  }
+  void OnOperand(const zrt::OperandEvent& event) noexcept override {
+    Check(IsIn(event.place) && IsIn(event.name, event.place), "operand");
+    Check(event.number == values_.size(), "number");
+    Check((event.row != nullptr) == (event.field != nullptr), "row");
+    Check(event.field == nullptr || zrt::RowNumberOf(event) > 0, "row's number");
+    values_.push_back(Show(event.value));
+  }
+  void OnOperator(const zrt::OperatorEvent& event) noexcept override {
+    using Effect = zrt::OperatorEvent::Effect;
+    Check(IsIn(event.place) && event.place.length == event.text.size(), "operator");
+    Check(IsTold(event.left, event.left_value), "left side");
+    const bool has_right = !event.is_unary && event.effect != Effect::kTrailing;
+    Check(!has_right || IsTold(event.right, event.right_value), "right side");
+  }
+  void OnResult(zrt::ValueNumber number, const zrt::ValueView& value) noexcept override {
+    values_.at(number) = Show(value);
+  }
+  void OnUnread(zrt::Place place) noexcept override { Check(IsIn(place), "unread"); }
+  void OnOutcome(zrt::ValueNumber number, const zrt::ValueView& value) noexcept override {
+    Check(IsTold(number, value), "outcome");
+    outcome_ = values_.at(number);
+  }
+  void OnFailure(const zrt::Failure& failure) noexcept override { failure_ = failure; }
+
+  /// "" or what was wrong with the events and the failure of an evaluation. Its value is not looked
+  /// at if it is "".
+  std::string Fault(int status, const zrt::Failure& failure, const std::string& value) {
+    Check(failure.status == status && failure_.status == status, "status");
+    Check(IsIn(failure.place) && IsIn(failure.cause), "place");
+    Check(failure.cause_status == 0 || IsIn(failure.cause, failure.place), "cause");
+    Check(status != 0 || failure.place.offset + failure.place.length == 0, "no failure");
+    Check(status != 0 || value.empty() || outcome_ == value, "value");
+    return fault_;
+  }
+
+ private:
+  void Check(bool holds, const char* what) {
+    if (!holds) fault_ = what;
+  }
+  bool IsIn(zrt::Place place) const {
+    return place.offset <= text_size_ && place.length <= text_size_ - place.offset;
+  }
+  static bool IsIn(zrt::Place inner, zrt::Place outer) {
+    return inner.offset >= outer.offset &&
+           inner.offset + inner.length <= outer.offset + outer.length;
+  }
+  bool IsTold(zrt::ValueNumber number, const zrt::ValueView& value) const {
+    return number < values_.size() && (has_older_bytes_ || values_[number] == Show(value));
+  }
+
+  std::size_t text_size_ = 0;
+  bool has_older_bytes_ = false;
+  std::vector<std::string> values_;  // by number
+  std::string outcome_, fault_;
+  zrt::Failure failure_;
+};
