@@ -1,5 +1,5 @@
-// A place of a text as compilers show it: where it is, what is to be said of it, and the line with a
-// caret below. Knows nothing of expressions.
+// A place of a text as compilers show it: where it is, what is to be said of it, and the line with
+// a caret below. Knows nothing of expressions.
 #pragma once
 
 #include <cstddef>
@@ -43,8 +43,8 @@ void PrintDiagnostic(std::ostream& out, const Diagnostic& diagnostic, std::strin
                      bool is_colored, Tone tone);
 
 /// Both at once.
-void PrintPlace(std::ostream& out, const Source& source, zrt::Place place,
-                std::string_view message, const Style& style, Tone tone = Tone::kFailure);
+void PrintPlace(std::ostream& out, const Source& source, zrt::Place place, std::string_view message,
+                const Style& style, Tone tone = Tone::kFailure);
 
 /// A further line to what was printed last, such as "hint: ...".
 void PrintNote(std::ostream& out, std::string_view message, const Style& style);

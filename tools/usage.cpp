@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <sstream>
 #include <string_view>
 #include <utility>
 
@@ -49,19 +50,24 @@ std::string FullName(const CLI::App& command) {
 
 }  // namespace
 
-HelpLayout::HelpLayout(const std::vector<std::string>& forms) {
-  for (const std::string& form : forms) {
-    usage_ += (usage_.empty() ? "Usage: zrteval " : "       zrteval ") + form + "\n";
-  }
-  column_width(26);
-}
+HelpLayout::HelpLayout(CommandHelp help) : help_(std::move(help)) { column_width(26); }
 
 std::string HelpLayout::make_help(const CLI::App* app, std::string /*name*/,
                                   CLI::AppFormatMode mode) const {
+  std::string top = "Examples:\n";
+  for (const std::string& example : help_.examples) top += "  " + example + "\n";
+  for (std::size_t i = 0; i < help_.forms.size(); ++i) {
+    top += (i == 0 ? "\nUsage: zrteval " : "       zrteval ") + help_.forms[i] + "\n";
+  }
+  std::ostringstream arguments;
+  if (!help_.arguments.empty()) arguments << "\nArguments:\n";
+  for (const auto& [name, meaning] : help_.arguments) {
+    CLI::detail::format_help(arguments, "  " + name, meaning, get_column_width());
+  }
   std::string options = make_positionals(app) + make_groups(app, mode);
   options.resize(options.find_last_not_of('\n') + 1);
-  return usage_ + "\n" + make_description(app) + options + "\n" + make_subcommands(app, mode) +
-         "\n" + make_footer(app);
+  return top + "\n" + make_description(app) + arguments.str() + options + "\n" +
+         make_subcommands(app, mode) + "\n" + make_footer(app);
 }
 
 void RefuseUsage(const CLI::App& command, const std::string& message) {
@@ -81,6 +87,7 @@ void RefuseUsage(const CLI::App& command, const CLI::ParseError& error) {
 void CheckOptions(const CLI::App& command) {
   for (const CLI::Option* option : command.get_options()) {
     if (option->get_expected_max() == 0 || option->count() == 0) continue;
+    if (option->get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll) continue;
     const std::string name = option->get_name();
     if (option->count() > 1) RefuseUsage(command, name + " is given twice");
     if (option->results().front().empty()) RefuseUsage(command, name + " is given an empty value");

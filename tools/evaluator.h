@@ -1,0 +1,54 @@
+// One text after the other evaluated over a scope, with all that is to be told of it: to a
+// person or to a script.
+#pragma once
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "failures.h"
+#include "json_line.h"
+#include "output.h"
+#include "scope.h"
+
+class TextEvaluator {
+ public:
+  /// `scope` must outlive its use here. Values of more than `max_bits` bits are refused.
+  TextEvaluator(Scope* scope, int max_bits) : max_bits_(max_bits) { Use(scope); }
+  void Use(Scope* scope);
+
+  /// Evaluates `text`, which must outlive its telling. A field gives its rows once. True if there
+  /// is a value and it is not refused.
+  bool Evaluate(const std::string& text, zrt::ValueKind kind);
+
+  // ---- Of the last text, if it has a value ----------------------------------------------------
+
+  [[nodiscard]] int bit_length() const { return stream_ ? stream_->BitLength : 0; }
+  std::string ValueText(BitFormat format);
+
+  // ---- Else, as it is told --------------------------------------------------------------------
+
+  void PrintFailure(std::ostream& out, const Source& source, Explainer* explainer,
+                    const Style& style);
+
+  /// Adds text and kind, and what became of it: a value, a failure, or an "error". In any case.
+  void AddAnswer(JsonLine* line, Explainer* explainer);
+
+ private:
+  int EvaluateWith(zrt::Failure* failure, zrt::Observer* observer);
+  std::vector<Hint> Hints();
+  void AddValue(JsonLine* line);
+
+  Scope* scope_ = nullptr;
+  ZRTExpression expression_;
+  int max_bits_;
+  const std::string* text_ = nullptr;
+  zrt::ValueKind kind_ = zrt::ValueKind::kInteger;
+  int integer_ = 0;
+  float floating_ = 0;
+  std::optional<RowDataStream> stream_;  // of a bit vector
+  std::string refusal_;
+  zrt::Failure failure_;
+  Reading reading_;
+};
