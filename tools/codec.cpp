@@ -17,7 +17,7 @@ std::string TextOf(const std::string& bytes) {
   LByteBuffer chain;
   const std::vector<unsigned char> copied(bytes.begin(), bytes.end());
   std::string text;
-  if (!chain.Append(copied) || !zrt::WriteDataExpression(chain, &text)) throw std::bad_alloc();
+  if (!chain.Append(copied) || !zrt::GetDataExpression(chain, &text)) throw std::bad_alloc();
   return text.empty() && !bytes.empty() ? HexText(bytes) : text;
 }
 

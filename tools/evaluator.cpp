@@ -17,14 +17,13 @@ bool TextEvaluator::Evaluate(const std::string& text, zrt::ValueKind kind) {
   stream_.reset();
   refusal_.clear();
   reading_.Clear();
-  const bool can_watch = text.size() <= kMostWatchedBytes;
+  Reading* reading = text.size() <= kMostWatchedBytes ? &reading_ : nullptr;
   const bool moves_rows = kind == zrt::ValueKind::kBits && scope_->has_several_rows();
-  const int status = moves_rows ? EvaluateWith(&failure_, can_watch ? &reading_ : nullptr)
-                                : EvaluateWith(nullptr, nullptr);
+  const int status = moves_rows ? Watch(reading) : EvaluateUnwatched();
   if (status == 0) {
     failure_ = {};
   } else if (!moves_rows) {
-    EvaluateWith(&failure_, can_watch ? &reading_ : nullptr);
+    Watch(reading);
   }
   if (status != 0) return false;
   if (bit_length() <= max_bits_) return true;
@@ -33,16 +32,26 @@ bool TextEvaluator::Evaluate(const std::string& text, zrt::ValueKind kind) {
   return false;
 }
 
-int TextEvaluator::EvaluateWith(zrt::Failure* failure, zrt::Observer* observer) {
+int TextEvaluator::EvaluateUnwatched() {
+  const char* text = text_->c_str();
+  switch (kind_) {
+    case zrt::ValueKind::kInteger: return expression_.GetIntegerOperand(text, &integer_);
+    case zrt::ValueKind::kFloat: return expression_.GetFloatOperand(text, &floating_);
+    case zrt::ValueKind::kBits: break;
+  }
+  return expression_.GetBitStream(text, &stream_.emplace());
+}
+
+int TextEvaluator::Watch(zrt::Observer* observer) {
   const char* text = text_->c_str();
   switch (kind_) {
     case zrt::ValueKind::kInteger:
-      return expression_.GetIntegerOperand(text, &integer_, failure, observer);
+      return expression_.WatchInteger(text, &integer_, &failure_, observer);
     case zrt::ValueKind::kFloat:
-      return expression_.GetFloatOperand(text, &floating_, failure, observer);
+      return expression_.WatchFloat(text, &floating_, &failure_, observer);
     case zrt::ValueKind::kBits: break;
   }
-  return expression_.GetBitStream(text, &stream_.emplace(), failure, observer);
+  return expression_.WatchBits(text, &stream_.emplace(), &failure_, observer);
 }
 
 std::string TextEvaluator::ValueText(BitFormat format) {

@@ -36,7 +36,8 @@ class TextEvaluator {
   void AddAnswer(JsonLine* line, Explainer* explainer);
 
  private:
-  int EvaluateWith(zrt::Failure* failure, zrt::Observer* observer);
+  int EvaluateUnwatched();
+  int Watch(zrt::Observer* observer);
   std::vector<Hint> Hints();
   void AddValue(JsonLine* line);
 

@@ -34,7 +34,7 @@ Explainer::Explainer(const std::string& data_dir) {
 std::string Explainer::Sentence(int status) {
   constexpr unsigned short kCategory = 8;
   ErrorHandler* handler = expression_.GetErrorHandler();
-  const ErrorElement* entry =
+  ErrorElement* entry =
       handler == nullptr ? nullptr
                          : handler->GetErrorElement(static_cast<unsigned short>(status), kCategory);
   return entry == nullptr ? zrt::StatusSentence(status) : entry->GetErrorMessage();

@@ -34,7 +34,7 @@ std::string HexText(const std::string& bytes) {
 std::string BitText(RowDataStream* stream, BitFormat format) {
   if (format == BitFormat::kHex) {
     std::string text;
-    if (!zrt::WriteHexText(*stream, &text)) throw std::bad_alloc();
+    if (!zrt::GetHexText(*stream, &text)) throw std::bad_alloc();
     return text;
   }
   std::string bytes = ValidBytes(stream);
@@ -78,6 +78,8 @@ void Complain(const Failure& failure) {
 }
 
 void ShowProgress(const std::string& step) {
-  if (!IsErrorTerminal()) return;
+  static bool is_shown = false;
+  if (!IsErrorTerminal() || (step.empty() && !is_shown)) return;
   std::cerr << "\r\033[K" << step << (step.empty() ? "" : " ...") << std::flush;
+  is_shown = !step.empty();
 }

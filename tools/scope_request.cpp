@@ -35,14 +35,14 @@ void LoadFile(const std::string& path, Scope* scope) {
 std::string NameIn(const std::string& argument, const std::string& form) {
   const std::size_t equals = argument.find('=');
   if (equals == std::string::npos) {
-    RefuseArgument(argument, {argument.size(), 0}, "a \"=\" is missing: " + form);
+    RefuseArgument(argument, {argument.size(), 0}, "a \"=\" is missing" + form);
   }
-  if (equals == 0) RefuseArgument(argument, {0, 0}, "a name is missing: " + form);
+  if (equals == 0) RefuseArgument(argument, {0, 0}, "a name is missing" + form);
   return argument.substr(0, equals);
 }
 
 void DefineToken(const std::string& argument, Scope* scope) {
-  constexpr char kForm[] = "-t size=8, -t gain=2.5, -t order=[1,2,3]";
+  constexpr char kForm[] = "; as in -t size=8 or -t order=[1,2,3]";
   constexpr std::size_t kPathToName = 3;
   const std::string name = NameIn(argument, kForm);
   const std::size_t start = name.size() + 1;
@@ -54,11 +54,11 @@ void DefineToken(const std::string& argument, Scope* scope) {
   } catch (const JsonError& error) {
     const std::string reason =
         error.pointer.empty() ? "this is no number and no array of numbers" : error.reason;
-    RefuseArgument(argument, {start + error.offset, 0}, reason + ": " + kForm);
+    RefuseArgument(argument, {start + error.offset, 0}, reason + kForm);
   } catch (JsonRefusal& refusal) {
     refusal.path.erase(refusal.path.begin(), refusal.path.begin() + kPathToName);
     const JsonError error = text.Complaint(refusal.path, refusal.reason);
-    RefuseArgument(argument, {start + error.offset, 0}, error.reason + ": " + kForm);
+    RefuseArgument(argument, {start + error.offset, 0}, error.reason + kForm);
   }
 }
 
@@ -75,14 +75,14 @@ json RowOf(std::string_view argument, zrt::Place place, const std::string& form)
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), width);
   if (error != std::errc() || end != digits.data() + digits.size() || width < 0) {
     RefuseArgument(argument, {place.offset + slash + 1, digits.size()},
-                   "the width is no number from 0 to 2147483647: " + form);
+                   "the width is no number from 0 to 2147483647" + form);
   }
   row["width"] = width;
   return row;
 }
 
 void DefineField(const std::string& argument, Scope* scope) {
-  constexpr char kForm[] = "-d usercode=0xDEADBEEF, -d id=0x0ABC/12, -d fuses=0x11,0x22";
+  constexpr char kForm[] = "; as in -d id=0x0ABC/12 or -d fuses=0x11,0x22";
   const std::string name = NameIn(argument, kForm);
   for (std::size_t start = name.size() + 1, end = 0; end < argument.size(); start = end + 1) {
     end = std::min(argument.find(',', start), argument.size());
@@ -92,7 +92,7 @@ void DefineField(const std::string& argument, Scope* scope) {
       root["data"]["external"][name] = RowOf(argument, place, kForm);
       ReadScope(root, scope);
     } catch (const JsonRefusal& refusal) {
-      RefuseArgument(argument, place, refusal.reason + ": " + kForm);
+      RefuseArgument(argument, place, refusal.reason + kForm);
     }
   }
 }
