@@ -40,12 +40,14 @@ class Reading : public zrt::Observer {
     zrt::Place unread;
     zrt::OperandEvent::Meaning meaning;
     zrt::OperandEvent::Scope scope;
+    zrt::OperandEvent::Literal literal;
     bool has_index;
     int index_status;
     int index_value;
-    int token_type;  // as its library tells it; 0 if it is no token
-    int row;         // the row that it was given, from 1; 0 for none
-    int row_count;   // of a field
+    int token_type;       // as its library tells it; 0 if it is no token
+    bool loses_fraction;  // a float token, cut off to an integer
+    int row;              // the row that it was given, from 1; 0 for none
+    int row_count;        // of a field
     const QLMDataField* field;
     zrt::ValueNumber number;
     ReadValue value;
