@@ -17,8 +17,8 @@ struct Hint {
 };
 
 /// Why `text` failed with `failure`, the likeliest reason first; none if there is nothing to add.
-/// `reading` is what the evaluation told, and Reading::LookUp() of the same text lets the hints tell
-/// rows and types. `known_names` are those of all scopes, for a name that is misspelt.
+/// `reading` is what the evaluation told, and Reading::LookUp() of the same text lets the hints
+/// tell rows and types. `known_names` are those of all scopes, for a name that is misspelt.
 std::vector<Hint> FailureHints(std::string_view text, zrt::ValueKind kind,
                                const zrt::Failure& failure, const Reading& reading,
                                const std::vector<std::string>& known_names);

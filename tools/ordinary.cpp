@@ -67,7 +67,9 @@ class Signature {
     };
     constexpr std::uint32_t kClose = UINT32_MAX;
     std::string signature;
-    std::vector<Task> tasks = {{root, "", false}};
+    std::vector<Task> tasks = {
+        {root, "", false}
+    };
     while (!tasks.empty()) {
       const Task task = tasks.back();
       tasks.pop_back();
@@ -142,8 +144,8 @@ bool OrdinaryText::Parse() {
 
 // "(" and unary operators, among them signs, which the language does not have.
 bool OrdinaryText::TakePrefix(char c) {
-  const bool is_unary = c == '~' || c == '!' || c == '-' ||
-                        (c == '$' && kind_ == zrt::ValueKind::kBits);
+  const bool is_unary =
+      c == '~' || c == '!' || c == '-' || (c == '$' && kind_ == zrt::ValueKind::kBits);
   if (c != '(' && c != '+' && !is_unary) return false;
   if (is_unary) pending_.push_back({text_.substr(at_, 1), at_, kUnaryRank, true});
   if (c == '(') pending_.push_back({text_.substr(at_, 1), at_, 0, false});
@@ -275,7 +277,9 @@ std::string OrdinaryText::Written() const {
     std::string_view text;
   };
   std::string written;
-  std::vector<Task> tasks = {{values_.back(), ""}};
+  std::vector<Task> tasks = {
+      {values_.back(), ""}
+  };
   const auto push = [&](NodeNumber side, bool is_bare) {  // what is pushed last comes first
     if (!is_bare) tasks.push_back({kNone, ")"});
     tasks.push_back({side, ""});
@@ -319,7 +323,8 @@ bool OrdinaryText::IsReadSo(const ReadingTree& tree) const {
         }
         return {false, 0, tree.reading().operations()[node.at].text, node.left, node.right};
       });
-  return read == Signature::Of(values_.back(), kind_, [this](NodeNumber number) -> Signature::Parts {
+  return read ==
+         Signature::Of(values_.back(), kind_, [this](NodeNumber number) -> Signature::Parts {
            const Node& node = nodes_[number];
            return {node.is_operand(), node.offset, node.text, node.left, node.right};
          });

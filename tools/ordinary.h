@@ -36,8 +36,8 @@ class OrdinaryText {
   static constexpr NodeNumber kNone = UINT32_MAX;
 
   struct Node {
-    std::string text;    // of an operand as it is to be written, or the operator
-    std::size_t offset;  // in the text that was handed in
+    std::string text;         // of an operand as it is to be written, or the operator
+    std::size_t offset;       // in the text that was handed in
     NodeNumber left = kNone;  // also of a unary operator
     NodeNumber right = kNone;
     bool is_chain = false;  // it can be written without parentheses

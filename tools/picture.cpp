@@ -32,9 +32,7 @@ struct Element {
 };
 
 std::size_t WidthOf(const Element& element) { return element.place.length; }
-std::size_t CenterOf(const Element& element) {
-  return element.column + (WidthOf(element) - 1) / 2;
-}
+std::size_t CenterOf(const Element& element) { return element.column + (WidthOf(element) - 1) / 2; }
 
 // What stands where, by the events; what they do not tell is taken apart by characters.
 class Elements {
@@ -90,10 +88,12 @@ class Elements {
              kOperatorCharacters.find(text_[last]) == std::string_view::npos) {
         ++last;
       }
-      all_.push_back({is_parenthesis ? Element::Kind::kParenthesis
-                      : is_operator  ? Element::Kind::kOperator
-                                     : Element::Kind::kOther,
-                      {i, last - i}});
+      all_.push_back({
+          is_parenthesis ? Element::Kind::kParenthesis
+          : is_operator  ? Element::Kind::kOperator
+                         : Element::Kind::kOther,
+          {i, last - i}
+      });
       i = last - 1;
     }
   }
@@ -233,9 +233,11 @@ class Drawing {
       std::size_t begin;
       std::size_t end;
     };
-    std::vector<Span> spans = {{"left", SIZE_MAX, 0},
-                               {is_group ? "group" : "operand", SIZE_MAX, 0},
-                               {"right", SIZE_MAX, 0}};
+    std::vector<Span> spans = {
+        {"left",                         SIZE_MAX, 0},
+        {is_group ? "group" : "operand", SIZE_MAX, 0},
+        {"right",                        SIZE_MAX, 0}
+    };
     const std::size_t left_end = left_operator_ == nullptr ? 0 : left_operator_->place.offset;
     const std::size_t right_begin =
         right_operator_ == nullptr ? text_.size() : EndOf(right_operator_->place);
@@ -306,8 +308,8 @@ class Drawing {
     canvas_.AddRow();
     DrawLines(left, right);
     canvas_.PutCentered(middle, operation.effect != Effect::kApplies ? "|"
-                                : operation.has_result ? ValueText(operation.result)
-                                                       : "fails");
+                                : operation.has_result               ? ValueText(operation.result)
+                                                                     : "fails");
     left->column = middle;
     if (!operation.is_unary) lines_.erase(lines_.begin() + (right - lines_.data()));
   }

@@ -8,10 +8,10 @@
 
 #include "reading_tree.h"
 
-/// The picture, which shows what there was up to a failure. Empty if it does not fit into `columns`,
-/// or if nothing has been computed.
+/// The picture, which shows what there was up to a failure. Empty if it does not fit into
+/// `columns`, or if nothing has been computed.
 std::string CutPicture(std::string_view text, const Reading& reading, std::size_t columns);
 
-/// The list: each operator on a line with its side and its result, sides of several operands indented
-/// below it.
+/// The list: each operator on a line with its side and its result, sides of several operands
+/// indented below it.
 std::string CutList(std::string_view text, const ReadingTree& tree);

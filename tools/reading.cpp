@@ -47,12 +47,12 @@ Reading::Operand Copied(const zrt::OperandEvent& event) {
   operand.index_status = event.index_status;
   operand.index_value = event.index_value;
   operand.token_type = event.token == nullptr ? 0 : event.token->GetTokenType();
-  operand.loses_fraction = event.has_value && LosesFraction(event);
-  operand.row = event.has_value && event.field != nullptr ? zrt::RowNumberOf(event) : 0;
+  operand.loses_fraction = LosesFraction(event);
+  operand.row = zrt::RowNumberOf(event);
   operand.row_count = event.field == nullptr ? 0 : event.field->GetRowCount();
   operand.field = event.field;
   operand.number = event.number;
-  if (event.has_value) operand.value = Copied(event.value);
+  operand.value = Copied(event.value);
   return operand;
 }
 
@@ -105,13 +105,25 @@ void Reading::LookUp(ZRTExpression* expression, const std::string& text, zrt::Va
   looked_up_.clear();
   NameCollector collector(&looked_up_);
   expression->GetNames(text.c_str(), kind, &collector);  // names up to a failure are enough
+  if (kind == zrt::ValueKind::kBits) return;
+  for (Operand& operand : looked_up_) {
+    if (operand.meaning != zrt::OperandEvent::Meaning::kUnknown) continue;
+    std::vector<Operand> found;
+    NameCollector bits(&found);
+    const std::string name = text.substr(operand.name.offset, operand.name.length);
+    expression->GetNames(name.c_str(), zrt::ValueKind::kBits, &bits);
+    if (found.size() != 1 || found.front().field == nullptr) continue;
+    operand.meaning = found.front().meaning;
+    operand.scope = found.front().scope;
+    operand.field = found.front().field;
+    operand.row_count = found.front().row_count;
+  }
 }
 
-const Reading::Operand* Reading::LookedUp(zrt::Place name) const {
+const Reading::Operand* Reading::LookedUp(std::size_t offset) const {
   const auto found =
-      std::find_if(looked_up_.begin(), looked_up_.end(), [name](const Operand& operand) {
-        return operand.name.offset == name.offset && operand.name.length == name.length;
-      });
+      std::find_if(looked_up_.begin(), looked_up_.end(),
+                   [offset](const Operand& operand) { return operand.name.offset == offset; });
   return found == looked_up_.end() ? nullptr : &*found;
 }
 

@@ -88,11 +88,12 @@ class Reading : public zrt::Observer {
   void Clear();
 
   /// Keeps what the operands of `text` stand for, also those that the evaluation did not reach.
-  /// Nothing is evaluated. For a text that failed, so that hints can tell rows and types.
+  /// Nothing is evaluated. For a text that failed, so that hints can tell rows and types; a data
+  /// field is told for every kind of values.
   void LookUp(ZRTExpression* expression, const std::string& text, zrt::ValueKind kind);
 
-  /// The operand of that name among what was looked up, null if there is none.
-  [[nodiscard]] const Operand* LookedUp(zrt::Place name) const;
+  /// The operand at `offset` among what was looked up, null if there is none.
+  [[nodiscard]] const Operand* LookedUp(std::size_t offset) const;
 
   [[nodiscard]] const std::vector<Step>& steps() const { return steps_; }
   [[nodiscard]] const std::vector<Cut>& cuts() const { return cuts_; }

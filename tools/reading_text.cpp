@@ -2,7 +2,9 @@
 #include "reading_text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <system_error>
 
 #include "output.h"
 
@@ -17,13 +19,6 @@ bool IsDigits(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), IsDigit);
 }
 
-// The number of a decimal literal in a bit vector, which is four bytes.
-std::uint32_t Word(const ReadValue& value) {
-  std::uint32_t word = 0;
-  for (std::size_t i = 0; i < 4; ++i) word = word << 8U | value.bytes[i];
-  return word;
-}
-
 std::string LiteralValue(std::string_view literal, const Reading::Operand& operand) {
   const ReadValue& value = operand.value;
   if (value.kind == zrt::ValueKind::kFloat) return FloatText(value.floating);
@@ -31,7 +26,8 @@ std::string LiteralValue(std::string_view literal, const Reading::Operand& opera
     const std::string number = std::to_string(value.integer);
     return value.integer < 0 ? "(" + number + ")" : number;
   }
-  if (operand.literal == Literal::kDecimal) return std::to_string(Word(value));
+  if (operand.literal == Literal::kDecimal)
+    return std::to_string(static_cast<std::uint32_t>(WordOf(value)));
   return std::string(literal) + (literal.size() % 2 == 1 ? "0" : "");
 }
 
@@ -74,15 +70,6 @@ std::string ValueText(const ReadValue& value) {
   if (value.kind == zrt::ValueKind::kInteger) return std::to_string(value.integer);
   if (value.kind == zrt::ValueKind::kFloat) return FloatText(value.floating);
   return BytesText(value) + "/" + std::to_string(value.bit_length);
-}
-
-const char* KindName(zrt::ValueKind kind) {
-  switch (kind) {
-    case zrt::ValueKind::kInteger: return "int";
-    case zrt::ValueKind::kFloat: return "float";
-    case zrt::ValueKind::kBits: return "bits";
-  }
-  return "";
 }
 
 const char* ScopeName(Scope scope) {
@@ -133,7 +120,7 @@ bool ReadsAlikeElsewhere(std::string_view literal, const Reading::Operand& opera
     case zrt::ValueKind::kBits: break;
   }
   if (operand.literal == Literal::kDecimal) {
-    return literal == std::to_string(Word(operand.value));
+    return literal == std::to_string(static_cast<std::uint32_t>(WordOf(operand.value)));
   }
   return operand.literal == Literal::kBinary || literal.size() % 2 == 0;
 }
@@ -145,4 +132,22 @@ std::string OperandInBrackets(std::string_view text, const Reading::Operand& ope
   }
   const bool is_plain = operand.meaning != Meaning::kLiteral || ReadsAlikeElsewhere(name, operand);
   return is_plain ? std::string(name) : LiteralValue(name, operand);
+}
+
+std::string DecimalOf(std::string_view literal) {
+  const bool is_hexadecimal = literal.starts_with("0x") || literal.starts_with("0X");
+  if (!is_hexadecimal && !literal.starts_with('#')) return "";
+  const std::string_view digits = literal.substr(is_hexadecimal ? 2 : 1);
+  std::uint32_t number = 0;
+  const char* end = digits.data() + digits.size();
+  const auto [read, error] = std::from_chars(digits.data(), end, number, is_hexadecimal ? 16 : 2);
+  return error == std::errc() && read == end ? std::to_string(number) : "";
+}
+
+std::int64_t WordOf(const ReadValue& value) {
+  std::uint32_t word = 0;
+  for (std::size_t i = 0; i < 4; ++i) {
+    word = word << 8U | (i < value.byte_count ? value.bytes[i] : std::uint32_t{0});
+  }
+  return static_cast<std::int32_t>(word);
 }

@@ -12,9 +12,6 @@ std::string ValueText(const ReadValue& value);
 /// "0x0ABC" alone.
 std::string BytesText(const ReadValue& value);
 
-/// "int", "float" or "bits".
-const char* KindName(zrt::ValueKind kind);
-
 /// "local", "global" or "external"; "" for none.
 const char* ScopeName(zrt::OperandEvent::Scope scope);
 
@@ -31,6 +28,12 @@ bool ReadsAlikeElsewhere(std::string_view literal, const Reading::Operand& opera
 /// How an operand stands in the bracketed reading, without its index: a row by its number, a
 /// literal that reads otherwise elsewhere as the value that it has.
 std::string OperandInBrackets(std::string_view text, const Reading::Operand& operand);
+
+/// The first four bytes of a bit vector as a number, as arithmetic and counts take them.
+std::int64_t WordOf(const ReadValue& value);
+
+/// The digits of a hexadecimal or binary literal of at most 32 bits as a decimal number; else "".
+std::string DecimalOf(std::string_view literal);
 
 inline std::string_view PartOf(std::string_view text, zrt::Place place) {
   return place.offset < text.size() ? text.substr(place.offset, place.length) : std::string_view();
