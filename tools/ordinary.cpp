@@ -310,11 +310,16 @@ std::string OrdinaryText::Written() const {
 }
 
 bool OrdinaryText::IsReadSo(const ReadingTree& tree) const {
-  if (!refusal_.empty() || changes_literals_ || tree.root() == ReadingTree::kNone) return false;
-  if (!tree.reading().unread().empty()) return false;
-  for (const Reading::Operation& operation : tree.reading().operations()) {
-    if (operation.effect != zrt::OperatorEvent::Effect::kApplies) return false;
-  }
+  const Reading& reading = tree.reading();
+  const bool reads_all = std::all_of(
+      reading.operations().begin(), reading.operations().end(), [](const auto& operation) {
+        return operation.effect == zrt::OperatorEvent::Effect::kApplies;
+      });
+  return !changes_literals_ && reads_all && reading.unread().empty() && IsGroupedSo(tree);
+}
+
+bool OrdinaryText::IsGroupedSo(const ReadingTree& tree) const {
+  if (!refusal_.empty() || tree.root() == ReadingTree::kNone) return false;
   const std::string read =
       Signature::Of(tree.root(), kind_, [&tree](std::uint32_t number) -> Signature::Parts {
         const ReadingTree::Node& node = tree.nodes()[number];

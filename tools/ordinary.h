@@ -27,8 +27,11 @@ class OrdinaryText {
   /// The text that the language reads so.
   [[nodiscard]] std::string Written() const;
 
-  /// Whether the language has read the text so. `+` and the like may be grouped otherwise, where
-  /// that changes no value.
+  /// Whether the language groups the text so. `+` and the like may be grouped otherwise, where that
+  /// changes no value.
+  [[nodiscard]] bool IsGroupedSo(const ReadingTree& tree) const;
+
+  /// Whether it also reads all of it, each operator and each literal so.
   [[nodiscard]] bool IsReadSo(const ReadingTree& tree) const;
 
  private:
