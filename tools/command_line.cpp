@@ -17,6 +17,7 @@ namespace {
 // What the parser fills in.
 struct Arguments {
   EvaluateRequest evaluate;
+  ReadingRequest reading;
   BatchRequest batch;
   CodecRequest codec;
   std::vector<std::string> texts;  // of -e
@@ -24,6 +25,7 @@ struct Arguments {
   std::string format = "hex";
   bool is_batch = false;
   bool no_verify = false;
+  bool fixes = false;
   std::vector<std::string> marked;  // what stands behind "--"; the parser does not see it
 };
 
@@ -103,6 +105,39 @@ CLI::App* AddCodec(CLI::App* app, const std::string& name, const std::string& de
   return command;
 }
 
+CLI::App* AddReading(CLI::App* app, const std::string& name, const std::string& description,
+                     const std::vector<std::string>& examples, Arguments* arguments) {
+  const CommandHelp help = {
+      examples,
+      {name + " int|float|bits [OPTIONS] [--] TEXT...", name + " int|float|bits [OPTIONS] -f FILE"},
+      {{"int|float|bits", "The kind of value"},
+        {"TEXT", "What to look at, behind -- if it begins with -"}                                 }
+  };
+  CLI::App* command = AddCommand(app, name, description, help);
+  AddRepeatable(command, "-e", &arguments->texts, "A text, in front of the others; any number")
+      ->type_name("TEXT");
+  AddFile(command, &arguments->file, "Take each line of a file, - for standard input");
+  AddScopeOptions(command, &arguments->reading.setting.scope);
+  AddDataDir(command, &arguments->reading.setting.data_dir);
+  return command;
+}
+
+void AddReadings(CLI::App* app, Arguments* arguments) {
+  const auto add_json = [arguments](CLI::App* command) {
+    command->add_flag("--json", arguments->reading.as_json, "Print an object for each text");
+  };
+  add_json(AddReading(
+      app, "explain", "Show how texts are read, step by step with values",
+      {"zrteval explain int '2+3*4'", "zrteval explain bits -d fuses=0x11,0x22 'fuses@(fuses)'"},
+      arguments));
+  AddReading(app, "check", "Tell what is read otherwise than it looks, and what to write instead",
+             {"zrteval check int '2+3*4'", "zrteval check int --fix '2+3*4'"}, arguments)
+      ->add_flag("--fix", arguments->fixes,
+                 "Print the texts that are read with ordinary precedence instead");
+  add_json(AddReading(app, "names", "Tell the names that texts use, and where each is found",
+                      {"zrteval names int --scope names.json 'size*(rows+1)'"}, arguments));
+}
+
 // Texts are taken from what the parser leaves over, not as an option, since as a list it would take
 // "[1]" apart. What looks like an option is a text behind "--" alone.
 std::vector<std::string> TextsOf(const CLI::App& command, const Arguments& arguments) {
@@ -129,8 +164,9 @@ void CheckInput(const CLI::App& command, const std::string& input_path, const Sc
 }
 
 // Where lines come from; empty if there are texts.
-std::string InputOf(const CLI::App& command, const Arguments& arguments) {
-  const bool has_texts = !arguments.evaluate.texts.empty(), has_file = !arguments.file.empty();
+std::string InputOf(const CLI::App& command, const Arguments& arguments,
+                    const std::vector<std::string>& texts) {
+  const bool has_texts = !texts.empty(), has_file = !arguments.file.empty();
   if (int{has_texts} + int{has_file} + int{arguments.is_batch} > 1) {
     RefuseUsage(command, "give texts, -f or --batch, and one of them alone");
   }
@@ -145,7 +181,7 @@ ExitCode RunEvaluation(const CLI::App& command, zrt::ValueKind kind, Arguments* 
   EvaluateRequest& request = arguments->evaluate;
   request.kind = kind;
   request.texts = TextsOf(command, *arguments);
-  request.input_path = InputOf(command, *arguments);
+  request.input_path = InputOf(command, *arguments, request.texts);
   request.format = FormatOf(command, arguments->format);
   CheckInput(command, request.input_path, request.setting.scope);
   if (request.with_length && request.format == BitFormat::kRaw) {
@@ -155,6 +191,27 @@ ExitCode RunEvaluation(const CLI::App& command, zrt::ValueKind kind, Arguments* 
     RefuseUsage(command, "--json tells digits and length: --format and --length have no place");
   }
   return Evaluate(request);
+}
+
+// The kind is the first word.
+ExitCode RunReading(const CLI::App& command, Arguments* arguments) {
+  ReadingRequest& request = arguments->reading;
+  request.texts = TextsOf(command, *arguments);
+  const std::size_t at = arguments->texts.size();  // behind those of -e
+  const std::string kind = at < request.texts.size() ? request.texts[at] : "";
+  if (kind != "int" && kind != "float" && kind != "bits") {
+    RefuseUsage(command, "the first word is the kind: int, float or bits");
+  }
+  request.kind = kind == "int"     ? zrt::ValueKind::kInteger
+                 : kind == "float" ? zrt::ValueKind::kFloat
+                                   : zrt::ValueKind::kBits;
+  request.texts.erase(request.texts.begin() + static_cast<std::ptrdiff_t>(at));
+  request.input_path = InputOf(command, *arguments, request.texts);
+  CheckInput(command, request.input_path, request.setting.scope);
+  const std::string& name = command.get_name();
+  if (name == "explain") return Explain(request);
+  if (name == "names") return ListNames(request);
+  return arguments->fixes ? Mend(request) : Check(request);
 }
 
 ExitCode RunBatch(const CLI::App& command, Arguments* arguments) {
@@ -201,6 +258,7 @@ void AddCommands(CLI::App* app, Arguments* arguments) {
                 {"zrteval float 1/3", "zrteval float --scope names.json 'voltage*1000'"},
                 arguments);
   AddBits(app, arguments);
+  AddReadings(app, arguments);
   AddBatch(app, &arguments->batch);
   AddCodec(app, "encode", "Write a file's bytes as run-length text",
            "zrteval encode image.bin -o image.txt", &arguments->codec)
@@ -216,6 +274,9 @@ ExitCode RunCommand(const CLI::App& command, Arguments* arguments) {
   if (name == "int") return RunEvaluation(command, zrt::ValueKind::kInteger, arguments);
   if (name == "float") return RunEvaluation(command, zrt::ValueKind::kFloat, arguments);
   if (name == "bits") return RunEvaluation(command, zrt::ValueKind::kBits, arguments);
+  if (name == "explain" || name == "check" || name == "names") {
+    return RunReading(command, arguments);
+  }
   if (name == "batch") return RunBatch(command, arguments);
   return RunCodec(command, name == "encode", arguments);
 }

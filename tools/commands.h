@@ -42,6 +42,30 @@ struct BatchRequest {
 /// field, so that its answer depends on its own line alone. Throws as Evaluate().
 ExitCode EvaluateObjects(const BatchRequest& request);
 
+/// What explain, check and names are asked.
+struct ReadingRequest {
+  Setting setting;
+  zrt::ValueKind kind = zrt::ValueKind::kInteger;
+  std::vector<std::string> texts;
+  std::string input_path;  // as in EvaluateRequest
+  bool as_json = false;
+};
+
+/// Prints how each text is read, and what comes of it step by step. Throws as Evaluate().
+ExitCode Explain(const ReadingRequest& request);
+
+/// Prints what of each text is read otherwise than it looks, and why it fails if it does. Ends with
+/// kExpressionFailed if there is any of it. Throws as Evaluate().
+ExitCode Check(const ReadingRequest& request);
+
+/// Prints each text as it is to be written so that ordinary precedence is what the language reads.
+/// Ends with kExpressionFailed if there is no such text. Throws as Evaluate().
+ExitCode Mend(const ReadingRequest& request);
+
+/// Prints the names that each text uses. Ends with kExpressionFailed if one is not known, or a text
+/// cannot be cut. Throws as Evaluate().
+ExitCode ListNames(const ReadingRequest& request);
+
 struct CodecRequest {
   std::string input_path;  // "-" for a standard stream
   std::string output_path = "-";

@@ -25,7 +25,19 @@ bool TextEvaluator::Evaluate(const std::string& text, zrt::ValueKind kind) {
   } else if (!moves_rows) {
     Watch(reading);
   }
-  if (status != 0) return false;
+  return status == 0 && IsSmall();
+}
+
+bool TextEvaluator::EvaluateWatched(const std::string& text, zrt::ValueKind kind) {
+  kind_ = kind;
+  text_ = &text;
+  stream_.reset();
+  refusal_.clear();
+  reading_.Clear();
+  return Watch(&reading_) == 0 && IsSmall();
+}
+
+bool TextEvaluator::IsSmall() {
   if (bit_length() <= max_bits_) return true;
   refusal_ = "the value has " + std::to_string(bit_length()) + " bits, the limit is " +
              std::to_string(max_bits_);

@@ -22,6 +22,14 @@ class TextEvaluator {
   /// is a value and it is not refused.
   bool Evaluate(const std::string& text, zrt::ValueKind kind);
 
+  /// The same, and keeps how the text was read.
+  bool EvaluateWatched(const std::string& text, zrt::ValueKind kind);
+
+  /// How the last text was read if that was kept, or if it failed.
+  [[nodiscard]] const Reading& reading() const { return reading_; }
+
+  [[nodiscard]] ZRTExpression* expression() { return &expression_; }
+
   // ---- Of the last text, if it has a value ----------------------------------------------------
 
   [[nodiscard]] int bit_length() const { return stream_ ? stream_->BitLength : 0; }
@@ -37,6 +45,7 @@ class TextEvaluator {
 
  private:
   int EvaluateUnwatched();
+  bool IsSmall();
   int Watch(zrt::Observer* observer);
   std::vector<Hint> Hints();
   void AddValue(JsonLine* line);

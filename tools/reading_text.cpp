@@ -42,20 +42,6 @@ bool IsPlainFraction(std::string_view literal) {
   return IsDigits(whole) && IsDigits(rest);
 }
 
-const char* TypeOf(int token_type) {
-  switch (token_type) {
-    case 1:
-    case 3: return "float";
-    case 2:
-    case 4: return "integer";
-    case 5:
-    case 7: return "float array";
-    case 6:
-    case 8: return "integer array";
-    default: return "of no known type";
-  }
-}
-
 }  // namespace
 
 std::string BytesText(const ReadValue& value) {
@@ -93,10 +79,24 @@ const char* MeaningName(Meaning meaning) {
   return "unknown";
 }
 
+const char* TypeName(int token_type) {
+  switch (token_type) {
+    case 1:
+    case 3: return "float";
+    case 2:
+    case 4: return "integer";
+    case 5:
+    case 7: return "float array";
+    case 6:
+    case 8: return "integer array";
+    default: return "of no known type";
+  }
+}
+
 std::string OriginOf(std::string_view text, const Reading::Operand& operand) {
   const std::string scope = ScopeName(operand.scope);
   switch (operand.meaning) {
-    case Meaning::kToken: return scope + " token, " + TypeOf(operand.token_type);
+    case Meaning::kToken: return scope + " token, " + TypeName(operand.token_type);
     case Meaning::kMaskName: return "mask name, no bits";
     case Meaning::kField: {
       const std::string count = std::to_string(operand.row_count);

@@ -18,6 +18,9 @@ const char* ScopeName(zrt::OperandEvent::Scope scope);
 /// "token", "field", "literal", "mask name" or "unknown".
 const char* MeaningName(zrt::OperandEvent::Meaning meaning);
 
+/// "integer", "float array" and so on, of the type that a token tells.
+const char* TypeName(int token_type);
+
 /// Where an operand comes from: "local token, integer", "local field, row 2 of 3"; "" for a
 /// literal that reads as anywhere else.
 std::string OriginOf(std::string_view text, const Reading::Operand& operand);

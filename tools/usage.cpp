@@ -2,12 +2,9 @@
 #include "usage.h"
 
 #include <algorithm>
-<<<<<<< HEAD
-#include <numeric>
 #include <sstream>
-=======
->>>>>>> 8e8d7ca (wip2)
 #include <string_view>
+#include <utility>
 
 #include "files.h"
 #include "nearest_name.h"
