@@ -12,8 +12,7 @@ namespace {
 
 using Meaning = zrt::OperandEvent::Meaning;
 
-// ---- Operators
-// -----------------------------------------------------------------------------------
+// ---- Operators ----------------------------------------------------------------------------------
 
 Said SplitShift(const Situation& at) {
   const char c = at.At();
@@ -55,13 +54,12 @@ Said InsideAnIndex(const Situation& at) {
 }
 
 Said ExponentBeforeMiddle(const Situation& at) {
-  if (!at.part.empty() || at.Before() != '-') return std::nullopt;
-  const std::size_t minus = at.text.substr(0, at.place.offset).find_last_not_of(' ');
+  if (!at.part.empty() || (at.At() != '-' && at.Before() != '-')) return std::nullopt;
+  const std::size_t minus = at.At() == '-'
+                                ? at.place.offset
+                                : at.text.substr(0, at.place.offset).find_last_not_of(' ');
   if (minus == 0 || (at.text[minus - 1] != 'e' && at.text[minus - 1] != 'E')) return std::nullopt;
-  return Hint{
-      {minus, 1},
-      "a \"-\" behind an \"e\" is an exponent's: put blanks around it", " - "
-  };
+  return Hint{{minus, 1}, "a \"-\" behind an \"e\" is an exponent's: put blanks around it", " - "};
 }
 
 Said ReversalOfGroup(const Situation& at) {
@@ -106,8 +104,7 @@ Said OperatorOfOtherKind(const Situation& at) {
   return Hint{at.place, "only bit vectors have " + InQuotes(at.part), ""};
 }
 
-// ---- Types, indexes and sizes
-// --------------------------------------------------------------------
+// ---- Types, indexes and sizes -------------------------------------------------------------------
 
 Said TokenOfOtherType(const Situation& at) {
   const Reading::Operand* operand = at.reading.LookedUp(at.place.offset);
@@ -156,8 +153,7 @@ Said TooWide(const Situation& at) {
               ""};
 }
 
-// ---- ErrStreamWrite, of which there are several
-// ---------------------------------------------------
+// ---- ErrStreamWrite, of which there are several -------------------------------------------------
 
 // Which columns of the text have taken rows of a field.
 std::string Takers(const Situation& at, const Reading::Operand& field) {
@@ -232,8 +228,8 @@ constexpr FailureRule kRules[] = {
     {ErrMissingOperand,      SplitShift},
     {ErrMissingOperand,      DoubledOperator},
     {ErrMisplacedOperator,   InsideAnIndex},
-    {ErrMisplacedOperator,   SignHint},
     {ErrMisplacedOperator,   ExponentBeforeMiddle},
+    {ErrMisplacedOperator,   SignHint},
     {ErrMisplacedOperator,   ReversalOfGroup},
     {ErrMisplacedOperator,   OperatorMissing},
     {ErrInvalidOperator,     DivisionByZero},

@@ -23,8 +23,7 @@ std::string WithBlanks(std::string_view operand) {
   return std::string(Trimmed(apart));
 }
 
-// ---- ErrUnknownOperand: nothing there
-// ------------------------------------------------------------
+// ---- ErrUnknownOperand: nothing there -----------------------------------------------------------
 
 Said NothingToEvaluate(const Situation& at) {
   if (!Trimmed(at.text).empty()) return std::nullopt;
@@ -50,8 +49,7 @@ Said EmptyPiece(const Situation& at) {
               ""};
 }
 
-// ---- ErrUnknownOperand: an operand that is none
-// --------------------------------------------------
+// ---- ErrUnknownOperand: an operand that is none -------------------------------------------------
 
 Said BlankAtAnEnd(const Situation& at) {
   const std::string_view trimmed = Trimmed(at.part);
@@ -174,7 +172,7 @@ Said NumberWithSuffix(const Situation& at) {
 }
 
 Said NoNames(const Situation& at) {
-  if (!at.names.empty()) return Hint{at.place, "no scope holds this name", ""};
+  if (!at.names.empty()) return std::nullopt;
   return Hint{at.place, "no names are given: a scope file or -t name=value does that", ""};
 }
 

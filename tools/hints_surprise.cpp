@@ -1,14 +1,12 @@
-// What is read otherwise than it looks: tables of rules, each with its sentence, over the operands,
-// the operators and the parts that nothing reads. They look at what the evaluation has told.
+// What is read otherwise than it looks: tables of rules, each with its sentence, over the
+// operators, the parts that nothing reads, and the whole. They look at what the evaluation has
+// told.
 #include <algorithm>
-#include <map>
-#include <optional>
+#include <utility>
 
-#include "hints.h"
 #include "ordinary.h"
-#include "reading_text.h"
-#include "reading_tree.h"
 #include "shown_text.h"
+#include "surprise_rules.h"
 
 namespace {
 
@@ -19,146 +17,7 @@ using Meaning = zrt::OperandEvent::Meaning;
 using Operand = Reading::Operand;
 using Operation = Reading::Operation;
 
-struct Seen {
-  std::string_view text;
-  zrt::ValueKind kind;
-  const Reading& reading;
-  const ReadingTree& tree;
-  std::map<const QLMDataField*, int> times_read;  // without an index, so far
-
-  [[nodiscard]] std::string Part(zrt::Place place) const {
-    return std::string(PartOf(text, place));
-  }
-};
-
-std::string Count(std::size_t count, const std::string& what) {
-  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
-}
-
-// ---- Operands
-// ------------------------------------------------------------------------------------
-
-Said PrefixedLiteral(const Seen& seen, const Operand& operand) {
-  const bool is_binary = operand.literal == Literal::kBinary;
-  if (operand.value.kind == zrt::ValueKind::kBits) return std::nullopt;
-  if (!is_binary && operand.literal != Literal::kHexadecimal) return std::nullopt;
-  return Hint{operand.name,
-              std::string(is_binary ? "binary" : "hexadecimal") + " literals are 0 in " +
-                  (seen.kind == zrt::ValueKind::kBits      ? "an index"
-                   : seen.kind == zrt::ValueKind::kInteger ? "integers"
-                                                           : "floats and indexes"),
-              DecimalOf(PartOf(seen.text, operand.name))};
-}
-
-Said FractionOfLiteral(const Seen& /*seen*/, const Operand& operand) {
-  if (operand.value.kind != zrt::ValueKind::kInteger || operand.literal != Literal::kFraction) {
-    return std::nullopt;
-  }
-  const std::string value = std::to_string(operand.value.integer);
-  return Hint{operand.name, "integers stop at the \".\" or \"e\": this is " + value, value};
-}
-
-// 1e and 1e+5, which is 1e and then 5.
-Said ExponentWithoutDigits(const Seen& seen, const Operand& operand) {
-  const std::string literal = seen.Part(operand.name);
-  if (operand.literal != Literal::kDecimal || literal.find_first_of("eE") == std::string::npos) {
-    return std::nullopt;
-  }
-  const std::size_t plus = operand.name.offset + operand.name.length;
-  const std::string_view behind = seen.text.substr(plus);
-  const std::size_t digits = std::min(behind.find_first_not_of("0123456789", 1), behind.size());
-  if (!behind.starts_with('+') || digits < 2) {
-    return Hint{operand.name, "no digits stand behind the \"e\"", ValueText(operand.value)};
-  }
-  return Hint{
-      {operand.name.offset, literal.size() + digits},
-      "an exponent has no \"+\": these are two operands",
-      literal + std::string(behind.substr(1, digits - 1))
-  };
-}
-
-Said LargeLiteral(const Seen& seen, const Operand& operand) {
-  if (operand.literal != Literal::kDecimal || operand.value.kind == zrt::ValueKind::kFloat) {
-    return std::nullopt;
-  }
-  const bool is_bits = operand.value.kind == zrt::ValueKind::kBits;
-  std::string_view digits = PartOf(seen.text, operand.name);
-  digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size() - 1));
-  const std::int64_t value = is_bits ? WordOf(operand.value) : operand.value.integer;
-  if (digits.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
-  if (digits == std::to_string(is_bits ? value & 0xFFFFFFFF : value)) return std::nullopt;
-  return Hint{operand.name, "numbers have 32 bits: this is " + std::to_string(value), ""};
-}
-
-Said FractionOfToken(const Seen& /*seen*/, const Operand& operand) {
-  if (!operand.loses_fraction) return std::nullopt;
-  return Hint{operand.place,
-              "the fraction of this token is cut off: " + std::to_string(operand.value.integer),
-              ""};
-}
-
-Said OddDigits(const Seen& seen, const Operand& operand) {
-  const std::string literal = seen.Part(operand.name);
-  if (operand.value.kind != zrt::ValueKind::kBits || operand.literal != Literal::kHexadecimal ||
-      literal.size() % 2 == 0) {
-    return std::nullopt;
-  }
-  return Hint{operand.name, "an odd count of digits: a 0 is put behind the last one",
-              "0x0" + literal.substr(2)};
-}
-
-Said UnusedIndex(const Seen& seen, const Operand& operand) {
-  const bool takes_index = IsArrayToken(operand) || operand.meaning == Meaning::kField;
-  if (!operand.has_index || takes_index) return std::nullopt;
-  return Hint{operand.place, "this takes no index: it is not used", seen.Part(operand.name)};
-}
-
-Said ArrayWithoutIndex(const Seen& seen, const Operand& operand) {
-  if (operand.has_index || !IsArrayToken(operand)) return std::nullopt;
-  return Hint{operand.place, "an array without an index is read outside its bounds",
-              seen.Part(operand.name) + "[0]"};
-}
-
-Said MaskName(const Seen& /*seen*/, const Operand& operand) {
-  if (operand.meaning != Meaning::kMaskName) return std::nullopt;
-  return Hint{operand.place, "no scope holds this mask: it has no bits", ""};
-}
-
-Said OtherName(const Seen& seen, const Operand& operand) {
-  if (operand.field == nullptr || operand.field->GetFieldName() == seen.Part(operand.name)) {
-    return std::nullopt;
-  }
-  const std::string name = operand.field->GetFieldName();
-  return Hint{operand.name, "no scope holds this name: " + name + " is read", name};
-}
-
-Said FailedIndex(const Seen& /*seen*/, const Operand& operand) {
-  if (operand.index_status == 0) return std::nullopt;
-  return Hint{
-      operand.index,
-      "the index fails and counts with its value so far, " + std::to_string(operand.index_value),
-      ""};
-}
-
-Said RowZero(const Seen& /*seen*/, const Operand& operand) {
-  if (operand.field == nullptr || !operand.has_index || operand.index_value > 0) {
-    return std::nullopt;
-  }
-  return Hint{operand.index, "rows count from 1: 0 is the next row", ""};
-}
-
-Said FieldReadAgain(const Seen& seen, const Operand& operand) {
-  if (operand.row == 0 || operand.row_count < 2 || seen.times_read.at(operand.field) < 2) {
-    return std::nullopt;
-  }
-  if (operand.has_index && operand.index_value > 0) return std::nullopt;
-  const std::string row = std::to_string(operand.row);
-  return Hint{operand.place, "each reading takes the next row: this is row " + row,
-              seen.Part(operand.name) + "[" + row + "]"};
-}
-
-// ---- Operators
-// -----------------------------------------------------------------------------------
+// ---- Operators ----------------------------------------------------------------------------------
 
 const ReadingTree::Node* NodeAt(const Seen& seen, ReadingTree::NodeNumber node) {
   return node == ReadingTree::kNone ? nullptr : &seen.tree.nodes()[node];
@@ -206,8 +65,8 @@ std::string Mask(const ReadValue& value) {
          std::string(2 * (value.byte_count - 1), 'F');
 }
 
-Said Trailing(const Seen& /*seen*/, std::uint32_t /*at*/, const Operation& operation) {
-  if (operation.effect != Effect::kTrailing) return std::nullopt;
+Said Trailing(const Seen& seen, std::uint32_t /*at*/, const Operation& operation) {
+  if (operation.effect != Effect::kTrailing || !seen.reading.has_outcome()) return std::nullopt;
   return Hint{operation.place, "nothing stands behind this operator: it is left out", ""};
 }
 
@@ -222,7 +81,7 @@ Said Idle(const Seen& /*seen*/, std::uint32_t /*at*/, const Operation& operation
 }
 
 Said BehindGroup(const Seen& /*seen*/, std::uint32_t /*at*/, const Operation& operation) {
-  if (!IsLeftOnly(operation)) return std::nullopt;
+  if (!IsLeftOnly(operation) || !operation.has_result) return std::nullopt;
   return Hint{operation.place,
               "this works on what stands in front of it, and drops what stands behind it",
               "@" + operation.text};
@@ -276,18 +135,24 @@ Said UnevenSides(const Seen& seen, std::uint32_t at, const Operation& operation)
   const std::size_t right = operation.right_value.byte_count;
   if (operation.left_value.kind != zrt::ValueKind::kBits) return std::nullopt;
   if (operation.text == "&" && left > right) {
-    return Hint{
-        SpanAt(seen, seen.tree.RightOf(at)),
-        "\"&\" keeps the " + Count(left - right, "byte") + " of its left side that have no partner",
-        Padded(seen, seen.tree.RightOf(at), left)};
+    return Hint{SpanAt(seen, seen.tree.RightOf(at)),
+                "\"&\" has no partner for " + Count(left - right, "byte") +
+                    " of its left side, and keeps them",
+                Padded(seen, seen.tree.RightOf(at), left)};
   }
   if (operation.text == "|" && right > left) {
     return Hint{SpanAt(seen, seen.tree.LeftOf(at)),
-                "\"|\" does not make its left side longer: " + Count(right - left, "byte") +
-                    " of the right one are dropped",
+                "\"|\" does not make its left side longer: the right side loses " +
+                    Count(right - left, "byte"),
                 Padded(seen, seen.tree.LeftOf(at), right)};
   }
   return std::nullopt;
+}
+
+bool IsReversal(const Seen& seen, ReadingTree::NodeNumber number) {
+  const ReadingTree::Node* node = NodeAt(seen, number);
+  return node != nullptr && node->kind == ReadingTree::Node::Kind::kUnary &&
+         seen.reading.operations()[node->at].text == "$";
 }
 
 Said SpareBits(const Seen& seen, std::uint32_t at, const Operation& operation) {
@@ -298,6 +163,7 @@ Said SpareBits(const Seen& seen, std::uint32_t at, const Operation& operation) {
   if (!HasSpareBits(side)) return std::nullopt;
   const ReadingTree::NodeNumber number = is_right ? seen.tree.RightOf(at) : seen.tree.LeftOf(at);
   const ReadingTree::Node* node = NodeAt(seen, number);
+  if (operation.text == ">>" && IsReversal(seen, number)) return std::nullopt;
   std::string instead;
   if (node != nullptr && node->kind != ReadingTree::Node::Kind::kBinary && side.is_whole()) {
     instead = "(" + seen.Part(node->span) + "&" + Mask(side) + ")";
@@ -308,6 +174,12 @@ Said SpareBits(const Seen& seen, std::uint32_t at, const Operation& operation) {
               instead};
 }
 
+// $x>>5 is what a reversal wants.
+bool IsShiftedDown(const Seen& seen, std::uint32_t at) {
+  const std::uint32_t taker = seen.tree.TakerOf(at);
+  return taker != ReadingTree::kNone && seen.reading.operations()[taker].text == ">>";
+}
+
 Said WholeBytes(const Seen& seen, std::uint32_t at, const Operation& operation) {
   const ReadValue& value = operation.left_value;
   if (!operation.is_unary || value.kind != zrt::ValueKind::kBits) return std::nullopt;
@@ -315,6 +187,7 @@ Said WholeBytes(const Seen& seen, std::uint32_t at, const Operation& operation) 
     return Hint{operation.place, "\"!\" works on each byte, not on the whole", ""};
   }
   if (operation.text != "$" || value.bit_length % 8 == 0) return std::nullopt;
+  if (IsShiftedDown(seen, at)) return std::nullopt;
   const zrt::Place operand = SpanAt(seen, seen.tree.LeftOf(at));
   const zrt::Place whole = {operation.place.offset,
                             operand.offset + operand.length - operation.place.offset};
@@ -324,8 +197,7 @@ Said WholeBytes(const Seen& seen, std::uint32_t at, const Operation& operation) 
               whole.length == seen.text.size() ? instead : "(" + instead + ")"};
 }
 
-// ---- What is not read, how it is grouped, and the value
-// ------------------------------------------
+// ---- What is not read, how it is grouped, and the value -----------------------------------------
 
 Hint Unread(const Seen& seen, zrt::Place place) {
   const std::size_t before = seen.text.substr(0, place.offset).find_last_not_of(' ');
@@ -345,6 +217,9 @@ Said Grouping(const Seen& seen) {
     });
   };
   const OrdinaryText ordinary(seen.text, seen.kind, is_operand);
+  if (ordinary.refuses_index()) {
+    return Hint{ordinary.refused(), ordinary.refusal() + ": it is read from the left", ""};
+  }
   if (!ordinary.refusal().empty() || ordinary.IsGroupedSo(seen.tree)) return std::nullopt;
   const std::string read = Shown(seen.tree.Brackets(seen.text, seen.tree.root()), 60);
   const auto& cuts = seen.reading.cuts();
@@ -367,18 +242,13 @@ Said SpareBitsOfValue(const Seen& seen) {
   if (value.kind != zrt::ValueKind::kBits || !HasSpareBits(value) || !value.is_whole()) {
     return std::nullopt;
   }
+  if (IsReversal(seen, seen.tree.root())) return std::nullopt;  // has its own rule
   return Hint{
       {0, seen.text.size()},
       "bits above the length of the value are set",
       "(" + std::string(seen.text) + ")&" + Mask(value)
   };
 }
-
-constexpr Said (*kOperandRules[])(const Seen&, const Operand&) = {
-    PrefixedLiteral, FractionOfLiteral, ExponentWithoutDigits, LargeLiteral, FractionOfToken,
-    OddDigits,       UnusedIndex,       ArrayWithoutIndex,     MaskName,     OtherName,
-    FailedIndex,     RowZero,           FieldReadAgain,
-};
 
 constexpr Said (*kOperationRules[])(const Seen&, std::uint32_t, const Operation&) = {
     Trailing,  Idle,        BehindGroup, ShiftCount, ShortCount,
@@ -399,7 +269,7 @@ std::vector<Hint> SurpriseHints(std::string_view text, zrt::ValueKind kind,
   };
   for (const Operand& operand : reading.operands()) {
     if (!operand.has_index || operand.index_value <= 0) ++seen.times_read[operand.field];
-    for (const auto& rule : kOperandRules) keep(rule(seen, operand));
+    AddOperandSurprises(seen, operand, &hints);
   }
   for (std::uint32_t at = 0; at < reading.operations().size(); ++at) {
     for (const auto& rule : kOperationRules) keep(rule(seen, at, reading.operations()[at]));

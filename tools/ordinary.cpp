@@ -28,6 +28,7 @@ constexpr Rank kRanks[] = {
     {"@",  1},
 };
 constexpr int kUnaryRank = 8;
+constexpr int kOperandRank = 9;
 
 constexpr std::string_view kOperators = "+-*/%&|@^~!$,<>";
 
@@ -52,7 +53,7 @@ class Signature {
  public:
   struct Parts {
     bool is_operand;
-    std::size_t offset;
+    zrt::Place place;
     std::string_view text;
     std::uint32_t left;
     std::uint32_t right;  // UINT32_MAX for a unary operator
@@ -82,7 +83,7 @@ class Signature {
                          AreFreeTogether(task.outer, parts.text, kind);
       if (!joins) signature += task.is_minus ? " -" : " ";
       if (parts.is_operand) {
-        signature += std::to_string(parts.offset);
+        signature += std::to_string(parts.place.offset) + ":" + std::to_string(parts.place.length);
         continue;
       }
       const bool is_free = parts.right != UINT32_MAX && IsFree(parts.text, kind);
@@ -188,7 +189,8 @@ bool OrdinaryText::TakeOperand() {
 }
 
 bool OrdinaryText::AddOperand(zrt::Place place) {
-  values_.push_back(Add({LiteralHere(PartOf(text_, place)), place.offset, kNone, kNone, true}));
+  values_.push_back(
+      Add({LiteralHere(PartOf(text_, place)), place, kNone, kNone, kOperandRank, true}));
   return true;
 }
 
@@ -201,6 +203,10 @@ bool OrdinaryText::AddIndexed(zrt::Place place, std::size_t open) {
     return Refuse(bracket + 1, close - bracket, "nothing reads what stands behind the \"]\"");
   }
   const std::string_view index = text_.substr(open + 1, close - open - 1);
+  refuses_index_ = true;  // as long as it has not been taken
+  if (index.find('[') != std::string_view::npos) {
+    return Refuse(open + 1, index.size(), "an index takes no index of its own");
+  }
   const OrdinaryText inner(index, zrt::ValueKind::kInteger, is_operand_);
   if (!inner.refusal_.empty()) {
     return Refuse(open + 1 + inner.refused_.offset, inner.refused_.length, inner.refusal_);
@@ -208,10 +214,11 @@ bool OrdinaryText::AddIndexed(zrt::Place place, std::size_t open) {
   if (!inner.nodes_[inner.values_.back()].is_chain) {
     return Refuse(open + 1, index.size(), "an index takes no parentheses and no unary operator");
   }
+  refuses_index_ = false;
   const std::string written = inner.Written();
   const std::string name(text_.substr(place.offset, open - place.offset));
   changes_literals_ = changes_literals_ || inner.changes_literals_;
-  values_.push_back(Add({name + "[" + written + "]", place.offset, kNone, kNone, true}));
+  values_.push_back(Add({name + "[" + written + "]", place, kNone, kNone, kOperandRank, true}));
   return true;
 }
 
@@ -251,18 +258,33 @@ void OrdinaryText::Reduce(int rank) {
       if (pending.text == "$" && !nodes_[right].is_operand()) {
         Refuse(pending.offset, 1, "\"$\" takes one operand, no group");
       }
-      values_.push_back(Add({std::string(pending.text), pending.offset, right, kNone, false}));
+      values_.push_back(Add({
+          std::string(pending.text), {pending.offset, 1},
+           right, kNone, kUnaryRank, false
+      }));
       continue;
     }
     NodeNumber left = kNone;
     if (pending.is_unary) {
-      left = Add({"0", pending.offset, kNone, kNone, true});
+      left = Add({
+          "0", {pending.offset, 0},
+           kNone, kNone, kOperandRank, true
+      });
     } else {
       left = values_.back();
       values_.pop_back();
     }
-    const bool is_chain = nodes_[left].is_chain && nodes_[right].is_operand();
-    values_.push_back(Add({std::string(pending.text), pending.offset, left, right, is_chain}));
+    const int rank_here = pending.is_unary ? 5 : pending.rank;  // a sign becomes a "-"
+    const bool is_chain =
+        nodes_[left].is_chain && nodes_[left].rank >= rank_here && nodes_[right].is_operand();
+    values_.push_back(Add({
+        std::string(pending.text),
+        {pending.offset, pending.text.size()},
+        left,
+        right,
+        rank_here,
+        is_chain
+    }));
   }
 }
 
@@ -303,7 +325,8 @@ std::string OrdinaryText::Written() const {
     } else {
       push(node.right, nodes_[node.right].is_operand());
       tasks.push_back({kNone, node.text});
-      push(node.left, nodes_[node.left].is_chain);
+      const Node& left = nodes_[node.left];
+      push(node.left, left.is_chain && left.rank >= node.rank);
     }
   }
   return written;
@@ -324,13 +347,13 @@ bool OrdinaryText::IsGroupedSo(const ReadingTree& tree) const {
       Signature::Of(tree.root(), kind_, [&tree](std::uint32_t number) -> Signature::Parts {
         const ReadingTree::Node& node = tree.nodes()[number];
         if (node.kind == ReadingTree::Node::Kind::kOperand) {
-          return {true, node.span.offset, "", ReadingTree::kNone, ReadingTree::kNone};
+          return {true, node.span, "", ReadingTree::kNone, ReadingTree::kNone};
         }
-        return {false, 0, tree.reading().operations()[node.at].text, node.left, node.right};
+        return {false, {}, tree.reading().operations()[node.at].text, node.left, node.right};
       });
   return read ==
          Signature::Of(values_.back(), kind_, [this](NodeNumber number) -> Signature::Parts {
            const Node& node = nodes_[number];
-           return {node.is_operand(), node.offset, node.text, node.left, node.right};
+           return {node.is_operand(), node.place, node.text, node.left, node.right};
          });
 }

@@ -24,6 +24,9 @@ class OrdinaryText {
   [[nodiscard]] const std::string& refusal() const { return refusal_; }
   [[nodiscard]] zrt::Place refused() const { return refused_; }
 
+  /// Whether an index is the reason: it takes chains alone.
+  [[nodiscard]] bool refuses_index() const { return refuses_index_; }
+
   /// The text that the language reads so.
   [[nodiscard]] std::string Written() const;
 
@@ -40,10 +43,11 @@ class OrdinaryText {
 
   struct Node {
     std::string text;         // of an operand as it is to be written, or the operator
-    std::size_t offset;       // in the text that was handed in
+    zrt::Place place;         // in the text that was handed in
     NodeNumber left = kNone;  // also of a unary operator
     NodeNumber right = kNone;
-    bool is_chain = false;  // it can be written without parentheses
+    int rank = 0;           // of the operator, in the order of binding
+    bool is_chain = false;  // both readings agree on it without parentheses
 
     [[nodiscard]] bool is_operand() const { return left == kNone; }
     [[nodiscard]] bool is_unary() const { return left != kNone && right == kNone; }
@@ -77,6 +81,7 @@ class OrdinaryText {
   std::vector<NodeNumber> values_;
   std::vector<Node> nodes_;  // sides stand in front of what joins them
   bool changes_literals_ = false;
+  bool refuses_index_ = false;
   std::string refusal_;
   zrt::Place refused_;
 };

@@ -122,9 +122,7 @@ class Canvas {
     row.replace(column, text.size(), text);
   }
   void PutCentered(std::size_t center, std::string_view text) {
-    const std::size_t before = (text.size() - 1) / 2;
-    if (before > center) is_good_ = false;
-    if (is_good_) Put(center - before, text);
+    Put(center - std::min(center, (text.size() - 1) / 2), text);
   }
 
   [[nodiscard]] std::string Text() const {

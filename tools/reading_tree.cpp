@@ -86,7 +86,9 @@ class BracketWriter {
 }  // namespace
 
 ReadingTree::ReadingTree(const Reading& reading)
-    : reading_(reading), sides_(reading.operations().size()) {
+    : reading_(reading),
+      sides_(reading.operations().size()),
+      takers_(reading.operations().size(), kNone) {
   for (const Reading::Step& step : reading.steps()) {
     switch (step.kind) {
       case StepKind::kOperand: AddOperand(step.at); break;
@@ -117,6 +119,9 @@ void ReadingTree::AddOperation(std::uint32_t at) {
   const NodeNumber left = Holder(operation.left);
   const NodeNumber right = operation.is_unary ? kNone : Holder(operation.right);
   sides_[at] = {left, right};
+  for (const NodeNumber side : {left, right}) {
+    if (side != kNone && nodes_[side].kind != Node::Kind::kOperand) takers_[nodes_[side].at] = at;
+  }
   last_ = left;
   if (left == kNone) return;
   if (operation.effect == Effect::kIgnored) {

@@ -44,6 +44,9 @@ class ReadingTree {
     return sides_[operation].right;
   }
 
+  /// The operation that has taken the result of `operation`; kNone for none.
+  [[nodiscard]] std::uint32_t TakerOf(std::uint32_t operation) const { return takers_[operation]; }
+
   /// The reading with brackets around each operation but the outermost one, so that anything that
   /// computes would agree: literals that read otherwise elsewhere stand as their value.
   [[nodiscard]] std::string Brackets(std::string_view text, NodeNumber node) const;
@@ -62,8 +65,9 @@ class ReadingTree {
 
   const Reading& reading_;
   std::vector<Node> nodes_;
-  std::vector<NodeNumber> holders_;  // by the number of a value
-  std::vector<Sides> sides_;         // by operation
+  std::vector<NodeNumber> holders_;    // by the number of a value
+  std::vector<Sides> sides_;           // by operation
+  std::vector<std::uint32_t> takers_;  // by operation
   std::vector<NodeNumber> dropped_;
   NodeNumber last_ = kNone;   // what the last event has left
   NodeNumber index_ = kNone;  // of the operand that is being read

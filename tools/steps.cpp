@@ -30,7 +30,8 @@ std::string ShownPart(std::string_view text, zrt::Place place) {
 Words OperandWords(std::string_view text, const Reading::Operand& operand) {
   const std::string value = ValueText(operand.value);
   std::string remark = OriginOf(text, operand);
-  if (remark.empty() && value == PartOf(text, operand.place)) return {};
+  const std::string_view name = PartOf(text, operand.place);
+  if (remark.empty() && (value == name || BytesText(operand.value) == name)) return {};
   return {ShownPart(text, operand.place) + " = " + value, std::move(remark)};
 }
 
