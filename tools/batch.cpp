@@ -70,7 +70,8 @@ void ReadTask(const json& object, Task* task) {
 class Answerer {
  public:
   explicit Answerer(const BatchRequest& request)
-      : explainer_(request.setting.data_dir), evaluator_(&common_, request.setting.max_bits) {
+      : explainer_(request.setting.data_dir),
+        evaluator_(&common_, {request.setting.max_bits, true, true}) {
     LoadScope(request.setting.scope, &common_);
   }
 
@@ -99,7 +100,6 @@ class Answerer {
       task->scope->AddMissing(common_);
       evaluator_.Use(&*task->scope);
     } else {
-      common_.ResetRows();
       evaluator_.Use(&common_);
     }
     if (!evaluator_.Evaluate(task->text, task->kind)) exit_code_ = kExpressionFailed;

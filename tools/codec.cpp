@@ -59,7 +59,7 @@ ExitCode Decode(const CodecRequest& request) {
   std::string bytes;
   if (!text.empty()) {
     Scope no_names;
-    TextEvaluator evaluator(&no_names, request.max_bits);
+    TextEvaluator evaluator(&no_names, {request.max_bits, false, false});
     if (!evaluator.Evaluate(text, zrt::ValueKind::kBits)) {
       evaluator.PrintFailure(ErrorStream(), {ShownName(request.input_path), text}, &explainer,
                              ErrorStyle());

@@ -14,7 +14,8 @@ class Teller {
   explicit Teller(const EvaluateRequest& request)
       : request_(request),
         explainer_(request.setting.data_dir),
-        evaluator_(&scope_, request.setting.max_bits),
+        evaluator_(&scope_,
+                   {request.setting.max_bits, request.fresh_rows, !request.input_path.empty()}),
         style_(ErrorStyle()) {
     LoadScope(request.setting.scope, &scope_);
   }
@@ -43,7 +44,6 @@ class Teller {
  private:
   // `line_number` is 0 for a text that is no line.
   void Run(const std::string& text, const Source& source, std::size_t line_number) {
-    if (request_.fresh_rows) scope_.ResetRows();
     const bool has_value = evaluator_.Evaluate(text, request_.kind);
     if (!has_value) exit_code_ = kExpressionFailed;
     if (request_.as_json) {

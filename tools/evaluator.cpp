@@ -19,11 +19,15 @@ bool TextEvaluator::Evaluate(const std::string& text, zrt::ValueKind kind) {
   reading_.Clear();
   Reading* reading = text.size() <= kMostWatchedBytes ? &reading_ : nullptr;
   const bool moves_rows = kind == zrt::ValueKind::kBits && scope_->has_several_rows();
-  const int status = moves_rows ? Watch(reading) : EvaluateUnwatched();
+  if (moves_rows && options_.fresh_rows) scope_->ResetRows();
+  const bool is_once = moves_rows && !options_.fresh_rows;
+  const int status = is_once ? Watch(options_.is_quick ? nullptr : reading) : EvaluateUnwatched();
   if (status == 0) {
     failure_ = {};
-  } else if (!moves_rows) {
+  } else if (!is_once) {
+    if (moves_rows) scope_->ResetRows();
     Watch(reading);
+    failure_.status = status;  // memory may have run out the first time alone
   }
   return status == 0 && IsSmall();
 }
@@ -38,9 +42,9 @@ bool TextEvaluator::EvaluateWatched(const std::string& text, zrt::ValueKind kind
 }
 
 bool TextEvaluator::IsSmall() {
-  if (bit_length() <= max_bits_) return true;
+  if (bit_length() <= options_.max_bits) return true;
   refusal_ = "the value has " + std::to_string(bit_length()) + " bits, the limit is " +
-             std::to_string(max_bits_);
+             std::to_string(options_.max_bits);
   return false;
 }
 

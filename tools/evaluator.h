@@ -2,6 +2,7 @@
 // person or to a script.
 #pragma once
 
+#include <climits>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -14,8 +15,14 @@
 
 class TextEvaluator {
  public:
-  /// `scope` must outlive its use here. Values of more than `max_bits` bits are refused.
-  TextEvaluator(Scope* scope, int max_bits) : max_bits_(max_bits) { Use(scope); }
+  struct Options {
+    int max_bits = INT_MAX;   // values of more bits are refused
+    bool fresh_rows = false;  // each text begins with the first row of each field
+    bool is_quick = false;    // hints may know less, where more would slow down all texts
+  };
+
+  /// `scope` must outlive its use here.
+  TextEvaluator(Scope* scope, const Options& options) : options_(options) { Use(scope); }
   void Use(Scope* scope);
 
   /// Evaluates `text`, which must outlive its telling. A field gives its rows once. True if there
@@ -52,7 +59,7 @@ class TextEvaluator {
 
   Scope* scope_ = nullptr;
   ZRTExpression expression_;
-  int max_bits_;
+  Options options_;
   const std::string* text_ = nullptr;
   zrt::ValueKind kind_ = zrt::ValueKind::kInteger;
   int integer_ = 0;
