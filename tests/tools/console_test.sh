@@ -20,7 +20,7 @@ unset NO_COLOR
 on_terminal() {
   local columns="$1"
   shift
-  TERM=xterm script -qec "stty cols $columns; $*" /dev/null < /dev/null | tr -d '\r'
+  TERM=xterm script -qec "stty cols $columns; $*" typescript < /dev/null | tr -d '\r'
 }
 export -f on_terminal
 

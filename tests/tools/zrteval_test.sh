@@ -128,6 +128,25 @@ for command in '' int float bits batch encode decode; do
   # shellcheck disable=SC2086
   "$zrteval" $command --version | grep -Eq '^zrteval [0-9.]+$' || fail "$command: no version"
 done
+# Each example of the help works as it stands.
+cp "$scope" names.json
+printf '1+1\nrows\n' > texts.txt
+printf '{"kind":"int","text":"1+1"}\n' > tasks.jsonl
+head -c 100 /dev/zero > image.bin
+commands="$("$zrteval" --help | awk '/^Commands:/ { on = 1; next } /^$/ { on = 0 } on && /^  [a-z]/ { print $1 }')"
+[[ $commands == *batch*decode ]] || fail "the commands are $commands"
+for command in '' $commands; do
+  # shellcheck disable=SC2086
+  "$zrteval" $command --help | awk '/^$/ { exit } /^  zrteval / { print }'
+done > examples
+while IFS= read -r example; do
+  PATH="$(dirname "$zrteval"):$PATH" bash -c "$example" > out 2> err < /dev/null
+  # The status 1 is that of check, which has something to say.
+  got=$?
+  [[ $got == 0 && ! -s err || $got == 1 && $example == *' check '* ]] ||
+    fail "$example ends with $got" "$(cat err)"
+done < examples
+(($(wc -l < examples) >= 15)) || fail "$(wc -l < examples) examples"
 "$zrteval" int --help | grep -q '^Usage: .* TEXT\.\.\.$' || fail 'the usage names no TEXT...'
 check 4 '' 'no-such-file: No such file' decode no-such-file
 check 4 '' 'no-such-dir/f: No such file' encode /dev/null -o no-such-dir/f
