@@ -14,7 +14,7 @@ bool TextEvaluator::Evaluate(const std::string& text, zrt::ValueKind kind) {
   constexpr std::size_t kMostWatchedBytes = 1U << 16U;
   kind_ = kind;
   text_ = &text;
-  stream_.reset();
+  EmptyStream();
   refusal_.clear();
   reading_.Clear();
   Reading* reading = text.size() <= kMostWatchedBytes ? &reading_ : nullptr;
@@ -48,6 +48,11 @@ bool TextEvaluator::IsSmall() {
   return false;
 }
 
+void TextEvaluator::EmptyStream() {
+  stream_.ClearBuffer();
+  stream_.BitLength = 0;
+}
+
 int TextEvaluator::EvaluateUnwatched() {
   const char* text = text_->c_str();
   switch (kind_) {
@@ -55,7 +60,7 @@ int TextEvaluator::EvaluateUnwatched() {
     case zrt::ValueKind::kFloat: return expression_.GetFloatOperand(text, &floating_);
     case zrt::ValueKind::kBits: break;
   }
-  return expression_.GetBitStream(text, &stream_.emplace());
+  return expression_.GetBitStream(text, &stream_);
 }
 
 int TextEvaluator::Watch(zrt::Observer* observer) {
@@ -67,7 +72,8 @@ int TextEvaluator::Watch(zrt::Observer* observer) {
       return expression_.WatchFloat(text, &floating_, &failure_, observer);
     case zrt::ValueKind::kBits: break;
   }
-  return expression_.WatchBits(text, &stream_.emplace(), &failure_, observer);
+  EmptyStream();
+  return expression_.WatchBits(text, &stream_, &failure_, observer);
 }
 
 std::string TextEvaluator::ValueText(BitFormat format) {
@@ -76,7 +82,7 @@ std::string TextEvaluator::ValueText(BitFormat format) {
     case zrt::ValueKind::kFloat: return FloatText(floating_);
     case zrt::ValueKind::kBits: break;
   }
-  return BitText(&*stream_, format);
+  return BitText(&stream_, format);
 }
 
 void TextEvaluator::AddValue(JsonLine* line) {

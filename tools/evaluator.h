@@ -4,7 +4,6 @@
 
 #include <climits>
 #include <iosfwd>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,7 +38,7 @@ class TextEvaluator {
 
   // ---- Of the last text, if it has a value ----------------------------------------------------
 
-  [[nodiscard]] int bit_length() const { return stream_ ? stream_->BitLength : 0; }
+  [[nodiscard]] int bit_length() const { return stream_.BitLength; }
   std::string ValueText(BitFormat format);
 
   // ---- Else, as it is told --------------------------------------------------------------------
@@ -51,6 +50,7 @@ class TextEvaluator {
   void AddAnswer(JsonLine* line, Explainer* explainer);
 
  private:
+  void EmptyStream();
   int EvaluateUnwatched();
   bool IsSmall();
   int Watch(zrt::Observer* observer);
@@ -64,7 +64,7 @@ class TextEvaluator {
   zrt::ValueKind kind_ = zrt::ValueKind::kInteger;
   int integer_ = 0;
   float floating_ = 0;
-  std::optional<RowDataStream> stream_;  // of a bit vector
+  RowDataStream stream_;  // empty if the value is no bit vector
   std::string refusal_;
   zrt::Failure failure_;
   Reading reading_;
