@@ -30,6 +30,8 @@ constexpr Rank kRanks[] = {
 constexpr int kUnaryRank = 8;
 constexpr int kOperandRank = 9;
 
+constexpr zrt::Place kNowhere = {SIZE_MAX, 0};  // of the 0 that a sign becomes
+
 constexpr std::string_view kOperators = "+-*/%&|@^~!$,<>";
 
 bool IsOperator(char c) { return kOperators.find(c) != std::string_view::npos; }
@@ -265,11 +267,8 @@ void OrdinaryText::Reduce(int rank) {
       continue;
     }
     NodeNumber left = kNone;
-    if (pending.is_unary) {
-      left = Add({
-          "0", {pending.offset, 0},
-           kNone, kNone, kOperandRank, true
-      });
+    if (pending.is_unary) {  // the text has nothing like it
+      left = Add({"0", kNowhere, kNone, kNone, kOperandRank, true});
     } else {
       left = values_.back();
       values_.pop_back();
