@@ -12,11 +12,7 @@ void TextEvaluator::Use(Scope* scope) {
 bool TextEvaluator::Evaluate(const std::string& text, zrt::ValueKind kind) {
   // Of longer texts the hints are not worth the memory of all that was read.
   constexpr std::size_t kMostWatchedBytes = 1U << 16U;
-  kind_ = kind;
-  text_ = &text;
-  EmptyStream();
-  refusal_.clear();
-  reading_.Clear();
+  Begin(text, kind);
   Reading* reading = text.size() <= kMostWatchedBytes ? &reading_ : nullptr;
   const bool moves_rows = kind == zrt::ValueKind::kBits && scope_->has_several_rows();
   if (moves_rows && options_.fresh_rows) scope_->ResetRows();
@@ -33,11 +29,7 @@ bool TextEvaluator::Evaluate(const std::string& text, zrt::ValueKind kind) {
 }
 
 bool TextEvaluator::EvaluateWatched(const std::string& text, zrt::ValueKind kind) {
-  kind_ = kind;
-  text_ = &text;
-  stream_.reset();
-  refusal_.clear();
-  reading_.Clear();
+  Begin(text, kind);
   return Watch(&reading_) == 0 && IsSmall();
 }
 
@@ -46,6 +38,14 @@ bool TextEvaluator::IsSmall() {
   refusal_ = "the value has " + std::to_string(bit_length()) + " bits, the limit is " +
              std::to_string(options_.max_bits);
   return false;
+}
+
+void TextEvaluator::Begin(const std::string& text, zrt::ValueKind kind) {
+  kind_ = kind;
+  text_ = &text;
+  EmptyStream();
+  refusal_.clear();
+  reading_.Clear();
 }
 
 void TextEvaluator::EmptyStream() {

@@ -50,6 +50,7 @@ class TextEvaluator {
   void AddAnswer(JsonLine* line, Explainer* explainer);
 
  private:
+  void Begin(const std::string& text, zrt::ValueKind kind);
   void EmptyStream();
   int EvaluateUnwatched();
   bool IsSmall();

@@ -1,6 +1,7 @@
 // The sentences come from the library, or from an error list as they would for any host.
 #include "failures.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <ostream>
 
@@ -10,7 +11,11 @@
 
 namespace {
 
-bool IsSame(zrt::Place a, zrt::Place b) { return a.offset == b.offset && a.length == b.length; }
+// Whether the carets are the same: a place without length is shown as one character.
+bool IsSame(zrt::Place a, zrt::Place b) {
+  return a.offset == b.offset &&
+         std::max<std::size_t>(a.length, 1) == std::max<std::size_t>(b.length, 1);
+}
 
 void AddPlace(JsonLine* line, zrt::Place place) {
   line->AddNumber("at", static_cast<long long>(place.offset))

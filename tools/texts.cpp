@@ -10,7 +10,7 @@
 TextSession::TextSession(const ReadingRequest& request)
     : request_(request),
       explainer_(request.setting.data_dir),
-      evaluator_(&scope_, request.setting.max_bits) {
+      evaluator_(&scope_, {request.setting.max_bits, false, false}) {
   LoadScope(request.setting.scope, &scope_);
 }
 
