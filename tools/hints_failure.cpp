@@ -55,11 +55,13 @@ Said InsideAnIndex(const Situation& at) {
 
 Said ExponentBeforeMiddle(const Situation& at) {
   if (!at.part.empty() || (at.At() != '-' && at.Before() != '-')) return std::nullopt;
-  const std::size_t minus = at.At() == '-'
-                                ? at.place.offset
-                                : at.text.substr(0, at.place.offset).find_last_not_of(' ');
+  const std::size_t minus =
+      at.At() == '-' ? at.place.offset : at.text.substr(0, at.place.offset).find_last_not_of(' ');
   if (minus == 0 || (at.text[minus - 1] != 'e' && at.text[minus - 1] != 'E')) return std::nullopt;
-  return Hint{{minus, 1}, "a \"-\" behind an \"e\" is an exponent's: put blanks around it", " - "};
+  return Hint{
+      {minus, 1},
+      "a \"-\" behind an \"e\" is an exponent's: put blanks around it", " - "
+  };
 }
 
 Said ReversalOfGroup(const Situation& at) {
@@ -73,7 +75,7 @@ Said OperatorMissing(const Situation& at) {
     return Hint{at.place, "an operand is missing in front of the " + InQuotes(at.part), ""};
   }
   if (at.Before() == ')' || at.At() == '(') {
-    return Hint{at.place, "an operator is missing here; nothing multiplies by itself", "*"};
+    return Hint{at.place, "an operator is missing here: nothing multiplies by itself", "*"};
   }
   return Hint{at.place, "an operator is missing here", ""};
 }
@@ -128,7 +130,7 @@ Said NegativeIndex(const Situation& at) {
   if (at.reading.indexes().empty() || at.reading.indexes().back().status != 0) return std::nullopt;
   return Hint{at.place,
               "the index is " + std::to_string(at.reading.indexes().back().value) +
-                  "; elements count from 0, rows from 1",
+                  ": elements count from 0, rows from 1",
               ""};
 }
 
@@ -140,7 +142,7 @@ Said TooWide(const Situation& at) {
   const Reading::Operation& operation = at.reading.operations()[last];
   const bool is_right = operation.right_value.byte_count > 4;
   const ReadValue& side = is_right ? operation.right_value : operation.left_value;
-  const std::string size = std::to_string(side.byte_count) + " bytes; four are the most";
+  const std::string size = std::to_string(side.byte_count) + " bytes, four are the most";
   const ReadingTree tree(at.reading);
   const ReadingTree::NodeNumber node = is_right ? tree.RightOf(last) : tree.LeftOf(last);
   if (node == ReadingTree::kNone || tree.nodes()[node].kind == ReadingTree::Node::Kind::kOperand) {
@@ -200,7 +202,7 @@ Said LargeResult(const Situation& at) {
   if (at.part == "^") bits = std::int64_t{left.bit_length} * WordOf(right);
   if (bits > INT_MAX) {
     return Hint{at.place,
-                "the result would have " + std::to_string(bits) + " bits; 2147483647 are the most",
+                "the result would have " + std::to_string(bits) + " bits, 2147483647 are the most",
                 ""};
   }
   const auto fits = [](const ReadValue& value) {
@@ -232,6 +234,7 @@ constexpr FailureRule kRules[] = {
     {ErrMisplacedOperator,   SignHint},
     {ErrMisplacedOperator,   ReversalOfGroup},
     {ErrMisplacedOperator,   OperatorMissing},
+    {ErrStrayCloseBracket,   InsideAnIndex},
     {ErrInvalidOperator,     DivisionByZero},
     {ErrInvalidOperator,     NegationOfGroup},
     {ErrInvalidOperator,     OperatorOfOtherKind},

@@ -106,8 +106,9 @@ Said ExponentSign(const Situation& at) {
 
 Said LargeX(const Situation& at) {
   if (!at.part.starts_with("0X")) return std::nullopt;
-  return Hint{at.place, "the \"x\" of a hexadecimal literal is small",
-              "0x" + std::string(at.part.substr(2))};
+  const bool is_bits = at.kind == zrt::ValueKind::kBits;
+  return Hint{at.place, is_bits ? "the \"x\" of 0x is small" : "only bit vectors know hexadecimal",
+              is_bits ? "0x" + std::string(at.part.substr(2)) : DecimalOf(at.part)};
 }
 
 Said WrongDigits(const Situation& at) {
@@ -118,7 +119,9 @@ Said WrongDigits(const Situation& at) {
     return Hint{at.place, "behind # stand the digits 0 and 1, one at least", ""};
   }
   if (!at.part.starts_with("0b") || at.part.size() < 3) return std::nullopt;
-  return Hint{at.place, "binary literals begin with #", "#" + std::string(at.part.substr(2))};
+  const std::string literal = "#" + std::string(at.part.substr(2));
+  return Hint{at.place, "there is no 0b",
+              at.kind == zrt::ValueKind::kBits ? literal : DecimalOf(literal)};
 }
 
 Said FieldAmongNumbers(const Situation& at) {
@@ -199,8 +202,7 @@ Said SignHint(const Situation& at) {
         "numbers have no sign", "0-"
     };
   }
-  return at.Wrapped(at.Through(at.place.offset + 1, at.place.offset + 1), "numbers have no sign",
-                    "(0-");
+  return at.Wrapped(at.Through(at.place.offset, at.place.offset + 1), "numbers have no sign", "(0");
 }
 
 Said UnknownOperandHint(const Situation& at) {

@@ -136,8 +136,8 @@ Said UnevenSides(const Seen& seen, std::uint32_t at, const Operation& operation)
   if (operation.left_value.kind != zrt::ValueKind::kBits) return std::nullopt;
   if (operation.text == "&" && left > right) {
     return Hint{SpanAt(seen, seen.tree.RightOf(at)),
-                "\"&\" has no partner for " + Count(left - right, "byte") +
-                    " of its left side, and keeps them",
+                "\"&\" finds no partner for " + Count(left - right, "byte") +
+                    " of its left side, which it keeps",
                 Padded(seen, seen.tree.RightOf(at), left)};
   }
   if (operation.text == "|" && right > left) {
@@ -209,12 +209,14 @@ Hint Unread(const Seen& seen, zrt::Place place) {
 }
 
 Said Grouping(const Seen& seen) {
-  const auto is_operand = [&seen](std::string_view name) {
-    const auto offset = static_cast<std::size_t>(name.data() - seen.text.data());
-    const auto& operands = seen.reading.operands();
-    return std::any_of(operands.begin(), operands.end(), [&](const Operand& operand) {
-      return operand.name.offset == offset && operand.name.length == name.size();
-    });
+  std::map<std::size_t, std::size_t> ends;  // of names and literals, by their beginning
+  for (const Operand& operand : seen.reading.operands()) {
+    ends[operand.name.offset] = operand.name.offset + operand.name.length;
+  }
+  const auto is_operand = [&](std::string_view name) {
+    const auto begin = static_cast<std::size_t>(name.data() - seen.text.data());
+    const auto found = ends.find(begin);
+    return found != ends.end() && found->second == begin + name.size();
   };
   const OrdinaryText ordinary(seen.text, seen.kind, is_operand);
   if (ordinary.refuses_index()) {

@@ -84,6 +84,7 @@ std::string NameArray(const std::string& text, const std::vector<Reading::Operan
 ExitCode ListNames(const ReadingRequest& request) {
   TextSession session(request);
   const std::vector<std::string> known = session.scope().names();
+  bool is_first = true;
   return session.ForEach([&](const std::string& text, const Source& source) {
     Reading reading;
     zrt::Failure failure;
@@ -99,6 +100,8 @@ ExitCode ListNames(const ReadingRequest& request) {
       if (!is_cut) AddFailure(&line, failure, hints, &session.explainer());
       std::cout << line.AddWritten("names", NameArray(text, names)).text() << '\n';
     } else {
+      if (!is_first) std::cout << '\n';
+      is_first = false;
       PrintNames(text, names, known);
       if (!is_cut) {
         PrintFailure(ErrorStream(), source, failure, hints, &session.explainer(), ErrorStyle());
