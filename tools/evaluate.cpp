@@ -21,7 +21,7 @@ class Teller {
   }
 
   void RunTexts() {
-    for (const std::string& text : request_.texts) Run(text, ArgumentSource(text), 0);
+    for (const std::string& text : request_.texts) Run(text, nullptr);
   }
 
   void RunLines() {
@@ -30,9 +30,9 @@ class Teller {
       const LineReader::State state = reader.Next();
       if (state == LineReader::State::kEndOfInput) return;
       if (state == LineReader::State::kComplete) {
-        Run(reader.line(), reader.source(), reader.number());
+        Run(reader.line(), &reader);
       } else {
-        Refuse(reader.source(), reader.number(), Reason(state));
+        Refuse(reader, Reason(state));
       }
       // A program that talks to this one through pipes waits for each value.
       if (reader.must_wait()) std::cout.flush();
@@ -42,17 +42,19 @@ class Teller {
   [[nodiscard]] ExitCode exit_code() const { return exit_code_; }
 
  private:
-  // `line_number` is 0 for a text that is no line.
-  void Run(const std::string& text, const Source& source, std::size_t line_number) {
+  // `reader` has read the text as a line; null if it is none.
+  void Run(const std::string& text, const LineReader* reader) {
     const bool has_value = evaluator_.Evaluate(text, request_.kind);
     if (!has_value) exit_code_ = kExpressionFailed;
     if (request_.as_json) {
-      JsonLine answer = LineAnswer(line_number);
+      JsonLine answer;
+      if (reader != nullptr) AddLine(*reader, &answer);
       evaluator_.AddAnswer(&answer, &explainer_);
       std::cout << answer.text() << '\n';
     } else if (has_value) {
       PrintValue();
     } else {
+      const Source source = reader == nullptr ? ArgumentSource(text) : reader->source();
       std::ostringstream message;
       evaluator_.PrintFailure(message, source, &explainer_, style_);
       ErrorStream() << message.str();
@@ -60,19 +62,19 @@ class Teller {
   }
 
   // A line that is no text.
-  void Refuse(const Source& source, std::size_t line_number, const std::string& reason) {
+  void Refuse(const LineReader& reader, const std::string& reason) {
     exit_code_ = kExpressionFailed;
     if (request_.as_json) {
-      std::cout << LineAnswer(line_number).AddText("error", reason).text() << '\n';
+      JsonLine answer;
+      AddLine(reader, &answer);
+      std::cout << answer.AddText("error", reason).text() << '\n';
     } else {
-      PrintPlace(ErrorStream(), source, {source.text.size(), 0}, reason, style_);
+      PrintPlace(ErrorStream(), reader.source(), {reader.line().size(), 0}, reason, style_);
     }
   }
 
-  static JsonLine LineAnswer(std::size_t line_number) {
-    JsonLine answer;
-    if (line_number > 0) answer.AddNumber("line", static_cast<long long>(line_number));
-    return answer;
+  static void AddLine(const LineReader& reader, JsonLine* answer) {
+    answer->AddNumber("line", static_cast<long long>(reader.number()));
   }
 
   void PrintValue() {
