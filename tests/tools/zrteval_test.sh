@@ -129,7 +129,7 @@ for command in '' int float bits batch encode decode; do
   "$zrteval" $command --version | grep -Eq '^zrteval [0-9.]+$' || fail "$command: no version"
 done
 # Each example of the help works as it stands.
-printf '{"tokens": {"local": {"rows": 6, "size": 8, "voltage": 3.3}}}' > names.json
+cp "$scope" names.json
 printf '1+1\nrows\n' > texts.txt
 printf '{"kind":"int","text":"1+1"}\n' > tasks.jsonl
 head -c 100 /dev/zero > image.bin
