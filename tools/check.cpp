@@ -1,5 +1,6 @@
 // What a text is read as otherwise than it looks, and the text that is read as it looks. Hints come
 // from one evaluation; a text that is mended is looked at without any.
+#include <algorithm>
 #include <iostream>
 
 #include "commands.h"
@@ -11,11 +12,15 @@
 
 namespace {
 
+// A long text may have thousands.
 void PrintHints(const std::vector<Hint>& hints, const Source& source) {
+  constexpr std::size_t kMost = 100;
   const Style style = OutputStyle();
-  for (const Hint& hint : hints) {
-    PrintPlace(std::cout, source, hint.place, HintMessage(hint), style, Tone::kHint);
+  for (std::size_t i = 0; i < std::min(hints.size(), kMost); ++i) {
+    PrintPlace(std::cout, source, hints[i].place, HintMessage(hints[i]), style, Tone::kHint);
   }
+  if (hints.size() <= kMost) return;
+  PrintNote(std::cout, "hint: and " + std::to_string(hints.size() - kMost) + " more", style);
 }
 
 class Mender {

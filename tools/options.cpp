@@ -16,7 +16,7 @@ constexpr char kVersion[] = "zrteval " ZRT_VERSION;
 constexpr char kExitStatuses[] =
     "Exit status:\n"
     "  0  all is done\n"
-    "  1  a text cannot be evaluated (others still are), or does not read back\n"
+    "  1  a text cannot be evaluated (others still are), does not read back, or has hints\n"
     "  2  wrong usage\n"
     "  3  wrong scope file\n"
     "  4  input or output failed";

@@ -52,6 +52,11 @@ Words OperationWords(const Reading::Operation& operation) {
   return {both + " = " + result, ""};
 }
 
+void AddPlace(JsonLine* object, zrt::Place place) {
+  object->AddNumber("at", static_cast<long long>(place.offset))
+      .AddNumber("length", static_cast<long long>(place.length));
+}
+
 void AddPlace(JsonLine* object, std::string_view text, zrt::Place place) {
   object->AddText("text", PartOf(text, place))
       .AddNumber("at", static_cast<long long>(place.offset))
@@ -119,9 +124,10 @@ std::string StepObject(std::string_view text, const Reading& reading, const Read
   switch (step.kind) {
     case StepKind::kCut: {
       const Reading::Cut& cut = reading.cuts()[step.at];
-      AddPlace(&object.AddText("step", "cut").AddText("by", NameOf(cut.by)), text, cut.piece);
+      // Without their texts: those of all pieces are the square of a deep text.
+      AddPlace(&object.AddText("step", "cut").AddText("by", NameOf(cut.by)), cut.piece);
       JsonLine middle;
-      AddPlace(&middle, text, cut.middle);
+      AddPlace(&middle, cut.middle);
       object.AddWritten("middle", middle.text());
       break;
     }
