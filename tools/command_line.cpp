@@ -135,7 +135,7 @@ void AddReadings(CLI::App* app, Arguments* arguments) {
       ->add_flag("--fix", arguments->fixes,
                  "Print the texts that are read with ordinary precedence instead");
   add_json(AddReading(app, "names", "Tell the names that texts use, and where each is found",
-                      {"zrteval names int --scope names.json 'size*(rows+1)'"}, arguments));
+                      {"zrteval names int --scope names.json 'order[rows/2]*limit'"}, arguments));
 }
 
 // Texts are taken from what the parser leaves over, not as an option, since as a list it would take
