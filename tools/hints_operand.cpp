@@ -9,18 +9,21 @@ namespace {
 
 using Meaning = zrt::OperandEvent::Meaning;
 
-// Puts blanks around each "-" that stands behind an "e"; empty if there is none.
+// Puts blanks around each "-" that stands behind an "e", but for those of exponents: 1e-5. Empty if
+// there is none.
 std::string WithBlanks(std::string_view operand) {
   std::string apart;
-  bool has_any = false;
-  for (std::size_t i = 0; i < operand.size(); ++i) {
-    const bool is_sign =
-        operand[i] == '-' && i > 0 && (operand[i - 1] == 'e' || operand[i - 1] == 'E');
-    has_any = has_any || is_sign;
-    apart += is_sign ? " - " : std::string(1, operand[i]);
+  std::size_t begin = 0;  // of what stands in front of the next "-"
+  for (std::size_t i = 1; i < operand.size(); ++i) {
+    if (operand[i] != '-' || (operand[i - 1] != 'e' && operand[i - 1] != 'E')) continue;
+    const std::string_view before = operand.substr(begin, i - 1 - begin);
+    const bool is_number = !before.empty() && std::all_of(before.begin(), before.end(), IsDigit);
+    if (is_number && i + 1 < operand.size() && IsDigit(operand[i + 1])) continue;
+    apart += std::string(operand.substr(begin, i - begin)) + " - ";
+    begin = i + 1;
   }
-  if (!has_any) return "";
-  return std::string(Trimmed(apart));
+  if (begin == 0) return "";
+  return std::string(Trimmed(apart + std::string(operand.substr(begin))));
 }
 
 // ---- ErrUnknownOperand: nothing there -----------------------------------------------------------

@@ -30,7 +30,10 @@ class BracketWriter {
       const Task task = tasks_.back();
       tasks_.pop_back();
       if (task.node == ReadingTree::kNone) {
-        out_ += task.text;
+        // As this language wants it, too: behind an "e" a "-" is an exponent's.
+        const bool is_apart =
+            task.text == "-" && !out_.empty() && (out_.back() == 'e' || out_.back() == 'E');
+        out_ += is_apart ? " - " : task.text;
       } else {
         WriteNode(tree_.nodes()[task.node], task.is_outermost);
       }
