@@ -4,8 +4,10 @@
 #include <new>
 #include <vector>
 
-#include "DataExpression.h"
 #include "commands.h"
+#include "evaluator.h"
+#include "terminal.h"
+#include "zrtexpression/texts.h"
 
 namespace {
 
@@ -14,21 +16,18 @@ constexpr std::size_t kMostBytes = INT_MAX / 8;  // a bit length is an int
 std::string TextOf(const std::string& bytes) {
   LByteBuffer chain;
   const std::vector<unsigned char> copied(bytes.begin(), bytes.end());
-  if (!chain.Append(copied)) throw std::bad_alloc();
-  std::string text(2 * bytes.size() + 3, '\0');
-  fnGetDataExpression(&chain, text.data());
-  text.resize(text.find('\0'));
+  std::string text;
+  if (!chain.Append(copied) || !zrt::GetDataExpression(chain, &text)) throw std::bad_alloc();
   return text.empty() && !bytes.empty() ? HexText(bytes) : text;
 }
 
-// The bytes that `text` stands for, none for the empty text. `what` begins the message of a
-// failure.
-std::string BytesOf(const std::string& text, Explainer* explainer, const std::string& what) {
+// The bytes that `text` reads back to. The empty text is that of no bytes.
+std::string ReadBack(const std::string& text, Explainer* explainer) {
   if (text.empty()) return text;
   RowDataStream stream;
   const int status = ZRTExpression().GetBitStream(text.c_str(), &stream);
-  if (status >= 0) return ValidBytes(&stream);
-  throw Failure{kExpressionFailed, what + ": " + explainer->Explain(status)};
+  if (status == 0) return ValidBytes(&stream);
+  throw Failure{kExpressionFailed, "the text does not read back: " + explainer->Message(status)};
 }
 
 }  // namespace
@@ -40,7 +39,7 @@ ExitCode Encode(const CodecRequest& request) {
   ShowProgress("Encoding");
   std::string text = TextOf(bytes);
   ShowProgress("Checking");
-  if (request.verify && BytesOf(text, &explainer, "the text does not read back") != bytes) {
+  if (request.verify && ReadBack(text, &explainer) != bytes) {
     throw Failure{kExpressionFailed, "the text reads back to other bytes"};
   }
   ShowProgress("Writing");
@@ -57,7 +56,17 @@ ExitCode Decode(const CodecRequest& request) {
   if (text.ends_with('\n')) text.pop_back();
   if (text.ends_with('\r')) text.pop_back();
   ShowProgress("Decoding");
-  const std::string bytes = BytesOf(text, &explainer, ShownName(request.input_path));
+  std::string bytes;
+  if (!text.empty()) {
+    Scope no_names;
+    TextEvaluator evaluator(&no_names, {request.max_bits, false, false});
+    if (!evaluator.Evaluate(text, zrt::ValueKind::kBits)) {
+      evaluator.PrintFailure(ErrorStream(), {ShownName(request.input_path), text}, &explainer,
+                             ErrorStyle());
+      return kExpressionFailed;
+    }
+    bytes = evaluator.ValueText(BitFormat::kRaw);
+  }
   ShowProgress("Writing");
   WriteFile(request.output_path, bytes);
   ShowProgress("");

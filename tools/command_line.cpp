@@ -1,75 +1,65 @@
-// Knows each command's options and help, and which of them do not go together. The work is done in
-// evaluate.cpp and codec.cpp.
+// Knows each command's options and help, and which of them do not go together. The work is done by
+// the commands.
 #include "command_line.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 #include "commands.h"
+#include "options.h"
+#include "output.h"
+#include "terminal.h"
 #include "usage.h"
-#include "zrtexpression/version.h"
 
 namespace {
 
 // What the parser fills in.
 struct Arguments {
   EvaluateRequest evaluate;
+  ReadingRequest reading;
+  BatchRequest batch;
   CodecRequest codec;
+  std::vector<std::string> texts;  // of -e
+  std::string file;                // of -f
   std::string format = "hex";
+  bool is_batch = false;
   bool no_verify = false;
+  bool fixes = false;
   std::vector<std::string> marked;  // what stands behind "--"; the parser does not see it
 };
 
-constexpr char kVersion[] = "zrteval " ZRT_VERSION;
-
-constexpr char kExitStatuses[] =
-    "Exit status:\n"
-    "  0  all is done\n"
-    "  1  a text cannot be evaluated (others still are), or does not read back\n"
-    "  2  wrong usage\n"
-    "  3  wrong scope file\n"
-    "  4  input or output failed";
-
-CLI::App* AddCommand(CLI::App* app, const std::string& name, const std::string& description,
-                     const std::vector<std::string>& forms) {
-  CLI::App* command = app->add_subcommand(name, description);
-  command->formatter(std::make_shared<HelpLayout>(forms));
-  command->set_version_flag("--version", kVersion)->group("");
-  command->group("Commands");
-  command->allow_extras();  // looked through afterwards, for better words
-  command->option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
-  command->option_defaults()->disable_flag_override();
-  return command;
-}
-
-void AddDataDir(CLI::App* command, std::string* data_dir) {
-  command
-      ->add_option("--data-dir", *data_dir, "Directory of ErrorList.txt, the messages of failures")
-      ->type_name("DIR");
+void AddFile(CLI::App* command, std::string* path, const std::string& description) {
+  command->add_option("-f", *path, description)->type_name("FILE");
 }
 
 CLI::App* AddEvaluation(CLI::App* app, const std::string& name, const std::string& value,
-                        const std::string& examples, EvaluateRequest* request) {
-  CLI::App* command = AddCommand(app, name, "Evaluate texts to " + value,
-                                 {name + " [OPTIONS] [--] TEXT...", name + " [OPTIONS] --batch"});
-  command->footer("Examples:\n" + examples + "\n\n" + kExitStatuses);
-  command
-      ->add_option("--scope", request->scope_path,
-                   "JSON file of names and their values, - for standard input")
-      ->type_name("FILE");
-  command->add_flag("--batch", request->batch,
-                    "Evaluate each line of standard input instead of TEXTs");
-  AddDataDir(command, &request->data_dir);
+                        const std::vector<std::string>& examples, Arguments* arguments) {
+  const CommandHelp help = {
+      examples,
+      {name + " [OPTIONS] [--] TEXT...", name + " [OPTIONS] -f FILE", name + " [OPTIONS] < FILE"},
+      {{"TEXT", "What to evaluate, behind -- if it begins with -"}     }
+  };
+  CLI::App* command = AddCommand(app, name, "Evaluate texts to " + value, help);
+  AddRepeatable(command, "-e", &arguments->texts, "A text, in front of the others; any number")
+      ->type_name("TEXT");
+  AddFile(command, &arguments->file, "Evaluate each line of a file, - for standard input");
+  command->add_flag("--batch", arguments->is_batch,
+                    "Evaluate each line of standard input, as without any text if that is no "
+                    "terminal");
+  AddScopeOptions(command, &arguments->evaluate.setting.scope);
+  command->add_flag("--json", arguments->evaluate.as_json,
+                    "Print an object for each text, also for one that fails");
+  AddDataDir(command, &arguments->evaluate.setting.data_dir);
   return command;
 }
 
-CLI::App* AddBits(CLI::App* app, Arguments* arguments) {
-  CLI::App* command = AddEvaluation(app, "bits", "bit vectors",
-                                    "  zrteval bits '(0xFF^4)@0x1234'\n"
-                                    "  zrteval bits --format bin --length '#101@#11'",
-                                    &arguments->evaluate);
+void AddBits(CLI::App* app, Arguments* arguments) {
+  CLI::App* command =
+      AddEvaluation(app, "bits", "bit vectors",
+                    {"zrteval bits '(0xFF^4)@0x1234'", "zrteval bits -d id=0x0ABC/12 'id@#1111'",
+                     "zrteval bits --format bin --length '#101@#11'"},
+                    arguments);
   command
       ->add_option("--format", arguments->format,
                    "hex (0x and digits, the default), bin (the valid bits) or raw (bytes)")
@@ -78,13 +68,31 @@ CLI::App* AddBits(CLI::App* app, Arguments* arguments) {
                     "Print the length in bits behind each value");
   command->add_flag("--fresh", arguments->evaluate.fresh_rows,
                     "Begin each text with the first row of each field");
-  return command;
+  AddMaxBits(command, &arguments->evaluate.setting.max_bits);
+}
+
+void AddBatch(CLI::App* app, BatchRequest* request) {
+  const CommandHelp help = {
+      {"zrteval batch < tasks.jsonl > answers.jsonl",
+       "zrteval batch --scope names.json -f tasks.jsonl"},
+      {"batch [OPTIONS] < FILE",                                             "batch [OPTIONS] -f FILE"},
+      {                                                                     }
+  };
+  CLI::App* command = AddCommand(
+      app, "batch",
+      "Read an object a line, such as {\"kind\":\"int\",\"text\":\"size+1\",\n"
+      "\"scope\":{\"tokens\":{\"local\":{\"size\":8}}}}, and print one a line with its value",
+      help);
+  AddFile(command, &request->input_path, "Where to read; standard input if missing");
+  AddScopeOptions(command, &request->setting.scope);
+  AddMaxBits(command, &request->setting.max_bits);
+  AddDataDir(command, &request->setting.data_dir);
 }
 
 CLI::App* AddCodec(CLI::App* app, const std::string& name, const std::string& description,
                    const std::string& example, CodecRequest* request) {
-  CLI::App* command = AddCommand(app, name, description, {name + " [OPTIONS] [--] [FILE]"});
-  command->footer("Example:\n" + example + "\n\n" + kExitStatuses);
+  CLI::App* command =
+      AddCommand(app, name, description, {{example}, {name + " [OPTIONS] [--] [FILE]"}, {}});
   command
       ->add_option("FILE", request->input_path,
                    "What to read; standard input if it is - or missing")
@@ -97,12 +105,47 @@ CLI::App* AddCodec(CLI::App* app, const std::string& name, const std::string& de
   return command;
 }
 
+CLI::App* AddReading(CLI::App* app, const std::string& name, const std::string& description,
+                     const std::vector<std::string>& examples, Arguments* arguments) {
+  const CommandHelp help = {
+      examples,
+      {name + " int|float|bits [OPTIONS] [--] TEXT...", name + " int|float|bits [OPTIONS] -f FILE"},
+      {{"int|float|bits", "The kind of value"},
+        {"TEXT", "What to look at, behind -- if it begins with -"}                                 }
+  };
+  CLI::App* command = AddCommand(app, name, description, help);
+  AddRepeatable(command, "-e", &arguments->texts, "A text, in front of the others; any number")
+      ->type_name("TEXT");
+  AddFile(command, &arguments->file, "Take each line of a file, - for standard input");
+  AddScopeOptions(command, &arguments->reading.setting.scope);
+  AddDataDir(command, &arguments->reading.setting.data_dir);
+  return command;
+}
+
+void AddReadings(CLI::App* app, Arguments* arguments) {
+  const auto add_json = [arguments](CLI::App* command) {
+    command->add_flag("--json", arguments->reading.as_json, "Print an object for each text");
+  };
+  add_json(AddReading(
+      app, "explain", "Show how texts are read, step by step with values",
+      {"zrteval explain int '2+3*4'", "zrteval explain bits -d fuses=0x11,0x22 'fuses@(fuses)'"},
+      arguments));
+  AddReading(app, "check", "Tell what is read otherwise than it looks, and what to write instead",
+             {"zrteval check int '2+3*4'", "zrteval check int --fix '2+3*4'"}, arguments)
+      ->add_flag("--fix", arguments->fixes,
+                 "Print the texts that are read with ordinary precedence instead");
+  add_json(AddReading(app, "names", "Tell the names that texts use, and where each is found",
+                      {"zrteval names int --scope names.json 'order[rows/2]*limit'"}, arguments));
+}
+
 // Texts are taken from what the parser leaves over, not as an option, since as a list it would take
 // "[1]" apart. What looks like an option is a text behind "--" alone.
 std::vector<std::string> TextsOf(const CLI::App& command, const Arguments& arguments) {
-  std::vector<std::string> texts = command.remaining();
-  for (const std::string& text : texts)
+  std::vector<std::string> texts = arguments.texts;
+  for (const std::string& text : command.remaining()) {
     CheckNoOption(command, text, "a text that begins with - stands behind --");
+    texts.push_back(text);
+  }
   texts.insert(texts.end(), arguments.marked.begin(), arguments.marked.end());
   return texts;
 }
@@ -114,19 +157,72 @@ BitFormat FormatOf(const CLI::App& command, const std::string& name) {
   RefuseUsage(command, "--format is hex, bin or raw");
 }
 
-ExitCode RunEvaluation(const CLI::App& command, ValueKind kind, Arguments* arguments) {
+void CheckInput(const CLI::App& command, const std::string& input_path, const ScopeRequest& scope) {
+  if (input_path == "-" && scope.path == "-") {
+    RefuseUsage(command, "texts and --scope - cannot both come from standard input");
+  }
+}
+
+// Where lines come from; empty if there are texts.
+std::string InputOf(const CLI::App& command, const Arguments& arguments,
+                    const std::vector<std::string>& texts) {
+  const bool has_texts = !texts.empty(), has_file = !arguments.file.empty();
+  if (int{has_texts} + int{has_file} + int{arguments.is_batch} > 1) {
+    RefuseUsage(command, "give texts, -f or --batch, and one of them alone");
+  }
+  if (has_texts || has_file) return arguments.file;
+  if (!arguments.is_batch && IsInputTerminal()) {
+    RefuseUsage(command, "give texts, -f FILE, or --batch to type them");
+  }
+  return "-";
+}
+
+ExitCode RunEvaluation(const CLI::App& command, zrt::ValueKind kind, Arguments* arguments) {
   EvaluateRequest& request = arguments->evaluate;
   request.kind = kind;
   request.texts = TextsOf(command, *arguments);
+  request.input_path = InputOf(command, *arguments, request.texts);
   request.format = FormatOf(command, arguments->format);
-  if (request.batch != request.texts.empty()) RefuseUsage(command, "give either texts or --batch");
-  if (request.batch && request.scope_path == "-") {
-    RefuseUsage(command, "--batch and --scope - cannot both read standard input");
-  }
+  CheckInput(command, request.input_path, request.setting.scope);
   if (request.with_length && request.format == BitFormat::kRaw) {
     RefuseUsage(command, "--length has no place among raw bytes");
   }
+  if (request.as_json && (request.with_length || request.format != BitFormat::kHex)) {
+    RefuseUsage(command, "--json tells digits and length: --format and --length have no place");
+  }
   return Evaluate(request);
+}
+
+// The kind is the first word.
+ExitCode RunReading(const CLI::App& command, Arguments* arguments) {
+  ReadingRequest& request = arguments->reading;
+  request.texts = TextsOf(command, *arguments);
+  const std::size_t at = arguments->texts.size();  // behind those of -e
+  const std::string kind = at < request.texts.size() ? request.texts[at] : "";
+  if (kind != "int" && kind != "float" && kind != "bits") {
+    RefuseUsage(command, "the first word is the kind: int, float or bits");
+  }
+  request.kind = kind == "int"     ? zrt::ValueKind::kInteger
+                 : kind == "float" ? zrt::ValueKind::kFloat
+                                   : zrt::ValueKind::kBits;
+  request.texts.erase(request.texts.begin() + static_cast<std::ptrdiff_t>(at));
+  request.input_path = InputOf(command, *arguments, request.texts);
+  CheckInput(command, request.input_path, request.setting.scope);
+  const std::string& name = command.get_name();
+  if (name == "explain") return Explain(request);
+  if (name == "names") return ListNames(request);
+  return arguments->fixes ? Mend(request) : Check(request);
+}
+
+ExitCode RunBatch(const CLI::App& command, Arguments* arguments) {
+  BatchRequest& request = arguments->batch;
+  std::vector<std::string> words = command.remaining();
+  for (const std::string& word : words) CheckNoOption(command, word, "batch takes no texts");
+  words.insert(words.end(), arguments->marked.begin(), arguments->marked.end());
+  if (!words.empty()) RefuseUsage(command, "batch takes no texts, but objects with -f FILE");
+  if (request.input_path.empty()) request.input_path = "-";
+  CheckInput(command, request.input_path, request.setting.scope);
+  return EvaluateObjects(request);
 }
 
 ExitCode RunCodec(const CLI::App& command, bool is_encode, Arguments* arguments) {
@@ -155,27 +251,33 @@ void CheckRest(const CLI::App& app, const CLI::App* command) {
 
 void AddCommands(CLI::App* app, Arguments* arguments) {
   AddEvaluation(app, "int", "32-bit integers",
-                "  zrteval int '2+3*4' '2+(3*4)'\n"
-                "  zrteval int --scope names.json --batch < texts.txt",
-                &arguments->evaluate);
+                {"zrteval int '2+3*4' '2+(3*4)'", "zrteval int -t size=8 'size - 1'",
+                 "zrteval int --scope names.json < texts.txt"},
+                arguments);
   AddEvaluation(app, "float", "32-bit floats",
-                "  zrteval float '1/3'\n"
-                "  zrteval float --scope names.json 'voltage*1000'",
-                &arguments->evaluate);
+                {"zrteval float 1/3", "zrteval float --scope names.json 'voltage*1000'"},
+                arguments);
   AddBits(app, arguments);
+  AddReadings(app, arguments);
+  AddBatch(app, &arguments->batch);
   AddCodec(app, "encode", "Write a file's bytes as run-length text",
-           "  zrteval encode image.bin -o image.txt", &arguments->codec)
+           "zrteval encode image.bin -o image.txt", &arguments->codec)
       ->add_flag("--no-verify", arguments->no_verify, "Do not read the text back and compare");
-  AddCodec(app, "decode", "Write the bytes that a text stands for",
-           "  zrteval decode image.txt -o image.bin", &arguments->codec);
+  CLI::App* decode = AddCodec(app, "decode", "Write the bytes that a text stands for",
+                              "zrteval decode image.txt -o image.bin", &arguments->codec);
+  AddMaxBits(decode, &arguments->codec.max_bits);
 }
 
 ExitCode RunCommand(const CLI::App& command, Arguments* arguments) {
   CheckOptions(command);
   const std::string& name = command.get_name();
-  if (name == "int") return RunEvaluation(command, ValueKind::kInt, arguments);
-  if (name == "float") return RunEvaluation(command, ValueKind::kFloat, arguments);
-  if (name == "bits") return RunEvaluation(command, ValueKind::kBits, arguments);
+  if (name == "int") return RunEvaluation(command, zrt::ValueKind::kInteger, arguments);
+  if (name == "float") return RunEvaluation(command, zrt::ValueKind::kFloat, arguments);
+  if (name == "bits") return RunEvaluation(command, zrt::ValueKind::kBits, arguments);
+  if (name == "explain" || name == "check" || name == "names") {
+    return RunReading(command, arguments);
+  }
+  if (name == "batch") return RunBatch(command, arguments);
   return RunCodec(command, name == "encode", arguments);
 }
 
@@ -189,15 +291,18 @@ const CLI::App* CommandOf(const CLI::App& app) {
 
 ExitCode RunCommandLine(std::vector<std::string> words) {
   CLI::App app("Evaluates the expressions of a template language for device data.", "zrteval");
-  app.formatter(std::make_shared<HelpLayout>(
-      std::vector<std::string>{"COMMAND [OPTIONS] ...", "COMMAND --help"}));
+  const CommandHelp help = {
+      {"zrteval int '2+3*4' '2+(3*4)'",           "zrteval bits -d id=0x0ABC/12 'id@#1111'",
+       "zrteval int --json -t size=8 'size - 1'", "zrteval batch < tasks.jsonl > answers.jsonl"},
+      {"COMMAND [OPTIONS] ...", "COMMAND --help"},
+      {                        }
+  };
+  AddCommonHelp(&app, help);
   app.require_subcommand(0, 1);  // behind a command, the names of others are texts
-  app.allow_extras();
-  app.set_version_flag("--version", kVersion);
-  app.footer(kExitStatuses);
   Arguments arguments;
   AddCommands(&app, &arguments);
 
+  JoinValues(&words);
   const auto mark = std::find(words.begin(), words.end(), "--");
   if (mark != words.end()) arguments.marked.assign(mark + 1, words.end());
   words.erase(mark, words.end());

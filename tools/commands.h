@@ -1,34 +1,77 @@
 // The commands of zrteval, each with its request. None knows the command line.
 #pragma once
 
+#include <climits>
 #include <string>
 #include <vector>
 
 #include "files.h"
 #include "output.h"
+#include "scope_file.h"
+#include "zrtexpression/trace.h"
 
-enum class ValueKind { kInt, kFloat, kBits };
+/// What each evaluation is done with.
+struct Setting {
+  ScopeRequest scope;
+  std::string data_dir;    // see Explainer
+  int max_bits = INT_MAX;  // of a value
+};
 
 struct EvaluateRequest {
-  ValueKind kind = ValueKind::kInt;
+  Setting setting;
+  zrt::ValueKind kind = zrt::ValueKind::kInteger;
   std::vector<std::string> texts;
-  bool batch = false;      // one text a line from standard input instead of `texts`
-  std::string scope_path;  // empty for no scope
-  std::string data_dir;    // see Explainer
+  std::string input_path;  // if not empty: one text a line from there, "-" being standard input
   BitFormat format = BitFormat::kHex;
   bool with_length = false;  // the bit length behind each vector
   bool fresh_rows = false;   // every field at its first row before each text
+  bool as_json = false;      // an object for each text, to standard output alone
 };
 
 /// Prints each value to standard output and each failure to standard error, and goes on.
 /// Throws Failure for a wrong scope file, and if reading or writing fails.
 ExitCode Evaluate(const EvaluateRequest& request);
 
+struct BatchRequest {
+  Setting setting;
+  std::string input_path;  // "-" for standard input
+};
+
+/// Reads an object from each line, with a text, its kind, and maybe a scope, and prints an object
+/// with the value or the failure for each, in order. Each text begins with the first row of each
+/// field, so that its answer depends on its own line alone. Throws as Evaluate().
+ExitCode EvaluateObjects(const BatchRequest& request);
+
+/// What explain, check and names are asked.
+struct ReadingRequest {
+  Setting setting;
+  zrt::ValueKind kind = zrt::ValueKind::kInteger;
+  std::vector<std::string> texts;
+  std::string input_path;  // as in EvaluateRequest
+  bool as_json = false;
+};
+
+/// Prints how each text is read, and what comes of it step by step. Throws as Evaluate().
+ExitCode Explain(const ReadingRequest& request);
+
+/// Prints what of each text is read otherwise than it looks, and why it fails if it does. Ends with
+/// kExpressionFailed if there is any of it. Throws as Evaluate().
+ExitCode Check(const ReadingRequest& request);
+
+/// Prints each text as it is to be written so that ordinary precedence is what the language reads.
+/// Ends with kExpressionFailed if there is no such text. Throws as Evaluate().
+ExitCode Mend(const ReadingRequest& request);
+
+/// Prints the names that each text uses. Ends with kExpressionFailed if one is not known, or a text
+/// cannot be cut. Throws as Evaluate().
+ExitCode ListNames(const ReadingRequest& request);
+
 struct CodecRequest {
   std::string input_path;  // "-" for a standard stream
   std::string output_path = "-";
-  bool verify = true;    // read the text back and compare before it is written
-  std::string data_dir;  // see Explainer
+  bool verify = true;      // read the text back and compare before it is written
+  std::string data_dir;    // see Explainer
+  int max_bits = INT_MAX;  // of a decoded value
 };
 
 /// Writes the file's bytes as text that decodes to the same bytes. Throws Failure.

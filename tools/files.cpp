@@ -9,6 +9,7 @@
 #include <iostream>
 
 #include "shown_text.h"
+#include "terminal.h"
 
 namespace {
 
@@ -50,6 +51,11 @@ bool IsNoText(char c) {
 
 }  // namespace
 
+Failure FailureAt(ExitCode exit_code, const Source& source, zrt::Place place,
+                  const std::string& message) {
+  return {exit_code, message, MakeDiagnostic(source, place, ErrorStyle().columns)};
+}
+
 std::string ShownName(const std::string& path) { return path == "-" ? "standard input" : path; }
 
 std::string ReadFile(const std::string& path, ExitCode exit_code, std::size_t most_bytes) {
@@ -63,8 +69,8 @@ std::string ReadText(const std::string& path, ExitCode exit_code) {
     if (wrong == text.end()) return;
     const auto offset = static_cast<std::size_t>(wrong - text.begin());
     const std::string name = *wrong == '\0' ? "a NUL" : "the character " + Shown({&*wrong, 1});
-    throw Failure{exit_code, ShownName(path) + ": " + LineAndColumn(text, offset) +
-                                 ": this is no text, it holds " + name};
+    throw FailureAt(exit_code, {ShownName(path), text, 1, false}, {offset, 1},
+                    "this is no text, it holds " + name);
   };
   std::string text = Read(path, exit_code, kMostTextBytes, check);
   DropByteOrderMark(&text);
@@ -89,5 +95,6 @@ void WriteFile(const std::string& path, std::string_view bytes) {
 }
 
 void FlushStandardOutput() {
-  if (!std::cout.flush()) throw SystemFailure("standard output", kInputOutput);
+  if (std::cout.flush() || IsOutputClosed()) return;
+  throw SystemFailure("standard output", kInputOutput);
 }

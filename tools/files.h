@@ -1,8 +1,12 @@
 // Whole files in and out, "-" being a standard stream, and how the program ends when that fails.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "diagnostic.h"
 
 /// The program's exit statuses; the library's own statuses are none of them.
 enum ExitCode : int {
@@ -17,7 +21,12 @@ enum ExitCode : int {
 struct Failure {
   ExitCode exit_code;
   std::string message;
+  std::optional<Diagnostic> where = std::nullopt;  // what the message is about, if it is a text
 };
+
+/// The Failure of a text that is wrong at `place`.
+Failure FailureAt(ExitCode exit_code, const Source& source, zrt::Place place,
+                  const std::string& message);
 
 // The library's longest text, and a line end.
 constexpr std::size_t kMostTextBytes = std::size_t{2147483647} + 2;
@@ -38,5 +47,6 @@ void DropByteOrderMark(std::string* text);
 /// Writes a whole file. All that keeps bytes from reaching it is a Failure.
 void WriteFile(const std::string& path, std::string_view bytes);
 
-/// Makes certain that all that was printed has reached standard output.
+/// Makes certain that all that was printed has reached standard output. If that is a pipe that
+/// nobody reads any more, there is nothing to be told.
 void FlushStandardOutput();

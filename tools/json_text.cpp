@@ -64,10 +64,6 @@ std::string Pointer(const JsonPath& path) {
   return Shown(pointer, kMostCharacters);
 }
 
-std::string Located(std::string_view text, std::size_t offset, const std::string& what) {
-  return LineAndColumn(text, offset) + ": " + what;
-}
-
 // Reads `source` to its end, or up to the value at the place `wanted`.
 class Builder : public nlohmann::json_sax<json> {
  public:
@@ -121,8 +117,8 @@ class Builder : public nlohmann::json_sax<json> {
     if (error.id == kNumberOverflow) RefuseNumber(token, "");
     const std::string_view what = error.what();  // "[...] parse error at line 1, column 2: ..."
     const std::size_t reason = std::min(what.find(": "), what.size() - 2) + 2;
-    throw JsonError(Located(source_->text(), position - std::min<std::size_t>(position, 1),
-                            Shown(what.substr(reason), kMostCharacters)));
+    throw JsonError(position - std::min<std::size_t>(position, 1), "",
+                    Shown(what.substr(reason), kMostCharacters));
   }
 
  private:
@@ -202,8 +198,7 @@ class Builder : public nlohmann::json_sax<json> {
         path.emplace_back(*container.key);
       }
     }
-    throw JsonError(
-        Located(source_->text(), NextToken(source_->text(), end_), Pointer(path) + ": " + reason));
+    throw JsonError(NextToken(source_->text(), end_), Pointer(path), reason);
   }
 
   Source* source_;
@@ -224,9 +219,9 @@ json JsonText::Parse() {
   return builder.TakeRoot();
 }
 
-std::string JsonText::Complaint(const JsonPath& path, const std::string& reason) {
+JsonError JsonText::Complaint(const JsonPath& path, const std::string& reason) {
   Source source(&text_);
   Builder builder(&source, &path);
   builder.Run();
-  return Located(text_, builder.found_offset(), Pointer(path) + ": " + reason);
+  return {builder.found_offset(), Pointer(path), reason};
 }

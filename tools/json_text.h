@@ -13,9 +13,18 @@
 using JsonStep = std::variant<std::string, std::size_t>;
 using JsonPath = std::vector<JsonStep>;
 
-/// What is wrong, in one line, behind its line and column.
+/// What is wrong, in one line, and where in the text. what() is the place as a JSON pointer, if
+/// there is one, and the reason.
 struct JsonError : std::runtime_error {
-  using std::runtime_error::runtime_error;
+  JsonError(std::size_t the_offset, const std::string& the_pointer, const std::string& the_reason)
+      : runtime_error(the_pointer.empty() ? the_reason : the_pointer + ": " + the_reason),
+        offset(the_offset),
+        pointer(the_pointer),
+        reason(the_reason) {}
+
+  std::size_t offset;
+  std::string pointer;  // empty if the text is no JSON
+  std::string reason;
 };
 
 class JsonText {
@@ -26,8 +35,10 @@ class JsonText {
   /// single precision once; any other number is an integer of at most 64 bits. Throws JsonError.
   nlohmann::json Parse();
 
-  /// What a JsonError would say of a value that parsed well and yet cannot be used.
-  std::string Complaint(const JsonPath& path, const std::string& reason);
+  /// The JsonError of a value that parsed well and yet cannot be used.
+  JsonError Complaint(const JsonPath& path, const std::string& reason);
+
+  const std::string& text() const { return text_; }
 
  private:
   std::string text_;

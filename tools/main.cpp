@@ -6,14 +6,16 @@
 
 #include "command_line.h"
 #include "output.h"
+#include "terminal.h"
 
 int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
   std::cin.tie(nullptr);
+  SurviveClosedPipes();
   try {
     return RunCommandLine({argv + 1, argv + argc});
   } catch (const Failure& failure) {
-    Complain(failure.message);
+    Complain(failure);
     return failure.exit_code;
   } catch (const std::bad_alloc&) {
     Complain("memory has run out");

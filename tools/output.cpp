@@ -1,72 +1,21 @@
-// Values as text, and statuses in words. The words come from the error list through the library, as
-// they would for any host.
+// Values as text by the library's own functions where it has one, and messages behind progress.
 #include "output.h"
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
-#include <system_error>
+#include <new>
 
 #include "shown_text.h"
-
-namespace {
-
-struct NamedStatus {
-  int status;
-  const char* name;
-};
-
-constexpr NamedStatus kNames[] = {
-    {ErrBadDirectory,          "ErrBadDirectory"         },
-    {ErrMissingOperand,        "ErrMissingOperand"       },
-    {ErrBadTokenType,          "ErrBadTokenType"         },
-    {ErrUnbalancedParenthesis, "ErrUnbalancedParenthesis"},
-    {ErrMisplacedOperator,     "ErrMisplacedOperator"    },
-    {ErrInvalidOperator,       "ErrInvalidOperator"      },
-    {ErrUnknownOperand,        "ErrUnknownOperand"       },
-    {ErrMissingCloseBracket,   "ErrMissingCloseBracket"  },
-    {ErrEmptyIndex,            "ErrEmptyIndex"           },
-    {ErrStrayCloseBracket,     "ErrStrayCloseBracket"    },
-    {ErrMissingArrayName,      "ErrMissingArrayName"     },
-    {ErrNegativeIndex,         "ErrNegativeIndex"        },
-    {ErrOperandTooWide,        "ErrOperandTooWide"       },
-    {ErrStreamWrite,           "ErrStreamWrite"          },
-};
-
-std::string NameOf(int status) {
-  for (const NamedStatus& entry : kNames) {
-    if (entry.status == status) return entry.name;
-  }
-  return "unknown status";
-}
-
-// The data directory stands in the same place to the program's in the build tree and installed.
-std::string OwnDataDir() {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  if (error) return "";
-  return (program.parent_path() / ZRT_BIN_TO_DATA).lexically_normal().string();
-}
-
-}  // namespace
+#include "terminal.h"
+#include "zrtexpression/texts.h"
 
 std::string ValidBytes(RowDataStream* stream) {
-  const std::size_t wanted = (static_cast<std::size_t>(std::max(stream->BitLength, 0)) + 7) / 8;
-  const std::size_t held = stream->GetTotalSize();
-  const std::size_t count = std::min(wanted, held);
-  std::string bytes(wanted, '\0');
-  const auto target = bytes.end() - static_cast<std::ptrdiff_t>(count);
-  if (held == static_cast<std::size_t>(stream->GetDataSize())) {  // a single block
-    std::copy_n(stream->GetDataBlock() + (held - count), count, target);
-    return bytes;
-  }
-  int index = static_cast<int>(held - count);
-  std::generate(target, bytes.end(), [&] { return static_cast<char>(stream->ReadData(index++)); });
+  std::string bytes(zrt::ValidByteCount(*stream), '\0');
+  zrt::CopyValidBytes(*stream, zrt::SpareBits::kAsTheyAre,
+                      reinterpret_cast<std::uint8_t*>(bytes.data()));  // NOLINT: chars are bytes
   return bytes;
 }
 
@@ -83,8 +32,12 @@ std::string HexText(const std::string& bytes) {
 }
 
 std::string BitText(RowDataStream* stream, BitFormat format) {
+  if (format == BitFormat::kHex) {
+    std::string text;
+    if (!zrt::GetHexText(*stream, &text)) throw std::bad_alloc();
+    return text;
+  }
   std::string bytes = ValidBytes(stream);
-  if (format == BitFormat::kHex) return HexText(bytes);
   if (format == BitFormat::kRaw) return bytes;
   std::string bits(static_cast<std::size_t>(std::max(stream->BitLength, 0)), '0');
   for (std::size_t k = 0; k < bits.size(); ++k) {
@@ -110,44 +63,23 @@ std::string FloatText(float value) {
   return digits + "e" + std::to_string(exponent);
 }
 
-Explainer::Explainer(const std::string& data_dir) {
-  if (!data_dir.empty()) LoadList(data_dir);
-}
-
-void Explainer::LoadList(const std::string& dir) {
-  is_loaded_ = true;
-  std::string writable = dir;
-  const int status = expression_.Initialize(writable.data());
-  if (status >= 0) return;
-  const ErrorHandler* handler = expression_.GetErrorHandler();
-  std::string reason = handler == nullptr ? "memory has run out" : handler->GetListError();
-  if (status == ErrBadDirectory) reason = "the directory cannot be entered";
-  Complain((std::filesystem::path(dir) / "ErrorList.txt").string() + ": " + reason +
-           " (failures are told without a sentence)");
-}
-
-std::string Explainer::Explain(int status) {
-  constexpr unsigned short kCategory = 8;
-  if (!is_loaded_) {
-    is_loaded_ = true;
-    const std::string dir = OwnDataDir();
-    std::error_code error;  // a program that was copied alone has no list, which is nothing wrong
-    if (std::filesystem::exists(dir + "/ErrorList.txt", error)) LoadList(dir);
-  }
-  std::string text = std::to_string(status) + " " + NameOf(status);
-  ErrorHandler* handler = expression_.GetErrorHandler();
-  if (handler == nullptr) return text;
-  ErrorElement* entry = handler->GetErrorElement(static_cast<unsigned short>(status), kCategory);
-  return entry == nullptr ? text : text + ": " + entry->GetErrorMessage();
-}
-
-void Complain(const std::string& message) {
+std::ostream& ErrorStream() {
   std::cout.flush();
   ShowProgress("");
-  std::cerr << "zrteval: " << Shown(message) << '\n';
+  return std::cerr;
+}
+
+void Complain(const std::string& message) { ErrorStream() << "zrteval: " + Shown(message) + '\n'; }
+
+void Complain(const Failure& failure) {
+  if (!failure.where) return Complain(failure.message);
+  PrintDiagnostic(ErrorStream(), *failure.where, failure.message, ErrorStyle().is_colored,
+                  Tone::kFailure);
 }
 
 void ShowProgress(const std::string& step) {
-  if (isatty(STDERR_FILENO) == 0) return;
+  static bool is_shown = false;
+  if (!IsErrorTerminal() || (step.empty() && !is_shown)) return;
   std::cerr << "\r\033[K" << step << (step.empty() ? "" : " ...") << std::flush;
+  is_shown = !step.empty();
 }

@@ -11,11 +11,11 @@
 #include <string_view>
 
 #include "files.h"
-#include "json_text.h"
 
 namespace {
 
 using nlohmann::json;
+
 // A value's place, as a chain from the value to the root. It copies no name, since a name may be
 // long and have many elements. So it must not outlive the place that it was made from, nor the
 // values.
@@ -48,13 +48,8 @@ class Place {
   std::size_t index_ = 0;  // where there is no key
 };
 
-struct Refusal {
-  JsonPath path;
-  std::string reason;
-};
-
 [[noreturn]] void Refuse(const Place& place, const std::string& reason) {
-  throw Refusal{place.Path(), reason};
+  throw JsonRefusal{place.Path(), reason};
 }
 
 // The entry of an object; null, the reference, if it has none of that name.
@@ -177,12 +172,10 @@ void ReadField(const json& value, const Place& place, QLMDataField* field) {
   for (std::size_t i = 0; i < value.size(); ++i) ReadRow(value[i], place / i, field);
 }
 
-template <class Set>
-using Sets = std::map<std::string, Set*>;  // by the key of each scope
-
 // Calls `read` with each name, value and place of a section, and the set that the name belongs to.
 template <class Set, class Read>
-void ReadSection(const json& root, const char* section, const Sets<Set>& sets, Read read) {
+void ReadSection(const json& root, const char* section, const std::map<std::string, Set>& sets,
+                 Read read) {
   const json* scopes = Find(root, section);
   if (scopes == nullptr) return;
   const Place top;
@@ -195,52 +188,30 @@ void ReadSection(const json& root, const char* section, const Sets<Set>& sets, R
     for (const auto& [name, value] : names.items()) {
       if (name.empty()) Refuse(place / scope, "a name is empty");
       if (name.find('\0') != std::string::npos) Refuse(place / scope, "a name holds a NUL");
-      read(name.c_str(), value, place / scope / name, set->second);
+      read(name, value, place / scope / name, set->second);
     }
   }
 }
 
 }  // namespace
 
-void Scope::Load(const std::string& path) {
-  const Sets<ZRTTokenTree> trees = {
-      {"local",  &local_tokens_ },
-      {"global", &global_tokens_},
+void ReadScope(const json& value, Scope* scope) {
+  static const std::map<std::string, Scope::TokenSet> token_sets = {
+      {"local",  Scope::kLocalTokens },
+      {"global", Scope::kGlobalTokens},
   };
-  const Sets<QLMPlusData> data_sets = {
-      {"external", &external_data_},
-      {"local",    &local_data_   },
-      {"global",   &global_data_  },
+  static const std::map<std::string, Scope::DataSet> data_sets = {
+      {"external", Scope::kExternalData},
+      {"local",    Scope::kLocalData   },
+      {"global",   Scope::kGlobalData  },
   };
-  const auto read_token = [](const char* name, const json& value, const Place& place,
-                             ZRTTokenTree* tree) { tree->Add(ReadToken(name, value, place)); };
-  const auto read_field = [this](const char* name, const json& value, const Place& place,
-                                 QLMPlusData* data) {
-    fields_.push_back(data->AddField(name));
-    ReadField(value, place, fields_.back());
-  };
-  JsonText text(ReadText(path, kScopeFile));
-  try {
-    const json root = text.Parse();
-    CheckObject(root, Place(), {"tokens", "data"});
-    ReadSection(root, "tokens", trees, read_token);
-    ReadSection(root, "data", data_sets, read_field);
-  } catch (const JsonError& error) {
-    throw Failure{kScopeFile, ShownName(path) + ": " + error.what()};
-  } catch (const Refusal& refusal) {
-    throw Failure{kScopeFile,
-                  ShownName(path) + ": " + text.Complaint(refusal.path, refusal.reason)};
-  }
-}
-
-void Scope::Attach(ZRTExpression* expression) {
-  expression->SetLocalTokenTree(&local_tokens_);
-  expression->SetGlobalTokenTree(&global_tokens_);
-  expression->SetExternalZRTData(&external_data_);
-  expression->SetLocalZRTData(&local_data_);
-  expression->SetGlobalZRTData(&global_data_);
-}
-
-void Scope::ResetRows() {
-  for (QLMDataField* field : fields_) field->ResetRowPointer();
+  CheckObject(value, Place(), {"tokens", "data"});
+  ReadSection(
+      value, "tokens", token_sets,
+      [scope](const std::string& name, const json& token, const Place& place, Scope::TokenSet set) {
+        scope->Add(set, ReadToken(name.c_str(), token, place));
+      });
+  ReadSection(value, "data", data_sets,
+              [scope](const std::string& name, const json& field, const Place& place,
+                      Scope::DataSet set) { ReadField(field, place, scope->AddField(set, name)); });
 }

@@ -1,29 +1,29 @@
-// The names and values of an evaluation, read from a JSON file (docs/scope-file.md). Knows nothing
-// of expressions.
+// Names and values from JSON (docs/scope-file.md) and from the command line, into a Scope. Knows
+// nothing of expressions.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
-#include "ZRTExpression.h"
+#include "json_text.h"
+#include "scope.h"
 
-/// Owns the tokens and data fields that an evaluator refers to: it must outlive its use there.
-class Scope {
- public:
-  /// Adds what `path` holds. Throws Failure with kScopeFile.
-  void Load(const std::string& path);
-
-  /// Sets all five scopes of `expression`.
-  void Attach(ZRTExpression* expression);
-
-  /// Puts each field back to its first row.
-  void ResetRows();
-
- private:
-  ZRTTokenTree local_tokens_;
-  ZRTTokenTree global_tokens_;
-  QLMPlusData external_data_;
-  QLMPlusData local_data_;
-  QLMPlusData global_data_;
-  std::vector<QLMDataField*> fields_;  // those of all three sets
+/// Where the names of an evaluation come from. Those of the command line hide those of the file.
+struct ScopeRequest {
+  std::string path;                 // a scope file, "-" for standard input; empty for none
+  std::vector<std::string> tokens;  // "size=8", "order=[1,2,3]"
+  std::vector<std::string> fields;  // "id=0x0ABC/12", "fuses=0x11,0x22"; a name again: more rows
 };
+
+/// Adds all that is asked for. Throws Failure, with kScopeFile or, of the command line, kUsage.
+void LoadScope(const ScopeRequest& request, Scope* scope);
+
+/// Why a value cannot be used, and the way to it.
+struct JsonRefusal {
+  JsonPath path;
+  std::string reason;
+};
+
+/// Adds what a value holds that has the form of a scope file. Throws JsonRefusal.
+void ReadScope(const nlohmann::json& value, Scope* scope);

@@ -1,9 +1,13 @@
 // Takes text apart into characters, strictly: what is no UTF-8 is single bytes.
 #include "shown_text.h"
 
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale() is the system's
+#include <wchar.h>   // NOLINT(modernize-deprecated-headers): and so is wcwidth()
+
 #include <algorithm>
 #include <array>
 #include <span>
+#include <utility>
 
 namespace {
 
@@ -69,6 +73,11 @@ Character FirstOf(std::string_view text) {
                                                                 : Character{code, size, true};
 }
 
+bool IsEscaped(const Character& character, bool shows_unseen) {
+  return !character.is_valid || IsIn(kActing, character.code) ||
+         (shows_unseen && IsIn(kUnseen, character.code));
+}
+
 std::string Escape(const Character& character) {
   constexpr char kDigits[] = "0123456789ABCDEF";
   if (character.code == '\n') return "\\n";
@@ -81,13 +90,23 @@ std::string Escape(const Character& character) {
   return text;
 }
 
+// Columns of a character that is shown as it is. The program's own locale has no say.
+std::size_t ColumnsOf(const Character& character) {
+  if (!character.is_valid || character.code < 0x80) return 1;
+  static const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  if (utf8 == nullptr) return 1;
+  const locale_t before = uselocale(utf8);
+  const int columns = wcwidth(static_cast<wchar_t>(character.code));
+  uselocale(before);
+  return columns < 0 ? 1 : static_cast<std::size_t>(columns);
+}
+
 std::string ShownPart(std::string_view text, std::size_t most, bool shows_unseen) {
   std::string shown;
   std::size_t count = 0;
   while (!text.empty()) {
     const Character character = FirstOf(text);
-    const bool is_escaped = !character.is_valid || IsIn(kActing, character.code) ||
-                            (shows_unseen && IsIn(kUnseen, character.code));
+    const bool is_escaped = IsEscaped(character, shows_unseen);
     const std::string piece =
         is_escaped ? Escape(character) : std::string(text.substr(0, character.size));
     count += is_escaped ? piece.size() : 1;
@@ -107,12 +126,26 @@ std::string Quoted(std::string_view text) {
   return '"' + ShownPart(text, kMostCharacters, true) + '"';
 }
 
-std::string LineAndColumn(std::string_view text, std::size_t offset) {
+ShownCharacter FirstShown(std::string_view text, bool shows_unseen) {
+  const Character character = FirstOf(text);
+  if (!IsEscaped(character, shows_unseen)) {
+    return {std::string(text.substr(0, character.size)), character.size, ColumnsOf(character)};
+  }
+  std::string shown = Escape(character);
+  const std::size_t columns = shown.size();
+  return {std::move(shown), character.size, columns};
+}
+
+TextPosition PositionOf(std::string_view text, std::size_t offset) {
+  constexpr std::size_t kTab = 8;
   const std::string_view before = text.substr(0, offset);
   const auto line = 1 + std::count(before.begin(), before.end(), '\n');
-  const std::string_view start = before.substr(before.rfind('\n') + 1);  // npos + 1 is 0
-  const auto column = 1 + std::count_if(start.begin(), start.end(), [](char c) {
-                        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80;
-                      });
-  return "line " + std::to_string(line) + ", column " + std::to_string(column);
+  std::string_view start = before.substr(before.rfind('\n') + 1);  // npos + 1 is 0
+  std::size_t columns = 0;
+  while (!start.empty()) {
+    const Character character = FirstOf(start);
+    columns += character.code == '\t' ? kTab - columns % kTab : ColumnsOf(character);
+    start.remove_prefix(character.size);
+  }
+  return {static_cast<std::size_t>(line), columns + 1};
 }

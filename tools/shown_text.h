@@ -2,6 +2,7 @@
 // to a terminal. Knows nothing of what the text means.
 #pragma once
 
+#include <cstddef>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -17,5 +18,20 @@ std::string Shown(std::string_view text,
 /// or pass for a blank are escaped too, since they may be what is wrong with the text.
 std::string Quoted(std::string_view text);
 
-/// "line 3, column 5" of the character at `offset` in bytes. Columns count characters.
-std::string LineAndColumn(std::string_view text, std::size_t offset);
+/// A character as it is shown, and the room that it takes.
+struct ShownCharacter {
+  std::string shown;
+  std::size_t size;     // bytes of the character
+  std::size_t columns;  // of what is shown: 2 for wide characters, 0 for marks on others
+};
+
+/// The first character of a text that is not empty, as Shown() shows it, or as Quoted() does.
+ShownCharacter FirstShown(std::string_view text, bool shows_unseen);
+
+/// Where the character at `offset`, in bytes, stands in an editor, counted from 1. A tab goes on to
+/// the next column behind a multiple of 8.
+struct TextPosition {
+  std::size_t line;
+  std::size_t column;
+};
+TextPosition PositionOf(std::string_view text, std::size_t offset);

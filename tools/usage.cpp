@@ -2,43 +2,21 @@
 #include "usage.h"
 
 #include <algorithm>
-#include <numeric>
+#include <sstream>
 #include <string_view>
 #include <utility>
 
 #include "files.h"
+#include "nearest_name.h"
 #include "shown_text.h"
 
 namespace {
 
 constexpr std::size_t kMostCharacters = 60;  // of a word that is shown
 
-// The least count of insertions, deletions and replacements that turn one word into the other.
-std::size_t Distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t k = 0; k < b.size(); ++k) {
-      const std::size_t replaced = diagonal + (a[i] == b[k] ? 0 : 1);
-      diagonal = row[k + 1];
-      row[k + 1] = std::min({replaced, row[k] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
-}
-
 // ", is NAME meant?" of the name that `word` is close to, if there is one.
 std::string Guess(std::string_view word, const std::vector<std::string>& names) {
-  std::size_t least = 3;
-  std::string nearest;
-  for (const std::string& name : names) {
-    const bool continues = name.size() > 2 && (word.starts_with(name) || name.starts_with(word));
-    const std::size_t distance = continues ? 0 : Distance(word.substr(0, 2 * name.size()), name);
-    if (distance >= least || distance * 2 >= name.size()) continue;  // short words are all close
-    least = distance;
-    nearest = name;
-  }
+  const std::string nearest = NearestName(word, names);
   return nearest.empty() ? "" : ", is " + nearest + " meant?";
 }
 
@@ -49,19 +27,24 @@ std::string FullName(const CLI::App& command) {
 
 }  // namespace
 
-HelpLayout::HelpLayout(const std::vector<std::string>& forms) {
-  for (const std::string& form : forms) {
-    usage_ += (usage_.empty() ? "Usage: zrteval " : "       zrteval ") + form + "\n";
-  }
-  column_width(26);
-}
+HelpLayout::HelpLayout(CommandHelp help) : help_(std::move(help)) { column_width(26); }
 
 std::string HelpLayout::make_help(const CLI::App* app, std::string /*name*/,
                                   CLI::AppFormatMode mode) const {
+  std::string top = "Examples:\n";
+  for (const std::string& example : help_.examples) top += "  " + example + "\n";
+  for (std::size_t i = 0; i < help_.forms.size(); ++i) {
+    top += (i == 0 ? "\nUsage: zrteval " : "       zrteval ") + help_.forms[i] + "\n";
+  }
+  std::ostringstream arguments;
+  if (!help_.arguments.empty()) arguments << "\nArguments:\n";
+  for (const auto& [name, meaning] : help_.arguments) {
+    CLI::detail::format_help(arguments, "  " + name, meaning, get_column_width());
+  }
   std::string options = make_positionals(app) + make_groups(app, mode);
   options.resize(options.find_last_not_of('\n') + 1);
-  return usage_ + "\n" + make_description(app) + options + "\n" + make_subcommands(app, mode) +
-         "\n" + make_footer(app);
+  return top + "\n" + make_description(app) + arguments.str() + options + "\n" +
+         make_subcommands(app, mode) + "\n" + make_footer(app);
 }
 
 void RefuseUsage(const CLI::App& command, const std::string& message) {
@@ -81,6 +64,7 @@ void RefuseUsage(const CLI::App& command, const CLI::ParseError& error) {
 void CheckOptions(const CLI::App& command) {
   for (const CLI::Option* option : command.get_options()) {
     if (option->get_expected_max() == 0 || option->count() == 0) continue;
+    if (option->get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll) continue;
     const std::string name = option->get_name();
     if (option->count() > 1) RefuseUsage(command, name + " is given twice");
     if (option->results().front().empty()) RefuseUsage(command, name + " is given an empty value");

@@ -1,22 +1,33 @@
 // Wrong usage and help in words for a person: what the argument parser says is put in plain
-// English, and its help is laid out with the usage on top. Knows no command by name.
+// English, and its help is laid out with examples on top. Knows no command by name.
 #pragma once
 
 #include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
-/// Help of one command: usage, description, options, and the footer with examples.
+/// How a help page begins, and what it tells besides the options.
+struct CommandHelp {
+  struct Argument {
+    std::string name;
+    std::string meaning;
+  };
+
+  std::vector<std::string> examples;  // whole commands
+  std::vector<std::string> forms;     // what may stand behind the program's name
+  std::vector<Argument> arguments;    // those that the parser does not know
+};
+
+/// Help of one command: examples, usage, description, arguments, options, and the footer.
 class HelpLayout : public CLI::Formatter {
  public:
-  /// `forms` are what may stand behind the program's name, a line each.
-  explicit HelpLayout(const std::vector<std::string>& forms);
+  explicit HelpLayout(CommandHelp help);
 
   std::string make_help(const CLI::App* app, std::string name,
                         CLI::AppFormatMode mode) const override;
 
  private:
-  std::string usage_;
+  CommandHelp help_;
 };
 
 /// Throws the Failure of a wrong command line. The message ends with where `command` is explained.

@@ -15,11 +15,12 @@ bool IsLoaded(Scope& scope, const std::string& text) try {
   std::istringstream file(text);
   std::cin.rdbuf(file.rdbuf());
   std::cin.clear();
-  scope.Load("-");
+  LoadScope({"-", {}, {}}, &scope);
   return true;
 } catch (const Failure& failure) {
   const std::string& message = failure.message;
-  Require(failure.exit_code == kScopeFile && message.starts_with("standard input: "), message);
+  Require(failure.exit_code == kScopeFile && failure.where, message);
+  Require(failure.where->where.starts_with("standard input:"), failure.where->where);
   Require(message.find('\n') == std::string::npos && message.size() < 1000, message);
   return false;
 }

@@ -45,6 +45,7 @@ is_exempt() {
     './run '[^a-z]*) ;;               # shows a choice of the language: nothing to compare with
     ./test* | ./check* | .ci/run*) ;; # would run this test
     ./bench* | ./fuzz* | ./matrix*) ;; # take minutes, and tell times
+    'parallel '*) ;;                  # parallel_test.sh does it where there is one
     'cmake '*) ;;                     # consumer_test.sh builds, installs and takes in
     *) return 1 ;;
   esac
@@ -147,8 +148,9 @@ outcomes() {
       sed -E 's/^0x(.*) /\1\//' > values ;;
     *) "$zrteval" "${1#zrt-}" --batch --scope scope.jsonc < texts > values 2> errors ;;
   esac
-  awk 'FILENAME == "errors" { sub(/^.*line /, ""); number = $0 + 0
-         sub(/^.*": -5/, "-5"); sub(/: .*/, ""); failed[number] = $0; next }
+  awk 'FILENAME == "errors" && !/^standard input:[0-9:]+ Err[A-Za-z]+ \(-[0-9]+\): / { next }
+       FILENAME == "errors" { split($0, parts, /[:() ]+/)
+         failed[parts[3]] = parts[6] " " parts[5]; next }
        FILENAME == "values" { values[++count] = $0; next }
        FNR in failed { print failed[FNR]; next }
        { print values[++used] }' errors values texts

@@ -48,58 +48,43 @@ check 0 $'0x0F1E2D\n0x0F1E2D' '' bits --fresh --scope "$scope" fuses fuses
 
 # ---- Texts that a command line or a line of input could damage ------------------------------------
 
-check 1 $'7' '"-5": -511 ErrUnknownOperand: ' int 7 -- -5
-check 1 '' '"[1]": -515 ErrMissingArrayName: ' int '[1]'
-check 1 '' '"": -511 ' int ''
-check 1 '' '"bits": -511 ' int bits
-check 1 '' '"--": -511 ' int -- --
-input='1+1\r\n 2\n\n3\n1\0002\n4' check 1 $'2\n3\n4' $'line 2: " 2": -511' int --batch
-input="1\n\0$(printf 'x%.0s' {1..1000})\n2" check 1 $'1\n2' 'line 2: the text holds a NUL' int --batch
+check 1 $'7' '"-5":1:1: ErrUnknownOperand (-511): ' int 7 -- -5
+check 1 '' '"[1]":1:1: ErrMissingArrayName (-515): ' int '[1]'
+check 1 '' '"":1:1: ErrUnknownOperand' int ''
+check 1 '' '"bits":1:1: ErrUnknownOperand' int bits
+check 1 '' '"--":1:' int -- --
+input='1+1\r\n 2\n\n3\n1\0002\n4' check 1 $'2\n3\n4' $'standard input:2:1: ErrUnknownOperand' int --batch
+input="1\n\0$(printf 'x%.0s' {1..1000})\n2" check 1 $'1\n2' 'standard input:2:1: the text holds a NUL' int --batch
 timeout 20 "$zrteval" int --batch < /dev/zero 2> err
-[[ $? == 4 && $(< err) == *'holds a NUL'*'line 1: the line does not end within 16777216 bytes more' ]] ||
+[[ $? == 4 && $(< err) == *'holds a NUL'*'the line does not end within 16777216 bytes more' ]] ||
   fail "a line of NULs: $(< err)"
-input='7\r' check 1 '' 'line 1: ' int --batch
+input='7\r' check 1 '' 'standard input:1:1: ' int --batch
 check 0 '' '' int --batch
 input='fuses\nfuses' check 0 $'0x0F1E2D\n0x3C4B5A' '' bits --batch --scope "$scope"
 input='fuses\nfuses' check 0 $'0x0F1E2D\n0x0F1E2D' '' bits --batch --fresh --scope "$scope"
 
 # ---- Messages ------------------------------------------------------------------------------------
 
-# Each status has its sentence, which comes from the list in the data directory.
+# Each status has its sentence, which comes from the list in a data directory that is named.
 mkdir list
 printf '%s\n' '-511 8 1 Never heard of it.' > list/ErrorList.txt
-check 1 '' 'zrteval: "x": -511 ErrUnknownOperand: Never heard of it.' int --data-dir list x
-check 1 '' 'zrteval: "1(": -508 ErrUnbalancedParenthesis' int --data-dir list '1('
-check 1 '' $'/ErrorList.txt: the file cannot be opened (failures are told without a sentence)\nzrteval: "x": -511' \
+check 1 '' '"x":1:1: ErrUnknownOperand (-511): Never heard of it.' int --data-dir list x
+check 1 '' '"1(":1:2: ErrUnbalancedParenthesis (-508): the' int --data-dir list '1('
+check 1 '' $'/ErrorList.txt: the file cannot be opened (its sentences are not used)\n"x":1:1: Err' \
   int --data-dir / x
-# A list that is named is read at the start; the program's own, if it is broken, when it is needed.
 check 0 '1' 'nowhere/ErrorList.txt: the directory cannot be entered (' int --data-dir nowhere 1
 printf '%s\n' '-511 8 1 Right.' '-511 8' > list/ErrorList.txt
 check 0 '1' 'list/ErrorList.txt: line 2: the field is no number' int --data-dir list 1
-share="share/zrtexpression"
-mkdir -p copy/bin "copy/$share"
-cp "$zrteval" copy/bin
-for text in '-511 8 1 Mine.' '-511 1'; do
-  printf '%s\n' "$text" > "copy/$share/ErrorList.txt"
-  [[ $(copy/bin/zrteval int 1 2>&1) == 1 ]] || fail 'the own list is read unasked'
-  copy/bin/zrteval int x > out 2>> err-own
-done
-cat > expected << 'END'
-zrteval: "x": -511 ErrUnknownOperand: Mine.
-zrteval: ErrorList.txt: line 1: the field is no number of 0 to 65535 (failures are told without a sentence)
-zrteval: "x": -511 ErrUnknownOperand
-END
-sed -E 's|/.*/(ErrorList)|\1|' err-own | diff expected - >&2 || fail 'the list of the program itself'
 
 # What messages quote is cut between characters, and acts on no terminal.
 long="$(printf 'ä%.0s' {1..60})"
-check 1 '' "\"$long\": -511" int "$long"
-check 1 '' "\"$long...\": -511" int "${long}ä"
-check 1 '' '"\x1B[31m\n\r\t\x7F\u0085\u2028\u202E\U000E0041": -512' \
+check 1 '' "\"$long\":1:1: " int "$long"
+check 1 '' "\"$long...\":1:1: " int "${long}ä"
+check 1 '' '"\x1B[31m\n\r\t\x7F\u0085\u2028\u202E\U000E0041":1:2: ErrMissingCloseBracket' \
   int $'\e[31m\n\r\t\x7f\xc2\x85\xe2\x80\xa8\xe2\x80\xae\xf3\xa0\x81\x81'
-check 1 '' '"\xFF\xC3+\xC0\xAF\xED\xA0\x80\xF0\x9F": -511' int $'\xff\xc3+\xc0\xaf\xed\xa0\x80\xf0\x9f'
-check 1 '' '"1+\u00A02\u200B\uFEFF": -511' int $'1+\xc2\xa02\xe2\x80\x8b\xef\xbb\xbf'
-check 1 '' '"日本😀\n": -511' int '日本😀\n'
+check 1 '' '"\xFF\xC3+\xC0\xAF\xED\xA0\x80\xF0\x9F":1:1: ' int $'\xff\xc3+\xc0\xaf\xed\xa0\x80\xf0\x9f'
+check 1 '' '"1+\u00A02\u200B\uFEFF":1:3: ' int $'1+\xc2\xa02\xe2\x80\x8b\xef\xbb\xbf'
+check 1 '' '"日本😀\n":1:1: ' int '日本😀\n'
 check 4 '' 'zrteval: no\n\x9B31m: No such file' decode $'no\n\x9b31m'
 check 2 '' 'no such command: \x1B[31m' $'\e[31m'
 
@@ -118,9 +103,9 @@ check 2 '' 'no such option: --scope; the options of a command stand behind it' -
 check 2 '' 'no such option: --bach, is --batch meant? (zrteval int --help' int --bach
 check 2 '' 'no such option: -5; a text that begins with - stands behind --' int -5
 check 2 '' 'no such option: -x; a FILE that begins' decode -x
-check 2 '' 'give either texts or --batch (zrteval int --help' int
-check 2 '' 'either texts or --batch' int --batch 1
-check 2 '' '--batch and --scope - cannot both' int --batch --scope -
+check 0 '' '' int
+check 2 '' 'give texts, -f or --batch' int --batch 1
+check 2 '' 'texts and --scope - cannot both' int --batch --scope -
 check 2 '' '--batch takes no value' int --batch=no 1
 check 2 '' '--scope is given twice' int --scope a --scope b 1
 check 2 '' '--scope wants a FILE behind it' int 1 --scope
@@ -137,15 +122,35 @@ for option in '--scope|int|1' '--data-dir|float|1' '--format|bits|1' '--output|e
 done
 check 2 '' 'FILE is given an empty value' encode ''
 check 2 '' 'FILE is given an empty value' decode -- ''
-for command in '' int float bits encode decode; do
+for command in '' int float bits batch encode decode; do
   # shellcheck disable=SC2086
   "$zrteval" $command --help > out || fail "$command --help ends with $?"
-  [[ $(head -n 1 out) == "Usage: zrteval ${command:-COMMAND} "* ]] || fail "usage: $(head -n 1 out)"
+  [[ $(head -n 1 out) == 'Examples:' ]] || fail "$command --help begins with $(head -n 1 out)"
+  grep -q "^Usage: zrteval ${command:-COMMAND} " out || fail "no usage: $command --help"
   grep -q '^  4  input or output' out || fail "no exit statuses: $command --help"
   # shellcheck disable=SC2086
   "$zrteval" $command --version | grep -Eq '^zrteval [0-9.]+$' || fail "$command: no version"
 done
-"$zrteval" int --help | head -n 2 | grep -q -- 'TEXT\.\.\.$' || fail 'the usage names no TEXT...'
+# Each example of the help works as it stands.
+cp "$scope" names.json
+printf '1+1\nrows\n' > texts.txt
+printf '{"kind":"int","text":"1+1"}\n' > tasks.jsonl
+head -c 100 /dev/zero > image.bin
+commands="$("$zrteval" --help | awk '/^Commands:/ { on = 1; next } /^$/ { on = 0 } on && /^  [a-z]/ { print $1 }')"
+[[ $commands == *batch*decode ]] || fail "the commands are $commands"
+for command in '' $commands; do
+  # shellcheck disable=SC2086
+  "$zrteval" $command --help | awk '/^$/ { exit } /^  zrteval / { print }'
+done > examples
+while IFS= read -r example; do
+  PATH="$(dirname "$zrteval"):$PATH" bash -c "$example" > out 2> err < /dev/null
+  # The status 1 is that of check, which has something to say.
+  got=$?
+  [[ $got == 0 && ! -s err || $got == 1 && $example == *' check '* ]] ||
+    fail "$example ends with $got" "$(cat err)"
+done < examples
+(($(wc -l < examples) >= 15)) || fail "$(wc -l < examples) examples"
+"$zrteval" int --help | grep -q '^Usage: .* TEXT\.\.\.$' || fail 'the usage names no TEXT...'
 check 4 '' 'no-such-file: No such file' decode no-such-file
 check 4 '' 'no-such-dir/f: No such file' encode /dev/null -o no-such-dir/f
 "$zrteval" int --batch < . 2> err
@@ -163,7 +168,7 @@ fi
 # refuse COLUMN TEXT COMPLAINT, all in the first line
 refuse() {
   printf '%b' "$2" > scope.json
-  check 3 '' "scope.json: line 1, column $1: $3" int --scope scope.json 1
+  check 3 '' "scope.json:1:$1: $3" int --scope scope.json 1
 }
 check 3 '' 'nowhere.json: No such file' int --scope nowhere.json 1
 refuse 1 '' 'syntax error'
@@ -203,19 +208,19 @@ refuse 52 '{"data": {"local": {"f": {"bytes": "0x12", "bits": 8}}}}' '/data/loca
 refuse 3 '{}\0 garbage' 'this is no text, it holds a NUL'
 refuse 13 '{/* comment \0*/}' 'this is no text, it holds a NUL'
 refuse 3 '{}\x1b' 'this is no text, it holds the character \x1B'
-check 3 '' '/dev/zero: line 1, column 1: this is no text' int --scope /dev/zero 1
+check 3 '' '/dev/zero:1:1: this is no text' int --scope /dev/zero 1
 
-# Line and column, counted in characters, whatever stands in between.
+# Line and column, as a terminal counts them, whatever stands in between.
 while IFS='|' read -r place reason text; do
   printf '%b' "$text" > scope.json
-  check 3 '' "scope.json: $place: $reason" int --scope scope.json 1
+  check 3 '' "scope.json:$place: $reason" int --scope scope.json 1
 done << 'END'
-line 3, column 2|/tokens/local/a: a number|{"tokens":\n{"local": {"a":\n true}}}
-line 1, column 34|/tokens/local/ä\x1B: a number|\xef\xbb\xbf{"tokens": {"local": {"ä\\u001b": null}}}
-line 5, column 5|/tokens/local/b/2: an integer|{"tokens": {"local": {"a": [1, 2, 3],\r\n"b":[1/* , */\r\n,2// "\r\n,\r\n    "x"]}}}
-line 2, column 1|/tokens/local/b: the name is there|{"tokens": {"local": {"b": [{"b": 1}, 5],\n"b": 1}}}
-line 2, column 3|this is no text, it holds a NUL|{\n \t\0}
-line 3, column 1|syntax error|{\n\n]
+3:2|/tokens/local/a: a number|{"tokens":\n{"local": {"a":\n true}}}
+1:34|/tokens/local/ä\x1B: a number|\xef\xbb\xbf{"tokens": {"local": {"ä\\u001b": null}}}
+5:5|/tokens/local/b/2: an integer|{"tokens": {"local": {"a": [1, 2, 3],\r\n"b":[1/* , */\r\n,2// "\r\n,\r\n    "x"]}}}
+2:1|/tokens/local/b: the name is there|{"tokens": {"local": {"b": [{"b": 1}, 5],\n"b": 1}}}
+2:9|this is no text, it holds a NUL|{\n \t\0}
+3:1|syntax error|{\n\n]
 END
 
 # The time goes with the size of the file, whatever its shape, and messages stay short.
@@ -229,18 +234,18 @@ while IFS='|' read -r reason content; do
   check 3 '' "$reason" int --scope scope.json 1
   (($(wc -c < err) < 600)) || fail "a message of $(wc -c < err) bytes: $reason"
 done << END
-column 1000027: /tokens/local/nnnn|"$name": true
-column 1000027: /tokens/local/nnnn|"$name": 1e99
-column 27: /tokens/local/a: 9999|"a":$(repeat 1000000 9)
-column 1000027: /tokens/local/a/0/0/0/0|"a":$(repeat 1000000 '[')9e99
-column 1000031: syntax error|"a":"$(repeat 1000000 x)
+scope.json:1:1000027: /tokens/local/nnnn|"$name": true
+scope.json:1:1000027: /tokens/local/nnnn|"$name": 1e99
+scope.json:1:27: /tokens/local/a: 9999|"a":$(repeat 1000000 9)
+scope.json:1:1000027: /tokens/local/a/0/0/0/0|"a":$(repeat 1000000 '[')9e99
+scope.json:1:1000031: syntax error|"a":"$(repeat 1000000 x)
 END
 
 printf '%s' '{"tokens": {"local": {"a": {"type": 8, "values": [-2147483648]}, /* both */ "f": [1, 2.5]},
   "global": {"a": 9, "g": 7.5}}, "data": {"external": {"r": []}, "global": {"r": "0x12",
   "s": {"bytes": "0xABCD", "width": 0}}}}' > scope.json
 check 0 $'-2147483648\n2\n7' '' int --scope scope.json 'a[0]' 'f[1]' g
-check 1 '0x' '"r": -518 ErrStreamWrite' bits --scope scope.json s r
+check 1 '0x' '"r":1:1: ErrStreamWrite (-518): ' bits --scope scope.json s r
 
 # ---- Encoding and back ---------------------------------------------------------------------------
 
@@ -248,13 +253,13 @@ check 0 '' '' encode /dev/null
 input='UUUUUUUU\001' check 0 '(0x55^8)@0x01' '' encode
 input='\001UUUUUUUU' check 0 '(0x0155@(0x55^7))' '' encode --no-verify -
 input='\000\377' check 0 '0x00FF' '' encode
-input='0x12@@0x34' check 1 '' 'standard input: -506' decode
-check 4 '' '/dev/zero: line 1, column 1: this is no text, it holds a NUL' decode /dev/zero
-input='0x12\n\0' check 4 '' 'standard input: line 2, column 1: this is no text' decode
+input='0x12@@0x34' check 1 '' 'standard input:1:6: ErrMissingOperand (-506): ' decode
+check 4 '' '/dev/zero:1:1: this is no text, it holds a NUL' decode /dev/zero
+input='0x12\n\0' check 4 '' 'standard input:2:1: this is no text' decode
 input='0x12\0001' check 4 '' 'it holds the character \x01' decode
 # A byte order mark is no part of the first text.
 input='\xef\xbb\xbf0x12\r\n' check 0 $'\x12' '' decode
-input='\xef\xbb\xbf1\n\xef\xbb\xbf2' check 1 '1' 'line 2: "\uFEFF2"' int --batch
+input='\xef\xbb\xbf1\n\xef\xbb\xbf2' check 1 '1' '  \uFEFF2' int --batch
 input='' check 0 '' '' decode
 
 round_trip() {

@@ -1,0 +1,216 @@
+// Why an operand is none: a table of rules, the first that knows something speaks. The order
+// counts, the surest reason comes first.
+#include <algorithm>
+
+#include "hint_rules.h"
+#include "nearest_name.h"
+
+namespace {
+
+using Meaning = zrt::OperandEvent::Meaning;
+
+// Puts blanks around each "-" that stands behind an "e", but for those of exponents: 1e-5. Empty if
+// there is none.
+std::string WithBlanks(std::string_view operand) {
+  std::string apart;
+  std::size_t begin = 0;  // of what stands in front of the next "-"
+  for (std::size_t i = 1; i < operand.size(); ++i) {
+    if (operand[i] != '-' || (operand[i - 1] != 'e' && operand[i - 1] != 'E')) continue;
+    const std::string_view before = operand.substr(begin, i - 1 - begin);
+    const bool is_number = !before.empty() && std::all_of(before.begin(), before.end(), IsDigit);
+    if (is_number && i + 1 < operand.size() && IsDigit(operand[i + 1])) continue;
+    apart += std::string(operand.substr(begin, i - begin)) + " - ";
+    begin = i + 1;
+  }
+  if (begin == 0) return "";
+  return std::string(Trimmed(apart + std::string(operand.substr(begin))));
+}
+
+// ---- ErrUnknownOperand: nothing there -----------------------------------------------------------
+
+Said NothingToEvaluate(const Situation& at) {
+  if (!Trimmed(at.text).empty()) return std::nullopt;
+  return Hint{at.place, "there is nothing to evaluate", ""};
+}
+
+Said UnaryBesideUnary(const Situation& at) {
+  if (!at.part.empty() || !IsUnary(at.At()) || !IsUnary(at.Before())) return std::nullopt;
+  return at.Wrapped(at.Through(at.place.offset, at.place.offset + 1),
+                    "a unary operator takes one operand, not another operator", "(");
+}
+
+Said EmptyPiece(const Situation& at) {
+  if (!Trimmed(at.part).empty()) return std::nullopt;
+  if (at.At() == ')' || at.Before() == '(') {
+    return Hint{at.place, "there is nothing between the parentheses", ""};
+  }
+  if (IsOperator(at.Before())) {
+    return Hint{at.place, std::string("an operand is missing behind the \"") + at.Before() + '"',
+                ""};
+  }
+  return Hint{at.place, std::string("an operand is missing in front of the \"") + at.At() + '"',
+              ""};
+}
+
+// ---- ErrUnknownOperand: an operand that is none -------------------------------------------------
+
+Said BlankAtAnEnd(const Situation& at) {
+  const std::string_view trimmed = Trimmed(at.part);
+  if (trimmed.empty() || trimmed.size() == at.part.size()) return std::nullopt;
+  return Hint{at.place, "a blank at the end of a text or group belongs to the operand",
+              std::string(trimmed)};
+}
+
+Said StrayParenthesis(const Situation& at) {
+  const std::size_t found = at.part.find(')');
+  if (found == std::string_view::npos) return std::nullopt;
+  return Hint{
+      {at.place.offset + found, 1},
+      "this \")\" has no \"(\"", ""
+  };
+}
+
+// 1.5e3 is 15e2.
+Said FractionWithExponent(const Situation& at) {
+  const std::size_t point = at.part.find('.');
+  const std::size_t mark = at.part.find_first_of("eE");
+  if (point == std::string_view::npos || mark == std::string_view::npos || mark < point) {
+    return std::nullopt;
+  }
+  const std::string digits(at.part.substr(0, point));
+  const std::string fraction(at.part.substr(point + 1, mark - point - 1));
+  const std::string power(at.part.substr(mark + 1));
+  const auto are_digits = [](std::string_view text) {
+    return std::all_of(text.begin(), text.end(), IsDigit);
+  };
+  const bool is_negative = power.starts_with('-');
+  if (!are_digits(digits + fraction + power.substr(is_negative ? 1 : 0)) || power.size() > 4 ||
+      power.size() <= (is_negative ? 1U : 0U)) {
+    return std::nullopt;
+  }
+  const int exponent = std::stoi(power) - static_cast<int>(fraction.size());
+  return Hint{at.place, "a fraction and an exponent do not go together",
+              digits + fraction + "e" + std::to_string(exponent)};
+}
+
+Said FractionInBits(const Situation& at) {
+  const bool is_number = !at.part.empty() && (IsDigit(at.part[0]) || at.part[0] == '.') &&
+                         at.part.find_first_not_of("0123456789.eE-") == std::string_view::npos;
+  if (at.kind != zrt::ValueKind::kBits || !is_number) return std::nullopt;
+  if (at.part.find_first_of(".eE") == std::string_view::npos) return std::nullopt;
+  return Hint{at.place, "bit vectors take no fractions and no exponents", ""};
+}
+
+Said ExponentSign(const Situation& at) {
+  const std::string apart = WithBlanks(at.part);
+  if (apart.empty()) return std::nullopt;
+  return Hint{at.place, "a \"-\" behind an \"e\" is an exponent's: put blanks around it", apart};
+}
+
+Said LargeX(const Situation& at) {
+  if (!at.part.starts_with("0X")) return std::nullopt;
+  const bool is_bits = at.kind == zrt::ValueKind::kBits;
+  return Hint{at.place, is_bits ? "the \"x\" of 0x is small" : "only bit vectors know hexadecimal",
+              is_bits ? "0x" + std::string(at.part.substr(2)) : DecimalOf(at.part)};
+}
+
+Said WrongDigits(const Situation& at) {
+  if (at.part.starts_with("0x")) {
+    return Hint{at.place, "behind 0x stand digits from 0 to 9 and A to F, one at least", ""};
+  }
+  if (at.part.starts_with("#")) {
+    return Hint{at.place, "behind # stand the digits 0 and 1, one at least", ""};
+  }
+  if (!at.part.starts_with("0b") || at.part.size() < 3) return std::nullopt;
+  const std::string literal = "#" + std::string(at.part.substr(2));
+  return Hint{at.place, "there is no 0b",
+              at.kind == zrt::ValueKind::kBits ? literal : DecimalOf(literal)};
+}
+
+Said FieldAmongNumbers(const Situation& at) {
+  const Reading::Operand* operand = at.reading.LookedUp(at.place.offset);
+  if (operand == nullptr || operand->meaning != Meaning::kField) return std::nullopt;
+  return Hint{at.place, "this is a data field, which bit vectors alone read", ""};
+}
+
+Said Comparison(const Situation& at) {
+  const std::size_t found = at.part.find('=');
+  if (found == std::string_view::npos) return std::nullopt;
+  return Hint{
+      {at.place.offset + found, 1},
+      "nothing compares or assigns here", ""
+  };
+}
+
+Said OddBlank(const Situation& at) {
+  for (const std::string_view blank : {"\t", "\xC2\xA0", "\xE3\x80\x80", "\xE2\x80\x89"}) {
+    const std::size_t found = at.part.find(blank);
+    if (found == std::string_view::npos) continue;
+    return Hint{
+        {at.place.offset + found, blank.size()},
+        "only the space is a blank", " "
+    };
+  }
+  return std::nullopt;
+}
+
+Said MisspeltName(const Situation& at) {
+  const std::string nearest = NearestName(Trimmed(at.part), at.names);
+  if (nearest.empty()) return std::nullopt;
+  return Hint{at.place, "no such name is known, but a similar one", nearest};
+}
+
+Said BlankInside(const Situation& at) {
+  const std::size_t found = at.part.find(' ');
+  if (found == std::string_view::npos) return std::nullopt;
+  return Hint{
+      {at.place.offset + found, 1},
+      "a blank inside belongs to the operand: is an operator missing here?",
+      ""
+  };
+}
+
+Said NumberWithSuffix(const Situation& at) {
+  if (at.part.empty() || !IsDigit(at.part[0])) return std::nullopt;
+  const std::size_t end = at.part.find_first_not_of("0123456789.");
+  return Hint{at.place, "a number has nothing behind its digits",
+              end == std::string_view::npos ? "" : std::string(at.part.substr(0, end))};
+}
+
+Said NoNames(const Situation& at) {
+  if (!at.names.empty()) return std::nullopt;
+  return Hint{at.place, "no names are given: a scope file or -t name=value does that", ""};
+}
+
+constexpr Said (*kRules[])(const Situation&) = {
+    NothingToEvaluate, UnaryBesideUnary,     SignHint,       EmptyPiece,   BlankAtAnEnd,
+    StrayParenthesis,  FractionWithExponent, FractionInBits, ExponentSign, LargeX,
+    WrongDigits,       FieldAmongNumbers,    Comparison,     OddBlank,     MisspeltName,
+    BlankInside,       NumberWithSuffix,     NoNames,
+};
+
+}  // namespace
+
+Said SignHint(const Situation& at) {
+  const bool is_there = at.part.empty() || at.part == "+" || at.part == "-";
+  if (!is_there || (at.At() != '-' && at.At() != '+')) return std::nullopt;
+  if (at.At() == '+')
+    return Hint{
+        {at.place.offset, 1},
+        "numbers have no sign, leave it out", ""
+    };
+  if (at.Before() == '\0' || at.Before() == '(') {
+    return Hint{
+        {at.place.offset, 1},
+        "numbers have no sign", "0-"
+    };
+  }
+  return at.Wrapped(at.Through(at.place.offset, at.place.offset + 1), "numbers have no sign", "(0");
+}
+
+Said UnknownOperandHint(const Situation& at) {
+  for (const auto& rule : kRules) {
+    if (Said said = rule(at)) return said;
+  }
+  return std::nullopt;
+}

@@ -1,0 +1,193 @@
+// One loop for each of the two: a step's words, and its keys.
+#include "steps.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "json_line.h"
+#include "output.h"
+#include "reading_text.h"
+#include "shown_text.h"
+
+namespace {
+
+using Effect = zrt::OperatorEvent::Effect;
+using StepKind = Reading::Step::Kind;
+
+constexpr std::size_t kMostCharacters = 40;  // of an operand
+constexpr std::size_t kRemarkColumn = 34;
+
+struct Words {
+  std::string what;
+  std::string remark;
+};
+
+std::string ShownPart(std::string_view text, zrt::Place place) {
+  return Shown(PartOf(text, place), kMostCharacters);
+}
+
+// A number that is what it looks like is no step to tell.
+Words OperandWords(std::string_view text, const Reading::Operand& operand) {
+  const std::string value = ValueText(operand.value);
+  std::string remark = OriginOf(text, operand);
+  const std::string_view name = PartOf(text, operand.place);
+  if (remark.empty() && (value == name || BytesText(operand.value) == name)) return {};
+  return {ShownPart(text, operand.place) + " = " + value, std::move(remark)};
+}
+
+Words OperationWords(const Reading::Operation& operation) {
+  const std::string left = ValueText(operation.left_value);
+  const std::string result = operation.has_result ? ValueText(operation.result) : "fails";
+  if (operation.effect == Effect::kTrailing) {
+    return {left + ' ' + operation.text, "nothing behind it"};
+  }
+  if (operation.is_unary) return {operation.text + left + " = " + result, ""};
+  const std::string both = left + ' ' + operation.text + ' ' + ValueText(operation.right_value);
+  switch (operation.effect) {
+    case Effect::kReplaces: return {both, "the left side is dropped"};
+    case Effect::kIgnored: return {both, "the right side is dropped"};
+    case Effect::kApplies:
+    case Effect::kTrailing: break;
+  }
+  return {both + " = " + result, ""};
+}
+
+void AddPlace(JsonLine* object, zrt::Place place) {
+  object->AddNumber("at", static_cast<long long>(place.offset))
+      .AddNumber("length", static_cast<long long>(place.length));
+}
+
+void AddPlace(JsonLine* object, std::string_view text, zrt::Place place) {
+  object->AddText("text", PartOf(text, place))
+      .AddNumber("at", static_cast<long long>(place.offset))
+      .AddNumber("length", static_cast<long long>(place.length));
+}
+
+void AddValue(JsonLine* object, const std::string& key, const ReadValue& value) {
+  switch (value.kind) {
+    case zrt::ValueKind::kInteger: object->AddNumber(key, value.integer); return;
+    case zrt::ValueKind::kFloat: {
+      const std::string number = FloatText(value.floating);
+      if (std::isfinite(value.floating)) {
+        object->AddWritten(key, number);
+      } else {
+        object->AddText(key, number);
+      }
+      return;
+    }
+    case zrt::ValueKind::kBits: break;
+  }
+  const JsonLine bits =
+      JsonLine().AddText("hex", BytesText(value)).AddNumber("bits", value.bit_length);
+  object->AddWritten(key, bits.text());
+}
+
+void AddOperand(JsonLine* object, std::string_view text, const Reading::Operand& operand) {
+  AddPlace(object, text, operand.place);
+  object->AddText("is", MeaningName(operand.meaning));
+  if (*ScopeName(operand.scope) != '\0') object->AddText("scope", ScopeName(operand.scope));
+  if (operand.row > 0) object->AddNumber("row", operand.row).AddNumber("rows", operand.row_count);
+  AddValue(object, "value", operand.value);
+}
+
+void AddOperation(JsonLine* object, std::string_view text, const Reading::Operation& operation) {
+  AddPlace(object, text, operation.place);
+  AddValue(object, "left", operation.left_value);
+  const bool has_right = !operation.is_unary && operation.effect != Effect::kTrailing;
+  if (has_right) AddValue(object, "right", operation.right_value);
+  if (operation.effect == Effect::kApplies && operation.has_result) {
+    AddValue(object, "value", operation.result);
+  }
+}
+
+const char* NameOf(const Reading::Operation& operation) {
+  switch (operation.effect) {
+    case Effect::kApplies: break;
+    case Effect::kIgnored: return "drop right";
+    case Effect::kReplaces: return "drop left";
+    case Effect::kTrailing: return "drop operator";
+  }
+  return operation.has_result ? "apply" : "fail";
+}
+
+const char* NameOf(zrt::CutEvent::By by) {
+  switch (by) {
+    case zrt::CutEvent::By::kGroup: return "group";
+    case zrt::CutEvent::By::kUnary: return "unary";
+    case zrt::CutEvent::By::kChain: return "chain";
+  }
+  return "";
+}
+
+std::string StepObject(std::string_view text, const Reading& reading, const Reading::Step& step) {
+  JsonLine object;
+  switch (step.kind) {
+    case StepKind::kCut: {
+      const Reading::Cut& cut = reading.cuts()[step.at];
+      // Without their texts: those of all pieces are the square of a deep text.
+      AddPlace(&object.AddText("step", "cut").AddText("by", NameOf(cut.by)), cut.piece);
+      JsonLine middle;
+      AddPlace(&middle, cut.middle);
+      object.AddWritten("middle", middle.text());
+      break;
+    }
+    case StepKind::kOperand:
+      AddOperand(&object.AddText("step", "read"), text, reading.operands()[step.at]);
+      break;
+    case StepKind::kOperation: {
+      const Reading::Operation& operation = reading.operations()[step.at];
+      AddOperation(&object.AddText("step", NameOf(operation)), text, operation);
+      break;
+    }
+    case StepKind::kUnread:
+      AddPlace(&object.AddText("step", "skip"), text, reading.unread()[step.at]);
+      break;
+    case StepKind::kIndexBegin:
+      AddPlace(&object.AddText("step", "index"), text, reading.indexes()[step.at].place);
+      break;
+    case StepKind::kIndexEnd: {
+      const Reading::Index& index = reading.indexes()[step.at];
+      object.AddText("step", "index end").AddNumber("status", index.status);
+      object.AddNumber("value", index.value);
+      break;
+    }
+  }
+  return object.text();
+}
+
+}  // namespace
+
+std::string StepLines(std::string_view text, const Reading& reading) {
+  std::string lines;
+  std::size_t count = 0;
+  std::size_t depth = 0;
+  for (const Reading::Step& step : reading.steps()) {
+    Words words;
+    if (step.kind == StepKind::kIndexBegin) ++depth;
+    if (step.kind == StepKind::kIndexEnd) --depth;
+    if (step.kind == StepKind::kOperand) words = OperandWords(text, reading.operands()[step.at]);
+    if (step.kind == StepKind::kOperation) words = OperationWords(reading.operations()[step.at]);
+    if (step.kind == StepKind::kUnread) {
+      words = {ShownPart(text, reading.unread()[step.at]), "nothing reads this"};
+    }
+    if (words.what.empty()) continue;
+    const std::string number = std::to_string(++count);
+    std::string line = std::string(number.size() < 3 ? 3 - number.size() : 0, ' ') + number + "  " +
+                       std::string(2 * depth, ' ') + words.what;
+    if (!words.remark.empty()) {
+      line.resize(std::max(line.size() + 2, kRemarkColumn), ' ');
+      line += words.remark;
+    }
+    lines += line + '\n';
+  }
+  return lines;
+}
+
+std::string StepArray(std::string_view text, const Reading& reading) {
+  std::string array = "[";
+  for (const Reading::Step& step : reading.steps()) {
+    if (array.size() > 1) array += ',';
+    array += StepObject(text, reading, step);
+  }
+  return array + "]";
+}

@@ -1,0 +1,39 @@
+// Texts are handed on one by one; what is shown of them is the commands' own.
+#include "texts.h"
+
+#include <iostream>
+
+#include "lines.h"
+#include "output.h"
+#include "terminal.h"
+
+TextSession::TextSession(const ReadingRequest& request)
+    : request_(request),
+      explainer_(request.setting.data_dir),
+      evaluator_(&scope_, {request.setting.max_bits, false, false}) {
+  LoadScope(request.setting.scope, &scope_);
+}
+
+ExitCode TextSession::ForEach(
+    const std::function<bool(const std::string& text, const Source& source)>& show) {
+  bool is_good = true;
+  for (const std::string& text : request_.texts) {
+    is_good = show(text, ArgumentSource(text)) && is_good;
+  }
+  if (!request_.input_path.empty()) {
+    LineReader reader(request_.input_path);
+    while (std::cout) {
+      const LineReader::State state = reader.Next();
+      if (state == LineReader::State::kEndOfInput) break;
+      if (state == LineReader::State::kComplete) {
+        is_good = show(reader.line(), reader.source()) && is_good;
+      } else {
+        is_good = false;
+        PrintPlace(ErrorStream(), reader.source(), {reader.line().size(), 0}, Reason(state),
+                   ErrorStyle());
+      }
+    }
+  }
+  FlushStandardOutput();
+  return is_good ? kAllEvaluated : kExpressionFailed;
+}

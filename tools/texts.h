@@ -1,0 +1,32 @@
+// The texts of a command that shows something of each: from the command line, or a line each.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "commands.h"
+#include "diagnostic.h"
+#include "evaluator.h"
+#include "failures.h"
+#include "scope.h"
+
+/// What explain, check and names work with.
+class TextSession {
+ public:
+  /// Throws Failure for a wrong scope file.
+  explicit TextSession(const ReadingRequest& request);
+
+  /// Calls `show` with each text and its source, and ends with its worst answer: whether a text is
+  /// as it should be. A line that cannot be a text is complained of. Throws Failure.
+  ExitCode ForEach(const std::function<bool(const std::string& text, const Source& source)>& show);
+
+  TextEvaluator& evaluator() { return evaluator_; }
+  Explainer& explainer() { return explainer_; }
+  [[nodiscard]] const Scope& scope() const { return scope_; }
+
+ private:
+  const ReadingRequest& request_;
+  Scope scope_;
+  Explainer explainer_;
+  TextEvaluator evaluator_;
+};
