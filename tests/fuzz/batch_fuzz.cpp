@@ -51,7 +51,7 @@ void TryName(bool is_field, const std::string& argument) try {
   scope.Attach(&expression);
   std::string name = argument.substr(0, argument.find('='));
   Require(is_field ? expression.SearchDataField(name.data()) != nullptr
-                   : SearchToken(expression, name.data()) != nullptr,
+                   : expression.SearchToken(name.data()) != nullptr,
           name);
 } catch (const Failure& failure) {
   Require(failure.exit_code == kUsage && failure.where && IsShowable(failure.message), "refused");
