@@ -113,4 +113,24 @@ TEST(Memory, RunsOutInLookupsAndScans) {
   }
 }
 
+TEST(Memory, StaysAsItIsOverMillionsOfEvaluations) {
+  const long count = ZRT_IS_DEBUG ? 200000 : 10000000;
+  const char* const texts[] = {"ID_MASK[1]@(n+1)", "~ID_MASK", "t[1]-n*3", "(B[1]@x)", "0x12@B[n]"};
+  RichWorld world;
+  long live_bytes = 0;
+  for (long done = 0; done < count; done += 4) {
+    if (done == 1000) live_bytes = memory.live_bytes;
+    const char* const text = texts[done / 4 % 5];
+    RowDataStream stream;
+    char hex[128];
+    int integer = 0;
+    float number = 0;
+    (void)world.expression.GetBitStream(text, &stream);
+    (void)world.expression.WatchBits(text, hex, nullptr);
+    (void)world.expression.GetIntegerOperand(text, &integer);
+    (void)world.expression.GetFloatOperand(text, &number);
+  }
+  EXPECT_LT(memory.live_bytes - live_bytes, 1000000) << count;
+}
+
 }  // namespace
