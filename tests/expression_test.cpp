@@ -95,7 +95,7 @@ TEST(Expression, LoadsTheErrorListAndRecordsItsOwnFailures) {
   EXPECT_EQ(expression.Initialize(listed.path), 0);
   EXPECT_EQ(expression.Initialize(expression.GetDefaultDir()), 0);  // its own text
   EXPECT_EQ(expression.Initialize(bad), ErrBadDirectory);
-  EXPECT_EQ(expression.Initialize(listed.path()), 0);  // which is no failure to record
+  EXPECT_EQ(expression.Initialize(listed.path), 0);  // which is no failure to record
   EXPECT_STREQ(handler->GetErrorText(), "\nM\nno such directory\n");
   EXPECT_EQ(expression.GetDefaultDir(), listed.name);
   EXPECT_EQ(expression.Initialize(wrong.path), ErrorHandler::kListWrongLine);

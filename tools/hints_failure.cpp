@@ -54,9 +54,8 @@ Said InsideAnIndex(const Situation& at) {
 }
 
 Said ExponentBeforeMiddle(const Situation& at) {
-  if (!at.part.empty() || (at.At() != '-' && at.Before() != '-')) return std::nullopt;
-  const std::size_t minus =
-      at.At() == '-' ? at.place.offset : at.text.substr(0, at.place.offset).find_last_not_of(' ');
+  if (!at.part.empty() || at.Before() != '-') return std::nullopt;
+  const std::size_t minus = at.text.substr(0, at.place.offset).find_last_not_of(' ');
   if (minus == 0 || (at.text[minus - 1] != 'e' && at.text[minus - 1] != 'E')) return std::nullopt;
   return Hint{
       {minus, 1},
