@@ -13,9 +13,9 @@ namespace zrt {
 char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text);
 
 /// Reads hexadecimal digits of either case, in reading order from the first byte on; an odd count
-/// leaves the low nibble of the last byte 0. `bytes` has (digit count + 1) / 2 bytes, and `digits`
-/// holds digits alone.
-void ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes);
+/// leaves the low nibble of the last byte 0. `bytes` has (digit count + 1) / 2 bytes. False if
+/// `digits` holds anything else: then the bytes are of no known content.
+[[nodiscard]] bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes);
 
 /// Reads binary digits, right-aligned. `bytes` has (digit count + 7) / 8 bytes.
 void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes);

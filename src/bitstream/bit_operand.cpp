@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 
 #include "bits/digits.h"
 #include "bits/exhausted_memory.h"
@@ -68,6 +69,8 @@ struct Meaning {
   QLMDataField* field = nullptr;
   bool is_mask = false;
   ZRTTokens* token = nullptr;
+
+  [[nodiscard]] bool is_there() const { return field || is_mask || token; }
 };
 
 // `buffer` holds the name as the lookups want it. The token search sees it as the failed second
@@ -87,22 +90,29 @@ Meaning MeaningOf(std::string_view name, char* buffer, const Scopes& scopes) {
   return meaning;
 }
 
+ZRTStatus ReadHexLiteral(std::string_view text, BitValue& value) {
+  const std::string_view digits = text.substr(2);
+  if (digits.empty()) return ErrUnknownOperand;
+  if (digits.size() > kMaxHexDigits) {
+    return KindOfNumber(text) == NumberNone ? ErrUnknownOperand : ErrStreamWrite;
+  }
+  const auto bytes = value.Rebuild((digits.size() + 1) / 2);
+  if (!ReadHexDigits(digits, bytes)) {
+    value.Rebuild(0);
+    return ErrUnknownOperand;
+  }
+  value.set_bit_length(static_cast<int>(8 * bytes.size()));
+  return kOk;
+}
+
 ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
+  if (text.starts_with("0x")) return ReadHexLiteral(text, value);
   switch (KindOfNumber(text)) {
     case NumberBinary:
     case NumberBinaryLong: {
       const std::string_view digits = text.substr(1);
       ReadBinaryDigits(digits, value.Rebuild(BytesFor(static_cast<std::int64_t>(digits.size()))));
       value.set_bit_length(static_cast<int>(digits.size()));
-      return kOk;
-    }
-    case NumberHex:
-    case NumberHexLong: {
-      const std::string_view digits = text.substr(2);
-      if (digits.size() > kMaxHexDigits) return ErrStreamWrite;
-      const auto bytes = value.Rebuild((digits.size() + 1) / 2);
-      ReadHexDigits(digits, bytes);
-      value.set_bit_length(static_cast<int>(8 * bytes.size()));
       return kOk;
     }
     case NumberDecimal: SetWord(value, LeadingDecimal(text)); return kOk;
@@ -117,10 +127,40 @@ ZRTStatus ReadMeaning(const Meaning& meaning, std::string_view name, int index, 
   return ReadLiteral(name, value);
 }
 
+// A long hexadecimal literal, which nearly every long operand is: copied as a name and turned into
+// bytes in one go, a part at a time that stays in the cache, before it is known that it is no name.
+// Nothing, with `value` empty, if it is no such literal.
+std::optional<ZRTStatus> ReadLongHex(std::string_view text, const Scopes& scopes, BitValue& value) {
+  constexpr std::size_t kPart = 16384;  // digits
+  if (!text.starts_with("0x") || text.size() - 2 > kMaxHexDigits) return std::nullopt;
+  const std::string_view digits = text.substr(2);
+  NameBuffer name(text.size());
+  text.copy(name.text(), 2);
+  auto bytes = value.Rebuild((digits.size() + 1) / 2);
+  const int bit_length = static_cast<int>(8 * bytes.size());
+  for (std::size_t done = 0; done < digits.size(); done += kPart) {
+    const std::string_view part = digits.substr(done, kPart);
+    if (!ReadHexDigits(part, bytes.subspan(done / 2, (part.size() + 1) / 2))) {
+      value.Rebuild(0);
+      return std::nullopt;
+    }
+    part.copy(name.text() + 2 + done, part.size());
+  }
+  name.text()[text.size()] = '\0';
+  const Meaning meaning = MeaningOf(text, name.text(), scopes);
+  if (meaning.is_there()) {
+    value.Rebuild(0);
+    return ReadMeaning(meaning, text, kNoIndex, value);
+  }
+  value.set_bit_length(bit_length);
+  return kOk;
+}
+
 ZRTStatus Read(std::string_view text, const Scopes& scopes, BitValue& value) {
   if (ShortOperand plain(text); plain.is_plain()) {
     return ReadMeaning(MeaningOf(text, plain.name(), scopes), text, kNoIndex, value);
   }
+  if (const auto status = ReadLongHex(text, scopes, value)) return *status;
   OperandText operand;
   if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
   int index = kNoIndex;

@@ -16,8 +16,11 @@ constexpr std::string_view kMaskNames[] = {
 
 }  // namespace
 
-NameBuffer::NameBuffer(std::string_view name) {
-  if (name.size() >= kInlineSize) heap_.reset(new char[name.size() + 1]);
+NameBuffer::NameBuffer(std::size_t length) {
+  if (length >= kInlineSize) heap_.reset(new char[length + 1]);
+}
+
+NameBuffer::NameBuffer(std::string_view name) : NameBuffer(name.size()) {
   text()[name.copy(text(), name.size())] = '\0';
 }
 

@@ -17,6 +17,10 @@ class NameBuffer {
   /// Copies `name`. Throws std::bad_alloc.
   explicit NameBuffer(std::string_view name);
 
+  /// Has room for a name of `length` characters and the terminator, to be filled.
+  /// Throws std::bad_alloc.
+  explicit NameBuffer(std::size_t length);
+
   [[nodiscard]] char* text() { return heap_ ? heap_.get() : inline_; }
 
  private:

@@ -12,7 +12,7 @@ readonly may_include='
 outside
 include        outside
 src/bits
-src/scan       include/ErrorCodes.h
+src/scan       src/bits/wide.h include/ErrorCodes.h
 src/names      outside
 src/solve      src/scan include/ErrorCodes.h
 src/scalar     src/solve src/names src/scan include outside
