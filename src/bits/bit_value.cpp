@@ -5,6 +5,7 @@
 #include <cstring>
 #include <utility>
 
+#include "bits/huge_pages.h"
 #include "bits/kernels.h"
 
 namespace zrt {
@@ -42,6 +43,7 @@ std::span<std::uint8_t> BitValue::OwnBytes() {
 std::span<std::uint8_t> BitValue::Rebuild(std::size_t byte_count) {
   if (byte_count > capacity_) {
     heap_.reset(new std::uint8_t[byte_count]);  // not zeroed, nor is any other buffer
+    PreferHugePages(heap_.get(), byte_count);
     capacity_ = byte_count;
   }
   borrowed_ = nullptr;
@@ -149,6 +151,7 @@ void BitValue::MakeRoom(const Room& room) {
   const std::size_t back_slack = room.back > behind ? needed : std::min(behind - room.back, needed);
   const std::size_t capacity = needed + front_slack + back_slack;
   std::unique_ptr<std::uint8_t[]> heap(new std::uint8_t[capacity]);
+  PreferHugePages(heap.get(), capacity);
   const std::size_t first = front_slack + room.front;
   std::memcpy(heap.get() + first, borrowed_ ? borrowed_ : buffer() + first_, size);
   heap_ = std::move(heap);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "bits/huge_pages.h"
 #include "hq4170.h"
 
 namespace zrt {
@@ -17,7 +18,9 @@ constexpr std::string_view kMaskNames[] = {
 }  // namespace
 
 NameBuffer::NameBuffer(std::size_t length) {
-  if (length >= kInlineSize) heap_.reset(new char[length + 1]);
+  if (length < kInlineSize) return;
+  heap_.reset(new char[length + 1]);
+  PreferHugePages(heap_.get(), length + 1);
 }
 
 NameBuffer::NameBuffer(std::string_view name) : NameBuffer(name.size()) {

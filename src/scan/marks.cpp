@@ -8,6 +8,7 @@
 #include <cstring>
 #include <utility>
 
+#include "bits/huge_pages.h"
 #include "bits/wide.h"
 #include "scan/text.h"
 
@@ -112,7 +113,9 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
 
 // The marks still to come are counted, so that no long text has them twice while they grow.
 Mark* MarkedText::MoveToHeap(std::uint32_t position) {
-  heap_.reset(new Mark[kInlineMarks + CountOthers(text_.substr(position))]);
+  const std::size_t count = kInlineMarks + CountOthers(text_.substr(position));
+  heap_.reset(new Mark[count]);
+  PreferHugePages(heap_.get(), count * sizeof(Mark));
   std::ranges::copy(inline_, heap_.get());
   return marks_ = heap_.get();
 }
