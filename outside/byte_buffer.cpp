@@ -135,9 +135,18 @@ std::size_t LByteBuffer::AppendData(const unsigned char* bytes, std::size_t coun
   if (block_ == nullptr) return 0;
   const auto room = static_cast<std::size_t>(block_->capacity - block_->size);
   const std::size_t taken = std::min(count, room);
-  std::copy_n(bytes, taken, block_->data.get() + block_->size);
+  unsigned char* const to = block_->data.get() + block_->size;
+  if (bytes != to) std::copy_n(bytes, taken, to);  // they may stand there already
   block_->size += static_cast<int>(taken);
   return taken;
+}
+
+std::span<unsigned char> LByteBuffer::RoomToAppend(std::size_t count) {
+  if (block_ == nullptr || block_->size == 0) MakeRoom(count);
+  if (block_ == nullptr) return {};
+  const auto room = static_cast<std::size_t>(block_->capacity - block_->size);
+  if (room < count) return {};
+  return {block_->data.get() + block_->size, room};
 }
 
 bool LByteBuffer::Append(std::span<const unsigned char> bytes) {

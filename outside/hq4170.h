@@ -119,6 +119,11 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   /// only if the block is full then or memory runs out. `bytes` may lie in the block itself.
   std::size_t AppendData(const unsigned char* bytes, std::size_t count);
 
+  /// Room behind this block's bytes, for `count` bytes or more that are to be appended: filled
+  /// first and then handed to AppendData(), they are not copied. Moves no byte, so it is empty if a
+  /// block with bytes has less room; or if another block follows, or memory runs out.
+  std::span<unsigned char> RoomToAppend(std::size_t count);
+
   /// Appends behind the last block of the chain, making new blocks as blocks fill up. False if
   /// memory runs out or the chain can hold no more; the bytes that found room stay. `bytes` may lie
   /// in the chain itself.

@@ -37,6 +37,7 @@ struct Step {
 inline std::string DifferenceAfter(reference::Stream model, const std::vector<Step>& steps) try {
   std::string told = Show(model);
   BitValue value = ToValue(model);
+  OutcomePlace place(nullptr);
   for (const Step& step : steps) {
     if (model.bytes.size() > 500) break;
     reference::Stream right = step.right;
@@ -47,7 +48,7 @@ inline std::string DifferenceAfter(reference::Stream model, const std::vector<St
     const char op =
         step.code < reference::kOperators.size() ? reference::kOperators[step.code] : '?';
     const int right_status = reference::StatusOf([&] { reference::Apply(model, op, right); });
-    const int status = ApplyToBits(value, step.code, operand);
+    const int status = ApplyToBits(value, step.code, operand, place);
     if (status != right_status) return told + ": status " + std::to_string(status);
   }
   const auto bytes = value.Bytes();

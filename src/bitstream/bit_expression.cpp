@@ -20,13 +20,15 @@ class BitsPolicy : public WalkDefaults {
   static constexpr GroupNegation kGroupNegation = GroupNegation::kThenLookAgain;
 
   BitsPolicy(const Scopes& scopes, LByteBuffer* older, BitsOutcome& outcome)
-      : scopes_(scopes), older_(older), outcome_(outcome) {}
+      : scopes_(scopes), older_(older), place_(older), outcome_(outcome) {}
 
-  ZRTStatus Read(std::string_view text, BitValue& value) { return ReadBits(text, scopes_, value); }
-  static ZRTStatus Apply(BitValue& value, OperatorCode code, BitValue& operand) {
-    return ApplyToBits(value, code, operand);
+  ZRTStatus Read(std::string_view text, BitValue& value) {
+    return ReadBits(text, scopes_, place_, value);
   }
-  static void ApplyUnary(BitValue& value, OperatorCode code) { ApplyUnaryToBits(value, code); }
+  ZRTStatus Apply(BitValue& value, OperatorCode code, BitValue& operand) {
+    return ApplyToBits(value, code, operand, place_);
+  }
+  void ApplyUnary(BitValue& value, OperatorCode code) { ApplyUnaryToBits(value, code, place_); }
 
   void BeginResult(BitValue& value) {
     const std::size_t older_size = older_ ? older_->GetTotalSize() : 0;
@@ -43,6 +45,7 @@ class BitsPolicy : public WalkDefaults {
  private:
   const Scopes& scopes_;
   LByteBuffer* older_;
+  OutcomePlace place_;
   BitsOutcome& outcome_;
 };
 

@@ -130,12 +130,14 @@ ZRTStatus ReadMeaning(const Meaning& meaning, std::string_view name, int index, 
 // A long hexadecimal literal, which nearly every long operand is: copied as a name and turned into
 // bytes in one go, a part at a time that stays in the cache, before it is known that it is no name.
 // Nothing, with `value` empty, if it is no such literal.
-std::optional<ZRTStatus> ReadLongHex(std::string_view text, const Scopes& scopes, BitValue& value) {
+std::optional<ZRTStatus> ReadLongHex(std::string_view text, const Scopes& scopes,
+                                     OutcomePlace& place, BitValue& value) {
   constexpr std::size_t kPart = 16384;  // digits
   if (!text.starts_with("0x") || text.size() - 2 > kMaxHexDigits) return std::nullopt;
   const std::string_view digits = text.substr(2);
   NameBuffer name(text.size());
   text.copy(name.text(), 2);
+  place.OfferTo(value, (digits.size() + 1) / 2);
   auto bytes = value.Rebuild((digits.size() + 1) / 2);
   const int bit_length = static_cast<int>(8 * bytes.size());
   for (std::size_t done = 0; done < digits.size(); done += kPart) {
@@ -156,11 +158,11 @@ std::optional<ZRTStatus> ReadLongHex(std::string_view text, const Scopes& scopes
   return kOk;
 }
 
-ZRTStatus Read(std::string_view text, const Scopes& scopes, BitValue& value) {
+ZRTStatus Read(std::string_view text, const Scopes& scopes, OutcomePlace& place, BitValue& value) {
   if (ShortOperand plain(text); plain.is_plain()) {
     return ReadMeaning(MeaningOf(text, plain.name(), scopes), text, kNoIndex, value);
   }
-  if (const auto status = ReadLongHex(text, scopes, value)) return *status;
+  if (const auto status = ReadLongHex(text, scopes, place, value)) return *status;
   OperandText operand;
   if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
   int index = kNoIndex;
@@ -172,8 +174,9 @@ ZRTStatus Read(std::string_view text, const Scopes& scopes, BitValue& value) {
 
 }  // namespace
 
-ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, BitValue& value) {
-  return OnExhaustedMemory(ErrStreamWrite, [&] { return Read(text, scopes, value); });
+ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, OutcomePlace& place,
+                   BitValue& value) {
+  return OnExhaustedMemory(ErrStreamWrite, [&] { return Read(text, scopes, place, value); });
 }
 
 }  // namespace zrt
