@@ -90,29 +90,22 @@ Meaning MeaningOf(std::string_view name, char* buffer, const Scopes& scopes) {
   return meaning;
 }
 
-ZRTStatus ReadHexLiteral(std::string_view text, BitValue& value) {
-  const std::string_view digits = text.substr(2);
-  if (digits.empty()) return ErrUnknownOperand;
-  if (digits.size() > kMaxHexDigits) {
-    return KindOfNumber(text) == NumberNone ? ErrUnknownOperand : ErrStreamWrite;
-  }
-  const auto bytes = value.Rebuild((digits.size() + 1) / 2);
-  if (!ReadHexDigits(digits, bytes)) {
-    value.Rebuild(0);
-    return ErrUnknownOperand;
-  }
-  value.set_bit_length(static_cast<int>(8 * bytes.size()));
-  return kOk;
-}
-
 ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
-  if (text.starts_with("0x")) return ReadHexLiteral(text, value);
   switch (KindOfNumber(text)) {
     case NumberBinary:
     case NumberBinaryLong: {
       const std::string_view digits = text.substr(1);
       ReadBinaryDigits(digits, value.Rebuild(BytesFor(static_cast<std::int64_t>(digits.size()))));
       value.set_bit_length(static_cast<int>(digits.size()));
+      return kOk;
+    }
+    case NumberHex:
+    case NumberHexLong: {
+      const std::string_view digits = text.substr(2);
+      if (digits.size() > kMaxHexDigits) return ErrStreamWrite;
+      const auto bytes = value.Rebuild((digits.size() + 1) / 2);
+      (void)ReadHexDigits(digits, bytes);
+      value.set_bit_length(static_cast<int>(8 * bytes.size()));
       return kOk;
     }
     case NumberDecimal: SetWord(value, LeadingDecimal(text)); return kOk;
@@ -127,19 +120,20 @@ ZRTStatus ReadMeaning(const Meaning& meaning, std::string_view name, int index, 
   return ReadLiteral(name, value);
 }
 
-// A long hexadecimal literal, which nearly every long operand is: copied as a name and turned into
-// bytes in one go, a part at a time that stays in the cache, before it is known that it is no name.
-// Nothing, with `value` empty, if it is no such literal.
-std::optional<ZRTStatus> ReadLongHex(std::string_view text, const Scopes& scopes,
-                                     OutcomePlace& place, BitValue& value) {
+// A hexadecimal literal, which most operands are, and nearly every long one: copied as a name and
+// turned into bytes in one go, a part at a time that stays in the cache, before it is known that it
+// is no name. Nothing, with `value` empty, if it is no such literal.
+std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, OutcomePlace& place,
+                                 BitValue& value) {
   constexpr std::size_t kPart = 16384;  // digits
-  if (!text.starts_with("0x") || text.size() - 2 > kMaxHexDigits) return std::nullopt;
+  if (!text.starts_with("0x")) return std::nullopt;
   const std::string_view digits = text.substr(2);
+  if (digits.empty() || digits.size() > kMaxHexDigits) return std::nullopt;
+  const std::size_t byte_count = (digits.size() + 1) / 2;
   NameBuffer name(text.size());
   text.copy(name.text(), 2);
-  place.OfferTo(value, (digits.size() + 1) / 2);
-  auto bytes = value.Rebuild((digits.size() + 1) / 2);
-  const int bit_length = static_cast<int>(8 * bytes.size());
+  place.OfferTo(value, byte_count);
+  const auto bytes = value.Rebuild(byte_count);
   for (std::size_t done = 0; done < digits.size(); done += kPart) {
     const std::string_view part = digits.substr(done, kPart);
     if (!ReadHexDigits(part, bytes.subspan(done / 2, (part.size() + 1) / 2))) {
@@ -150,19 +144,19 @@ std::optional<ZRTStatus> ReadLongHex(std::string_view text, const Scopes& scopes
   }
   name.text()[text.size()] = '\0';
   const Meaning meaning = MeaningOf(text, name.text(), scopes);
-  if (meaning.is_there()) {
-    value.Rebuild(0);
-    return ReadMeaning(meaning, text, kNoIndex, value);
+  if (!meaning.is_there()) {
+    value.set_bit_length(static_cast<int>(8 * byte_count));
+    return kOk;
   }
-  value.set_bit_length(bit_length);
-  return kOk;
+  value.Rebuild(0);
+  return ReadMeaning(meaning, text, kNoIndex, value);
 }
 
 ZRTStatus Read(std::string_view text, const Scopes& scopes, OutcomePlace& place, BitValue& value) {
+  if (const auto status = ReadHex(text, scopes, place, value)) return *status;
   if (ShortOperand plain(text); plain.is_plain()) {
     return ReadMeaning(MeaningOf(text, plain.name(), scopes), text, kNoIndex, value);
   }
-  if (const auto status = ReadLongHex(text, scopes, place, value)) return *status;
   OperandText operand;
   if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
   int index = kNoIndex;
