@@ -122,7 +122,12 @@ void BitValue::ClearAboveNumber() {
   if (low_bit_ > 0) buffer()[first_] &= static_cast<std::uint8_t>((1U << low_bit_) - 1);
 }
 
-std::span<std::uint8_t> BitValue::RebuildWithRoom(std::size_t byte_count) {
+std::span<std::uint8_t> BitValue::RebuildWithRoom(std::size_t byte_count, Growth growth) {
+  if (is_lent_ && byte_count <= capacity_) {
+    Rebuild(byte_count);
+    if (growth == Growth::kInFront) first_ = capacity_ - byte_count;
+    return Stored();
+  }
   if (byte_count <= kInlineSize && !heap_) {
     Rebuild(byte_count);
     first_ = (kInlineSize - byte_count) / 2;

@@ -86,9 +86,10 @@ class BitValue {
   [[nodiscard]] bool HasRoomFor(std::size_t up_bits, std::size_t byte_count) const;
 
   /// Makes the value `byte_count` own bytes of no known content, unshifted, with room to grow at
-  /// both ends, and gives them to be filled; the bit length stays. Throws std::bad_alloc, leaving
-  /// the value as it was.
-  std::span<std::uint8_t> RebuildWithRoom(std::size_t byte_count);
+  /// both ends, or at the one where more is to come if the room is lent, and gives them to be
+  /// filled; the bit length stays. Throws std::bad_alloc, leaving the value as it was.
+  enum class Growth : bool { kInFront, kBehind };
+  std::span<std::uint8_t> RebuildWithRoom(std::size_t byte_count, Growth growth);
 
   /// number |= bytes << up_bits; what does not fit into the number's bytes is dropped. For own
   /// bytes.

@@ -19,8 +19,9 @@ class BitsPolicy : public WalkDefaults {
   static constexpr bool kKeepsPartialChain = true;
   static constexpr GroupNegation kGroupNegation = GroupNegation::kThenLookAgain;
 
-  BitsPolicy(const Scopes& scopes, LByteBuffer* older, BitsOutcome& outcome)
-      : scopes_(scopes), older_(older), place_(older), outcome_(outcome) {}
+  BitsPolicy(const Scopes& scopes, LByteBuffer* older, std::size_t text_length,
+             BitsOutcome& outcome)
+      : scopes_(scopes), older_(older), place_(older, text_length), outcome_(outcome) {}
 
   ZRTStatus Read(std::string_view text, BitValue& value) {
     return ReadBits(text, scopes_, place_, value);
@@ -53,11 +54,11 @@ class BitsPolicy : public WalkDefaults {
 
 ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
                     BitsOutcome& outcome) {
-  return SolveText(text, BitsPolicy(scopes, older, outcome));
+  return SolveText(text, BitsPolicy(scopes, older, text.size(), outcome));
 }
 
 ZRTStatus SolveBitsChain(std::string_view text, const Scopes& scopes, BitsOutcome& outcome) {
-  return SolveTextAsChain(text, BitsPolicy(scopes, nullptr, outcome));
+  return SolveTextAsChain(text, BitsPolicy(scopes, nullptr, text.size(), outcome));
 }
 
 }  // namespace zrt

@@ -95,9 +95,11 @@ BitValue Joined(BitValue& left, BitValue& right, const Placing& placing, std::si
                 OutcomePlace& place) {
   BitValue joined;
   place.OfferTo(joined, size);
+  const auto growth = left.byte_count() < right.byte_count() ? BitValue::Growth::kInFront
+                                                             : BitValue::Growth::kBehind;
   const auto target = AreSimilar(left.byte_count(), right.byte_count())
                           ? joined.Rebuild(size)
-                          : joined.RebuildWithRoom(size);
+                          : joined.RebuildWithRoom(size, growth);
   const auto low = right.Bytes().last(std::min(right.byte_count(), size));
   if (!placing.has_place) {
     std::ranges::fill(target.first(size - low.size()), std::uint8_t{0});
