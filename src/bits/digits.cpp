@@ -12,16 +12,11 @@
 namespace zrt {
 namespace {
 
-// All arithmetic is on bytes, as narrow as a vector's lanes can be. `gap` lies between "9" and the
-// digit for ten.
-ZRT_INLINE char DigitOf(std::uint8_t nibble, std::uint8_t gap) {
-  return static_cast<char>(nibble + '0' + (nibble > 9 ? gap : 0));
-}
-
 // A step of 32 digits as vectors, handed on by reference alone, as in the kernels.
 using Chars [[gnu::vector_size(32)]] = std::uint8_t;
+using HalfStep [[gnu::vector_size(16)]] = std::uint8_t;  // their bytes
 constexpr std::size_t kStep = sizeof(Chars);
-constexpr Chars kNoOthers{};
+constexpr Chars kZeros{};
 
 // Two digits of either case make a byte. What is no digit leaves bits in `others`.
 ZRT_INLINE void ReadStep(const char* digits, std::uint8_t* bytes, Chars& others) {
@@ -39,17 +34,20 @@ ZRT_INLINE void ReadStep(const char* digits, std::uint8_t* bytes, Chars& others)
   std::memcpy(bytes, &both, sizeof(both));
 }
 
-}  // namespace
-
-ZRT_WIDE char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {
-  const auto gap = static_cast<std::uint8_t>(digit_ten - '9' - 1);
-  const std::uint8_t* const from = bytes.data();
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    text[2 * i] = DigitOf(from[i] >> 4, gap);
-    text[2 * i + 1] = DigitOf(from[i] & 0xF, gap);
-  }
-  return text + 2 * bytes.size();
+// The other way round: bytes to digits. `gap` lies between "9" and the digit for ten.
+ZRT_INLINE void WriteStep(const std::uint8_t* bytes, char* digits, std::uint8_t gap) {
+  HalfStep half;
+  std::memcpy(&half, bytes, sizeof(half));
+  const HalfStep high = half >> 4;
+  const HalfStep low = half & 0xF;
+  Chars chars = __builtin_shufflevector(high, low, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22,
+                                        7, 23, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30,
+                                        15, 31);
+  chars += '0' + (chars > 9 ? kZeros + gap : kZeros);
+  std::memcpy(digits, &chars, kStep);
 }
+
+}  // namespace
 
 // Whole steps in their place, and the rest with zeros behind it in a place of its own.
 ZRT_WIDE bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes) {
@@ -65,7 +63,21 @@ ZRT_WIDE bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> byt
     const auto rest = bytes.subspan(in_steps / 2);
     std::copy_n(last_bytes.data(), rest.size(), rest.data());
   }
-  return std::memcmp(&others, &kNoOthers, kStep) == 0;
+  return std::memcmp(&others, &kZeros, kStep) == 0;
+}
+
+ZRT_WIDE char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {
+  constexpr std::size_t kStepBytes = kStep / 2;
+  const auto gap = static_cast<std::uint8_t>(digit_ten - '9' - 1);
+  const std::size_t in_steps = bytes.size() / kStepBytes * kStepBytes;
+  for (std::size_t i = 0; i < in_steps; i += kStepBytes) WriteStep(&bytes[i], text + 2 * i, gap);
+  text += 2 * in_steps;
+  if (in_steps == bytes.size()) return text;
+  std::array<std::uint8_t, kStepBytes> last_bytes{};
+  std::array<char, kStep> last;
+  std::copy(bytes.begin() + static_cast<std::ptrdiff_t>(in_steps), bytes.end(), last_bytes.begin());
+  WriteStep(last_bytes.data(), last.data(), gap);
+  return std::copy_n(last.data(), 2 * (bytes.size() - in_steps), text);
 }
 
 void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes) {

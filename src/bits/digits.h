@@ -8,6 +8,11 @@
 
 namespace zrt {
 
+/// The digit of 0 to 15, with letters as below.
+constexpr char HexDigit(int nibble, char digit_ten) {
+  return static_cast<char>(nibble > 9 ? digit_ten + nibble - 10 : '0' + nibble);
+}
+
 /// Writes two digits a byte, the high nibble first, without a terminator. The digit for ten is
 /// `digit_ten`, "A" or "a", and the other letters follow it. Returns the end of the digits.
 char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text);
