@@ -112,8 +112,8 @@ class Walk {
 
   Policy& policy_;
   const MarkedText& text_;
-  SmallStack<Frame, 48> frames_;
-  SmallStack<Value, 48> values_;
+  SmallStack<Frame, 64> frames_;
+  SmallStack<Value, 64> values_;
 };
 
 /// Evaluates `text` by `policy`: as an expression, or as one chain whatever it holds.
