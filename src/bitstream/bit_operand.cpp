@@ -131,7 +131,8 @@ std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, Ou
   if (digits.empty() || digits.size() > kMaxHexDigits) return std::nullopt;
   const std::size_t byte_count = (digits.size() + 1) / 2;
   NameBuffer name(text.size());
-  text.copy(name.text(), 2);
+  name.text()[0] = '0';
+  name.text()[1] = 'x';
   place.OfferTo(value, byte_count);
   const auto bytes = value.Rebuild(byte_count);
   for (std::size_t done = 0; done < digits.size(); done += kPart) {

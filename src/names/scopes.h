@@ -24,7 +24,7 @@ class NameBuffer {
   [[nodiscard]] char* text() { return heap_ ? heap_.get() : inline_; }
 
  private:
-  static constexpr std::size_t kInlineSize = 128;
+  static constexpr std::size_t kInlineSize = 512;
 
   char inline_[kInlineSize];
   std::unique_ptr<char[]> heap_;
