@@ -60,15 +60,17 @@ ZRT_WIDE bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> byt
     ReadStep(&digits[i], &bytes[i / 2], others);
   }
   if (in_steps < digits.size()) {
-    std::array<char, kStep> last;
-    std::array<std::uint8_t, kStep / 2> last_bytes;
+    std::array<char, kStep> last{};
+    std::array<std::uint8_t, kStep / 2> last_bytes{};
     last.fill('0');
     digits.substr(in_steps).copy(last.data(), kStep);
     ReadStep(last.data(), last_bytes.data(), others);
     const auto rest = bytes.subspan(in_steps / 2);
     std::copy_n(last_bytes.data(), rest.size(), rest.data());
   }
-  return std::memcmp(&others, &kZeros, kStep) == 0;
+  std::array<std::uint64_t, kStep / sizeof(std::uint64_t)> bits{};
+  std::memcpy(bits.data(), &others, kStep);
+  return (bits[0] | bits[1] | bits[2] | bits[3]) == 0;
 }
 
 ZRT_WIDE char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {
@@ -79,7 +81,7 @@ ZRT_WIDE char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_te
   text += 2 * in_steps;
   if (in_steps == bytes.size()) return text;
   std::array<std::uint8_t, kStepBytes> last_bytes{};
-  std::array<char, kStep> last;
+  std::array<char, kStep> last{};
   std::copy(bytes.begin() + static_cast<std::ptrdiff_t>(in_steps), bytes.end(), last_bytes.begin());
   WriteStep(last_bytes.data(), last.data(), gap);
   return std::copy_n(last.data(), 2 * (bytes.size() - in_steps), text);

@@ -40,20 +40,22 @@ bool HasOthers(const Others& others, std::uint32_t word) {
   return ones != 0;
 }
 
-// The first word from `begin` on with a character that may carry a mark, or what is behind the last
-// whole block. `others` are those of the block that `begin` stands in, if not at its start.
-std::uint32_t NextOthers(std::string_view text, std::uint32_t begin, Others& others) {
-  const auto in_blocks = static_cast<std::uint32_t>(text.size() / kBlock * kBlock);
+// Moves `begin` on to the next characters among which one may carry a mark and gives their end: a
+// word in a block, or the rest behind the last block. `others` are those of the block in
+// which `begin` stands, unless it stands at its start.
+std::uint32_t NextPart(std::string_view text, std::uint32_t& begin, Others& others) {
+  const auto length = static_cast<std::uint32_t>(text.size());
+  const std::uint32_t in_blocks = length / kBlock * kBlock;
   while (begin < in_blocks) {
     if (begin % kBlock == 0 && FindOthers(&text[begin], others) == 0) {
       begin += kBlock;
     } else if (HasOthers(others, begin % kBlock)) {
-      break;
+      return begin + kWord;
     } else {
       begin += kWord;
     }
   }
-  return begin;
+  return length;
 }
 
 // As many marks as a text has, or more.
@@ -94,11 +96,7 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
   const auto length = static_cast<std::uint32_t>(text.size());
   Others others;
   for (std::uint32_t begin = 0; begin < length;) {
-    std::uint32_t end = length;
-    if (end - begin >= kBlock || begin % kBlock != 0) {
-      begin = NextOthers(text, begin, others);
-      end = std::min(begin + kWord, length);
-    }
+    const std::uint32_t end = length < kBlock ? length : NextPart(text, begin, others);
     for (; begin < end; ++begin) {
       const CharClass char_class = ClassOf(text[begin]);
       if (char_class != CharClass::kPlain) note(begin, char_class);
@@ -114,7 +112,7 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
 // The marks still to come are counted, so that no long text has them twice while they grow.
 Mark* MarkedText::MoveToHeap(std::uint32_t position) {
   const std::size_t count = kInlineMarks + CountOthers(text_.substr(position));
-  heap_.reset(new Mark[count]);
+  heap_ = std::make_unique_for_overwrite<Mark[]>(count);
   PreferHugePages(heap_.get(), count * sizeof(Mark));
   std::ranges::copy(inline_, heap_.get());
   return marks_ = heap_.get();
