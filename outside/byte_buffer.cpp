@@ -44,27 +44,29 @@ LByteBuffer::Block& LByteBuffer::Chain::At(std::size_t ordinal) {
 
 int LByteBuffer::Chain::SizeFrom(const Block& block) {
   const Block& last = At(links.size());
-  return last.start + last.size - block.start;
+  return last.start + last.size() - block.start;
 }
 
 // Throws std::bad_alloc with the chain unchanged but for even_blocks, which may have the last
 // block.
 LByteBuffer* LByteBuffer::Chain::Add(std::unique_ptr<Link> link) {
   Block& last = At(links.size());
-  link->block.start = last.start + last.size;
+  link->block.start = last.start + last.size();
   link->block.ordinal = last.ordinal + 1;
   link->block.chain = this;
-  if (last.ordinal == 0) even_size = static_cast<unsigned int>(std::max(last.size, 1));
-  const bool is_even = static_cast<unsigned int>(last.size) == even_size;
+  if (last.ordinal == 0) even_size = static_cast<unsigned int>(std::max(last.size(), 1));
+  const bool is_even = static_cast<unsigned int>(last.size()) == even_size;
   if (is_even && even_blocks.size() == last.ordinal) even_blocks.push_back(last.data.get());
+  even_bytes = even_blocks.size() * even_size;
   links.push_back(std::move(link));
-  last.capacity = last.size;
+  last.limit = last.end;
   return &links.back()->handle;
 }
 
 void LByteBuffer::Chain::DropBehind(const Block& block) {
   links.resize(block.ordinal);
   even_blocks.resize(std::min(even_blocks.size(), block.ordinal));
+  even_bytes = even_blocks.size() * even_size;
 }
 
 LByteBuffer::LByteBuffer() noexcept : block_size_(GetDefaultBlockSize()) {}
@@ -101,9 +103,12 @@ LByteBuffer* LByteBuffer::AllocateNewBlock() {
   const Block& last = chain.At(chain.links.size());
   try {
     auto link = std::make_unique<Link>(block_size_);
-    link->block.capacity = block_size_ == 0 ? std::min(kFirstCapacity, room) : block_size_;
-    link->block.data = NewBytes(link->block.capacity);  // its first bytes are sure to find room
-    return link->block.data == nullptr ? nullptr : chain.Add(std::move(link));
+    const int capacity = block_size_ == 0 ? std::min(kFirstCapacity, room) : block_size_;
+    link->block.data = NewBytes(capacity);  // its first bytes are sure to find room
+    if (link->block.data == nullptr) return nullptr;
+    link->block.end = link->block.data.get();
+    link->block.limit = link->block.end + capacity;
+    return chain.Add(std::move(link));
   } catch (const std::bad_alloc&) {
     chain.DropBehind(last);
     return nullptr;
@@ -127,17 +132,25 @@ unsigned int LByteBuffer::GetTotalSize() {
 void LByteBuffer::ClearBuffer() {
   if (block_ == nullptr) return;
   block_->chain->DropBehind(*block_);
-  block_->size = 0;
+  block_->end = block_->data.get();
 }
 
 std::size_t LByteBuffer::AppendData(const unsigned char* bytes, std::size_t count) {
   const auto replaced = MakeRoom(count);  // ends after the copy: the bytes may lie in it
   if (block_ == nullptr) return 0;
-  const auto room = static_cast<std::size_t>(block_->capacity - block_->size);
+  const auto room = static_cast<std::size_t>(block_->limit - block_->end);
   const std::size_t taken = std::min(count, room);
-  std::copy_n(bytes, taken, block_->data.get() + block_->size);
-  block_->size += static_cast<int>(taken);
+  if (bytes != block_->end) std::copy_n(bytes, taken, block_->end);  // else they stand there
+  block_->end += taken;
   return taken;
+}
+
+std::span<unsigned char> LByteBuffer::RoomToAppend(std::size_t count) {
+  if (block_ == nullptr || block_->size() == 0) MakeRoom(count);
+  if (block_ == nullptr) return {};
+  const auto room = static_cast<std::size_t>(block_->limit - block_->end);
+  if (room < count) return {};
+  return {block_->end, room};
 }
 
 bool LByteBuffer::Append(std::span<const unsigned char> bytes) {
@@ -146,7 +159,7 @@ bool LByteBuffer::Append(std::span<const unsigned char> bytes) {
   for (;;) {
     bytes = bytes.subspan(last->AppendData(bytes.data(), bytes.size()));
     if (bytes.empty()) return true;
-    const bool is_full = last->block_ != nullptr && last->block_->size == last->MostBytes();
+    const bool is_full = last->block_ != nullptr && last->block_->size() == last->MostBytes();
     // By its own name: this may be a copy that is being made, which no call reaches as derived.
     last = is_full ? last->LByteBuffer::AllocateNewBlock() : nullptr;
     if (last == nullptr) return false;
@@ -163,16 +176,15 @@ int LByteBuffer::GetDefaultBlockSize() noexcept {
 
 // A byte that no division finds: it lies in the last block or behind one of another size, or there
 // is none.
-unsigned char* LByteBuffer::FindUneven(unsigned int position) {
+unsigned char* LByteBuffer::FindUneven(std::size_t position) {
   Chain& chain = *block_->chain;
-  const auto behind =
-      std::upper_bound(chain.links.begin(), chain.links.end(), position,
-                       [](unsigned int place, const std::unique_ptr<Link>& link) {
-                         return place < static_cast<unsigned int>(link->block.start);
-                       });
+  const auto behind = std::upper_bound(chain.links.begin(), chain.links.end(), position,
+                                       [](std::size_t place, const std::unique_ptr<Link>& link) {
+                                         return place < static_cast<std::size_t>(link->block.start);
+                                       });
   const Block& holder = chain.At(static_cast<std::size_t>(behind - chain.links.begin()));
-  const unsigned int index = position - static_cast<unsigned int>(holder.start);
-  return index < static_cast<unsigned int>(holder.size) ? &holder.data[index] : nullptr;
+  const std::size_t index = position - static_cast<std::size_t>(holder.start);
+  return index < static_cast<std::size_t>(holder.size()) ? &holder.data[index] : nullptr;
 }
 
 int LByteBuffer::WriteSlowly(unsigned char b) { return AppendData(&b, 1) == 0 ? 0 : 1; }
@@ -198,8 +210,8 @@ int LByteBuffer::MostBytes() const {
 std::unique_ptr<unsigned char[]> LByteBuffer::MakeRoom(std::size_t count) {
   if (count == 0 || !EnsureChain()) return nullptr;
   if (block_->ordinal < block_->chain->links.size()) return nullptr;  // full
-  const auto size = static_cast<std::size_t>(block_->size);
-  const auto capacity = static_cast<std::size_t>(block_->capacity);
+  const auto size = static_cast<std::size_t>(block_->size());
+  const auto capacity = static_cast<std::size_t>(block_->capacity());
   const auto most = static_cast<std::size_t>(MostBytes());
   if (count <= capacity - size || capacity == most) return nullptr;
   const std::size_t needed = size + std::min(count, most - size);
@@ -208,8 +220,9 @@ std::unique_ptr<unsigned char[]> LByteBuffer::MakeRoom(std::size_t count) {
   auto bytes = NewBytes(static_cast<int>(larger));
   if (bytes == nullptr) return nullptr;
   std::copy_n(block_->data.get(), size, bytes.get());
-  block_->capacity = static_cast<int>(larger);
   block_->data.swap(bytes);
+  block_->end = block_->data.get() + size;
+  block_->limit = block_->data.get() + larger;
   return bytes;
 }
 
@@ -221,7 +234,7 @@ bool LByteBuffer::AppendChain(const LByteBuffer& source) {
   int left = chain.SizeFrom(*source.block_);
   for (std::size_t ordinal = source.block_->ordinal; left > 0; ++ordinal) {
     const Block& block = chain.At(ordinal);
-    const int count = std::min(left, block.size);
+    const int count = std::min(left, block.size());
     if (!Append({block.data.get(), static_cast<std::size_t>(count)})) return false;
     left -= count;
   }

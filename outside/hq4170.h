@@ -81,10 +81,10 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   /// Appends a byte to this block. Returns 0 if the block is full or cannot grow, else 1.
   int WriteData(unsigned char b) {
     Block* block = block_;
-    if (block == nullptr || block->size >= block->capacity) return WriteSlowly(b);
-    const int size = block->size;  // kept and stored last: the byte may alias the members
-    block->data[static_cast<std::size_t>(size)] = b;
-    block->size = size + 1;
+    if (block == nullptr || block->end == block->limit) return WriteSlowly(b);
+    unsigned char* const end = block->end;  // kept and stored last: the byte may alias the members
+    *end = b;
+    block->end = end + 1;
     return 1;
   }
 
@@ -104,7 +104,7 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
 
   /// This block's bytes, null or not if there are none, and their count.
   unsigned char* GetDataBlock() { return block_ == nullptr ? nullptr : block_->data.get(); }
-  int GetDataSize() { return block_ == nullptr ? 0 : block_->size; }
+  int GetDataSize() { return block_ == nullptr ? 0 : block_->size(); }
 
   /// The bytes from this block on through the chain.
   unsigned int GetTotalSize();
@@ -117,6 +117,11 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   /// Appends the first k of `count` bytes to this block and returns k, which is less than `count`
   /// only if the block is full then or memory runs out. `bytes` may lie in the block itself.
   std::size_t AppendData(const unsigned char* bytes, std::size_t count);
+
+  /// Room behind this block's bytes, for `count` bytes or more that are to be appended: filled
+  /// first and then handed to AppendData(), they are not copied. Moves no byte, so it is empty if a
+  /// block with bytes has less room; or if another block follows, or memory runs out.
+  std::span<unsigned char> RoomToAppend(std::size_t count);
 
   /// Appends behind the last block of the chain, making new blocks as blocks fill up. False if
   /// memory runs out or the chain can hold no more; the bytes that found room stay. `bytes` may lie
@@ -133,11 +138,14 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   struct Link;  // a block behind the head, with the object to reach it through
 
   struct ZRT_OUTSIDE_HIDDEN Block {
+    [[nodiscard]] int size() const { return static_cast<int>(end - data.get()); }        // bytes
+    [[nodiscard]] int capacity() const { return static_cast<int>(limit - data.get()); }  // bytes
+
     std::unique_ptr<unsigned char[]> data;
-    int size = 0;             // bytes
-    int capacity = 0;         // bytes; equal to the size once another block follows
-    int start = 0;            // bytes in the blocks before it
-    std::size_t ordinal = 0;  // its place in the chain
+    unsigned char* end = nullptr;    // of the bytes
+    unsigned char* limit = nullptr;  // of the memory; the bytes' end once another block follows
+    int start = 0;                   // bytes in the blocks before it
+    std::size_t ordinal = 0;         // its place in the chain
     Chain* chain = nullptr;
   };
 
@@ -155,22 +163,25 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
     // far as they are as large as the first.
     std::vector<unsigned char*> even_blocks;
     unsigned int even_size = 1;  // bytes
+    std::size_t even_bytes = 0;  // in all of them
   };
 
   LByteBuffer(Block* block, int block_size) noexcept : block_(block), block_size_(block_size) {}
 
   unsigned char* Find(int index) {
-    if (block_ == nullptr || index < 0) return nullptr;
-    if (index < block_->size) return &block_->data[static_cast<std::size_t>(index)];
-    const unsigned int position =
-        static_cast<unsigned int>(block_->start) + static_cast<unsigned int>(index);
+    if (block_ == nullptr) return nullptr;
+    const std::size_t place = static_cast<unsigned int>(index);  // of a negative one: behind all
+    if (place < static_cast<std::size_t>(block_->end - block_->data.get())) {
+      return &block_->data[place];
+    }
+    const std::size_t position = static_cast<unsigned int>(block_->start) + place;
     const Chain& chain = *block_->chain;
-    const unsigned int place = position / chain.even_size;
-    if (place >= chain.even_blocks.size()) return FindUneven(position);
-    return chain.even_blocks[place] + position % chain.even_size;
+    if (position >= chain.even_bytes) return FindUneven(position);
+    const auto even = static_cast<unsigned int>(position);
+    return chain.even_blocks[even / chain.even_size] + even % chain.even_size;
   }
 
-  unsigned char* FindUneven(unsigned int position);
+  unsigned char* FindUneven(std::size_t position);
   int WriteSlowly(unsigned char b);
   bool IsLink() const { return block_ != nullptr && chain_ == nullptr; }
   ZRT_OUTSIDE_HIDDEN int MostBytes() const;

@@ -49,7 +49,7 @@ TEST(Edges, ResultsThatAreTooLongCostNothing) {
 // Whatever room the value had before: what is rebuilt stands at the buffer's front.
 TEST(Edges, ARebuiltValueFillsItsBuffer) {
   zrt::BitValue value;
-  (void)value.RebuildWithRoom(100);
+  (void)value.RebuildWithRoom(100, zrt::BitValue::Growth::kInFront);
   (void)value.Rebuild(300);
   EXPECT_FALSE(value.HasRoomFor(0, 301));
 }

@@ -81,6 +81,20 @@ TEST(ByteBuffer, TakesWhatItHoldsAndRefusesTheRest) {
     EXPECT_EQ(buffer->GetDataSize(), buffer == &fixed ? 6 : 10);
     EXPECT_EQ(BytesOf(*buffer), bytes);
   }
+  for (const std::size_t size : {10U, 20U, 40U}) {
+    EXPECT_EQ(growing.AppendData(growing.GetDataBlock(), size), size);
+  }
+  EXPECT_EQ(BytesOf(growing), Bytes(80, 1));
+
+  // What is laid in the room is appended in its place; bytes never move to make room.
+  EXPECT_EQ(growing.RoomToAppend(1000).size() + fixed.RoomToAppend(7).size(), 0U);
+  growing.ClearBuffer();
+  const auto room = growing.RoomToAppend(1000);
+  std::fill(room.begin(), room.end(), static_cast<unsigned char>(1));
+  EXPECT_EQ(growing.AppendData(room.data(), 10), 10U);
+  EXPECT_EQ(growing.GetDataBlock(), room.data());
+  EXPECT_EQ(growing.RoomToAppend(1).data(), room.data() + 10);
+  EXPECT_EQ(BytesOf(growing), bytes);
   EXPECT_EQ(huge.WriteData(1) == 1 && huge.AllocateNewBlock() != nullptr, false);
 }
 

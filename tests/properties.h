@@ -68,6 +68,7 @@ inline zrt::BitValue ToValue(const Stream& stream, bool is_borrowed = false) {
 inline std::string DifferenceAfter(Stream model, const std::vector<Step>& steps) try {
   std::string told = Show(model);
   zrt::BitValue value = ToValue(model);
+  zrt::OutcomePlace place(nullptr);
   for (const auto& [code, operand, is_swapped, is_borrowed] : steps) {
     if (model.bytes.size() > 500) break;
     Stream right = operand;
@@ -77,7 +78,7 @@ inline std::string DifferenceAfter(Stream model, const std::vector<Step>& steps)
     if (is_swapped) std::swap(value, right_value);
     const int right_status =
         reference::StatusOf([&] { Apply(model, ReferenceOperator(code), right); });
-    const int status = ApplyToBits(value, code, right_value);
+    const int status = ApplyToBits(value, code, right_value, place);
     if (status != right_status) return told + ": status " + std::to_string(status);
   }
   const auto bytes = value.Bytes();

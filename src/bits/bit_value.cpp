@@ -5,6 +5,7 @@
 #include <cstring>
 #include <utility>
 
+#include "bits/huge_pages.h"
 #include "bits/kernels.h"
 
 namespace zrt {
@@ -12,7 +13,9 @@ namespace zrt {
 BitValue::BitValue(BitValue&& other) noexcept { *this = std::move(other); }
 
 BitValue& BitValue::operator=(BitValue&& other) noexcept {
+  GiveBack();
   heap_ = std::move(other.heap_);
+  is_lent_ = std::exchange(other.is_lent_, false);
   inline_ = other.inline_;
   borrowed_ = std::exchange(other.borrowed_, nullptr);
   capacity_ = std::exchange(other.capacity_, kInlineSize);
@@ -53,15 +56,30 @@ std::span<std::uint8_t> BitValue::OwnBytes() {
 }
 
 std::span<std::uint8_t> BitValue::Rebuild(std::size_t byte_count) {
-  if (byte_count > capacity_) {
-    heap_.reset(new std::uint8_t[byte_count]);  // not zeroed, nor is any other buffer
-    capacity_ = byte_count;
-  }
+  if (byte_count > capacity_) UseHeap(NewHeap(byte_count), byte_count);
   borrowed_ = nullptr;
   first_ = 0;
   byte_count_ = byte_count;
   low_bit_ = 0;
   return Stored();
+}
+
+// Not zeroed.
+std::unique_ptr<std::uint8_t[]> BitValue::NewHeap(std::size_t capacity) {
+  std::unique_ptr<std::uint8_t[]> heap(new std::uint8_t[capacity]);
+  PreferHugePages(heap.get(), capacity);
+  return heap;
+}
+
+void BitValue::UseHeap(std::unique_ptr<std::uint8_t[]> heap, std::size_t capacity) {
+  GiveBack();
+  heap_ = std::move(heap);
+  capacity_ = capacity;
+}
+
+void BitValue::UseRoom(std::span<std::uint8_t> room) {
+  UseHeap(std::unique_ptr<std::uint8_t[]>(room.data()), room.size());
+  is_lent_ = true;
 }
 
 void BitValue::Borrow(std::span<const std::uint8_t> bytes) {
@@ -117,7 +135,12 @@ void BitValue::ClearAboveNumber() {
   if (low_bit_ > 0) buffer()[first_] &= static_cast<std::uint8_t>((1U << low_bit_) - 1);
 }
 
-std::span<std::uint8_t> BitValue::RebuildWithRoom(std::size_t byte_count) {
+std::span<std::uint8_t> BitValue::RebuildWithRoom(std::size_t byte_count, Growth growth) {
+  if (is_lent_ && byte_count <= capacity_) {
+    Rebuild(byte_count);
+    if (growth == Growth::kInFront) first_ = capacity_ - byte_count;
+    return Stored();
+  }
   if (byte_count <= kInlineSize && !heap_) {
     Rebuild(byte_count);
     first_ = (kInlineSize - byte_count) / 2;
@@ -139,8 +162,17 @@ void BitValue::Or(std::size_t up_bits, std::span<const std::uint8_t> bytes) {
 }
 
 void BitValue::And(std::span<const std::uint8_t> bytes) {
-  if (borrowed_) (void)OwnBytes();
-  kernels::AndShifted(Stored(), low_bit_, bytes.last(std::min(bytes.size(), byte_count_)));
+  const auto low = bytes.last(std::min(bytes.size(), byte_count_));
+  if (low_bit_ > 0) return kernels::AndShifted(Stored(), low_bit_, low);
+  const auto [target, source] = Rewrite();
+  kernels::And(target, source, low);
+}
+
+void BitValue::Or(std::span<const std::uint8_t> bytes) {
+  const auto low = bytes.last(std::min(bytes.size(), byte_count_));
+  if (low_bit_ > 0) return Or(0, low);
+  const auto [target, source] = Rewrite();
+  kernels::Or(target, source, low);
 }
 
 // Slack as large as the value goes to the side that has to grow; the other side keeps what it has,
@@ -161,12 +193,11 @@ void BitValue::MakeRoom(const Room& room) {
       room.front > in_front ? needed : std::min(in_front - room.front, needed);
   const std::size_t back_slack = room.back > behind ? needed : std::min(behind - room.back, needed);
   const std::size_t capacity = needed + front_slack + back_slack;
-  std::unique_ptr<std::uint8_t[]> heap(new std::uint8_t[capacity]);
+  auto heap = NewHeap(capacity);
   const std::size_t first = front_slack + room.front;
   std::memcpy(heap.get() + first, borrowed_ ? borrowed_ : buffer() + first_, size);
-  heap_ = std::move(heap);
+  UseHeap(std::move(heap), capacity);
   borrowed_ = nullptr;
-  capacity_ = capacity;
   first_ = first;
 }
 

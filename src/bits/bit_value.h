@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <utility>
 
 namespace zrt {
 
@@ -43,7 +44,7 @@ class BitValue {
   BitValue& operator=(BitValue&& other) noexcept;
   BitValue(const BitValue&) = delete;
   BitValue& operator=(const BitValue&) = delete;
-  ~BitValue() = default;
+  ~BitValue() { GiveBack(); }
 
   [[nodiscard]] std::size_t byte_count() const { return byte_count_; }
   [[nodiscard]] int bit_length() const { return bit_length_; }
@@ -67,6 +68,11 @@ class BitValue {
   /// copied.
   void Borrow(std::span<const std::uint8_t> bytes);
 
+  /// The value, which has no own bytes, gets its next ones in `room`, if that is large enough. The
+  /// memory stays the lender's.
+  void UseRoom(std::span<std::uint8_t> room);
+  [[nodiscard]] bool has_own_bytes() const { return !borrowed_ && byte_count_ > 0; }
+
   /// Bytes to read, and as many own ones to be filled from them: the same ones, unless the value
   /// was borrowed. Throws std::bad_alloc, leaving the value as it was.
   struct Rewriting {
@@ -84,21 +90,23 @@ class BitValue {
   [[nodiscard]] bool HasRoomFor(std::size_t up_bits, std::size_t byte_count) const;
 
   /// Makes the value `byte_count` own bytes of no known content, unshifted, with room to grow at
-  /// both ends, and gives them to be filled; the bit length stays. Throws std::bad_alloc, leaving
-  /// the value as it was.
-  std::span<std::uint8_t> RebuildWithRoom(std::size_t byte_count);
+  /// both ends, or at the one where more is to come if the room is lent, and gives them to be
+  /// filled; the bit length stays. Throws std::bad_alloc, leaving the value as it was.
+  enum class Growth : bool { kInFront, kBehind };
+  std::span<std::uint8_t> RebuildWithRoom(std::size_t byte_count, Growth growth);
 
   /// number |= bytes << up_bits; what does not fit into the number's bytes is dropped. For own
   /// bytes.
   void Or(std::size_t up_bits, std::span<const std::uint8_t> bytes);
 
-  /// number &= bytes, in the low bytes that both have. Throws std::bad_alloc, leaving the value as
-  /// it was.
+  /// number &= bytes, number |= bytes, in the low bytes that both have. Throw std::bad_alloc,
+  /// leaving the value as it was.
   void And(std::span<const std::uint8_t> bytes);
+  void Or(std::span<const std::uint8_t> bytes);
 
  private:
   // Room for 128 bits, shifted up, and slack; with the fields below it makes 64 bytes.
-  static constexpr std::size_t kInlineSize = 19;
+  static constexpr std::size_t kInlineSize = 18;
 
   struct Room {
     std::size_t front;  // bytes that are wanted in front of the stored ones
@@ -115,6 +123,11 @@ class BitValue {
   std::uint8_t* buffer() { return heap_ ? heap_.get() : inline_.data(); }
   std::span<std::uint8_t> Stored() { return {buffer() + first_, stored_size()}; }
   void MakeRoom(const Room& room);
+  static std::unique_ptr<std::uint8_t[]> NewHeap(std::size_t capacity);
+  void UseHeap(std::unique_ptr<std::uint8_t[]> heap, std::size_t capacity);
+  void GiveBack() {
+    if (std::exchange(is_lent_, false)) (void)heap_.release();
+  }
   void ClearAboveNumber();
 
   std::unique_ptr<std::uint8_t[]> heap_;
@@ -124,6 +137,7 @@ class BitValue {
   std::size_t byte_count_ = 0;
   int bit_length_ = 0;
   std::uint8_t low_bit_ = 0;  // 0 to 7
+  bool is_lent_ = false;      // the heap's memory is someone else's
   std::array<std::uint8_t, kInlineSize> inline_{};
 };
 

@@ -8,14 +8,19 @@
 
 namespace zrt {
 
+/// The digit of 0 to 15, with letters as below.
+constexpr char HexDigit(int nibble, char digit_ten) {
+  return static_cast<char>(nibble > 9 ? digit_ten + nibble - 10 : '0' + nibble);
+}
+
 /// Writes two digits a byte, the high nibble first, without a terminator. The digit for ten is
 /// `digit_ten`, "A" or "a", and the other letters follow it. Returns the end of the digits.
 char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text);
 
 /// Reads hexadecimal digits of either case, in reading order from the first byte on; an odd count
-/// leaves the low nibble of the last byte 0. `bytes` has (digit count + 1) / 2 bytes, and `digits`
-/// holds digits alone.
-void ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes);
+/// leaves the low nibble of the last byte 0. `bytes` has (digit count + 1) / 2 bytes. False if
+/// `digits` holds anything else: then the bytes are of no known content.
+[[nodiscard]] bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes);
 
 /// Reads binary digits, right-aligned. `bytes` has (digit count + 7) / 8 bytes.
 void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes);

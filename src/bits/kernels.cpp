@@ -45,21 +45,21 @@ struct MovedUp {
   std::uint64_t kept;  // the bits that come from the byte in its place, in each byte
 };
 
-struct Set {
+struct SetBits {
   static constexpr unsigned kNeutral = 0;  // what stands beside the source's bits
   template <class Unit>
   ZRT_INLINE static void Join(Unit& left, const Unit& right) {
     left = right;
   }
 };
-struct Or {
+struct OrBits {
   static constexpr unsigned kNeutral = 0;
   template <class Unit>
   ZRT_INLINE static void Join(Unit& left, const Unit& right) {
     left |= right;
   }
 };
-struct And {
+struct AndBits {
   static constexpr unsigned kNeutral = 0xFF;
   template <class Unit>
   ZRT_INLINE static void Join(Unit& left, const Unit& right) {
@@ -112,6 +112,28 @@ ZRT_INLINE void JoinInPlace(Bytes target, ConstBytes source) {
   for (std::size_t i = 0; i < count; ++i) Operator::Join(to[i], from[i]);
 }
 
+template <class Operator>
+ZRT_INLINE void JoinEach(Bytes target, ConstBytes left, ConstBytes right) {
+  const std::size_t above = target.size() - right.size();
+  if (target.data() != left.data() && above > 0) std::memcpy(target.data(), left.data(), above);
+  std::uint8_t* to = target.data() + above;
+  const std::uint8_t* from = left.data() + above;
+  std::size_t i = 0;
+  for (; i + kStep <= right.size(); i += kStep) {
+    Step step;
+    Step other;
+    Load(step, from + i);
+    Load(other, right.data() + i);
+    Operator::Join(step, other);
+    Store(to + i, step);
+  }
+  for (; i < right.size(); ++i) {
+    std::uint8_t byte = from[i];
+    Operator::Join(byte, right[i]);
+    to[i] = byte;
+  }
+}
+
 // The bits of each byte in the opposite order (H. S. Warren, Hacker's Delight, 7-1).
 template <class Unit>
 ZRT_INLINE void MirrorEachByte(Unit& unit) {
@@ -154,19 +176,27 @@ ZRT_INLINE void MirrorInPlace(Bytes bytes) {
 }  // namespace
 
 ZRT_WIDE void Lay(Bytes target, unsigned low_bit, ConstBytes source) {
-  if (low_bit > 0) return JoinMovedUp<Set>(target, low_bit, source);
+  if (low_bit > 0) return JoinMovedUp<SetBits>(target, low_bit, source);
   const std::size_t count = std::min(target.size(), source.size());
   if (count > 0) std::memcpy(target.last(count).data(), source.last(count).data(), count);
 }
 
 ZRT_WIDE void OrShifted(Bytes target, unsigned low_bit, ConstBytes source) {
-  if (low_bit > 0) return JoinMovedUp<Or>(target, low_bit, source);
-  JoinInPlace<Or>(target, source);
+  if (low_bit > 0) return JoinMovedUp<OrBits>(target, low_bit, source);
+  JoinInPlace<OrBits>(target, source);
 }
 
 ZRT_WIDE void AndShifted(Bytes target, unsigned low_bit, ConstBytes source) {
-  if (low_bit > 0) return JoinMovedUp<And>(target, low_bit, source);
-  JoinInPlace<And>(target, source);
+  if (low_bit > 0) return JoinMovedUp<AndBits>(target, low_bit, source);
+  JoinInPlace<AndBits>(target, source);
+}
+
+ZRT_WIDE void And(Bytes target, ConstBytes left, ConstBytes right) {
+  JoinEach<AndBits>(target, left, right);
+}
+
+ZRT_WIDE void Or(Bytes target, ConstBytes left, ConstBytes right) {
+  JoinEach<OrBits>(target, left, right);
 }
 
 // From the top: each step reads at or behind the bytes that it writes.

@@ -23,6 +23,11 @@ void OrShifted(Bytes target, unsigned low_bit, ConstBytes source);
 /// target &= source << low_bit, in the same way; bits that `source` does not cover stay.
 void AndShifted(Bytes target, unsigned low_bit, ConstBytes source);
 
+/// target = left & right, target = left | right, in the low bytes that `right` has; above them the
+/// bytes of `left`. Target and left are of equal size, right of no larger one.
+void And(Bytes target, ConstBytes left, ConstBytes right);
+void Or(Bytes target, ConstBytes left, ConstBytes right);
+
 /// target = source << bit_count. Zeros come in at the low end. Equal sizes.
 void ShiftLeft(Bytes target, ConstBytes source, std::size_t bit_count);
 

@@ -18,18 +18,23 @@ class BitsPolicy : public BitsKind {
   using Value = BitValue;
   using Watch = Watcher;
 
-  BitsPolicy(const Scopes& scopes, LByteBuffer* older, BitsOutcome& outcome, Watch watch)
-      : scopes_(scopes), older_(older), outcome_(outcome), watch_(watch) {}
+  BitsPolicy(const Scopes& scopes, LByteBuffer* older, std::size_t text_length,
+             BitsOutcome& outcome, Watch watch)
+      : scopes_(scopes),
+        older_(older),
+        place_(older, text_length),
+        outcome_(outcome),
+        watch_(watch) {}
 
   [[nodiscard]] Watch watch() const { return watch_; }
 
   ZRTStatus Read(std::string_view text, BitValue& value) {
-    return ReadBits(text, scopes_, value, watch_);
+    return ReadBits(text, scopes_, place_, value, watch_);
   }
-  static ZRTStatus Apply(BitValue& value, OperatorCode code, BitValue& operand) {
-    return ApplyToBits(value, code, operand);
+  ZRTStatus Apply(BitValue& value, OperatorCode code, BitValue& operand) {
+    return ApplyToBits(value, code, operand, place_);
   }
-  static void ApplyUnary(BitValue& value, OperatorCode code) { ApplyUnaryToBits(value, code); }
+  void ApplyUnary(BitValue& value, OperatorCode code) { ApplyUnaryToBits(value, code, place_); }
 
   void BeginResult(BitValue& value) {
     const std::size_t older_size = older_ ? SizeOf(*older_) : 0;
@@ -52,6 +57,7 @@ class BitsPolicy : public BitsKind {
  private:
   const Scopes& scopes_;
   LByteBuffer* older_;
+  OutcomePlace place_;
   BitsOutcome& outcome_;
   [[no_unique_address]] Watch watch_;
 };
@@ -61,7 +67,7 @@ class BitsPolicy : public BitsKind {
 template <class Watch>
 ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
                     BitsOutcome& outcome, Watch watch) {
-  return SolveText(text, BitsPolicy<Watch>(scopes, older, outcome, watch));
+  return SolveText(text, BitsPolicy<Watch>(scopes, older, text.size(), outcome, watch));
 }
 
 template ZRTStatus SolveBits(std::string_view, const Scopes&, LByteBuffer*, BitsOutcome&,
@@ -69,7 +75,7 @@ template ZRTStatus SolveBits(std::string_view, const Scopes&, LByteBuffer*, Bits
 template ZRTStatus SolveBits(std::string_view, const Scopes&, LByteBuffer*, BitsOutcome&, Watcher*);
 
 ZRTStatus SolveBitsChain(std::string_view text, const Scopes& scopes, BitsOutcome& outcome) {
-  return SolveTextAsChain(text, BitsPolicy<Unwatched>(scopes, nullptr, outcome, {}));
+  return SolveTextAsChain(text, BitsPolicy<Unwatched>(scopes, nullptr, text.size(), outcome, {}));
 }
 
 }  // namespace zrt

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 
 #include "bits/digits.h"
 #include "bits/exhausted_memory.h"
@@ -79,7 +80,7 @@ ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
       const std::string_view digits = text.substr(2);
       if (digits.size() > kMaxHexDigits) return ErrStreamWrite;
       const auto bytes = value.Rebuild((digits.size() + 1) / 2);
-      ReadHexDigits(digits, bytes);
+      (void)ReadHexDigits(digits, bytes);
       value.set_bit_length(static_cast<int>(8 * bytes.size()));
       return kOk;
     }
@@ -88,20 +89,63 @@ ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
   }
 }
 
-// `buffer` holds the name as the lookups want it.
 template <class Watch>
-ZRTStatus ReadName(std::string_view name, char* buffer, int index, const Scopes& scopes,
-                   BitValue& value, Watch watch) {
-  const Meaning meaning = MeaningOf(name, buffer, scopes);
-  if constexpr (kIsWatched<Watch>) NoteMeaning(meaning, buffer, scopes, watch);
+ZRTStatus ReadMeaning(const Meaning& meaning, std::string_view name, int index, BitValue& value,
+                      Watch watch) {
   if (meaning.field) return ReadField(*meaning.field, index, value, watch);
   if (meaning.is_mask) return ReadMaskField(index, value);
   if (meaning.token) return ReadToken(*meaning.token, index, value);
   return ReadLiteral(name, value);
 }
 
+// `buffer` holds the name as the lookups want it.
 template <class Watch>
-ZRTStatus Read(std::string_view text, const Scopes& scopes, BitValue& value, Watch watch) {
+ZRTStatus ReadName(std::string_view name, char* buffer, int index, const Scopes& scopes,
+                   BitValue& value, Watch watch) {
+  const Meaning meaning = MeaningOf(name, buffer, scopes);
+  if constexpr (kIsWatched<Watch>) NoteMeaning(meaning, buffer, scopes, watch);
+  return ReadMeaning(meaning, name, index, value, watch);
+}
+
+// A hexadecimal literal, which most operands are, and nearly every long one: copied as a name and
+// turned into bytes in one go, a part at a time that stays in the cache, before it is known that it
+// is no name. Nothing, with `value` empty, if it is no such literal.
+template <class Watch>
+std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, OutcomePlace& place,
+                                 BitValue& value, Watch watch) {
+  constexpr std::size_t kPart = 16384;  // digits
+  if (!text.starts_with("0x")) return std::nullopt;
+  const std::string_view digits = text.substr(2);
+  if (digits.empty() || digits.size() > kMaxHexDigits) return std::nullopt;
+  const std::size_t byte_count = (digits.size() + 1) / 2;
+  NameBuffer name(text.size());
+  name.text()[0] = '0';
+  name.text()[1] = 'x';
+  place.OfferTo(value, byte_count);
+  const auto bytes = value.Rebuild(byte_count);
+  for (std::size_t done = 0; done < digits.size(); done += kPart) {
+    const std::string_view part = digits.substr(done, kPart);
+    if (!ReadHexDigits(part, bytes.subspan(done / 2, (part.size() + 1) / 2))) {
+      value.Rebuild(0);
+      return std::nullopt;
+    }
+    part.copy(name.text() + 2 + done, part.size());
+  }
+  name.text()[text.size()] = '\0';
+  const Meaning meaning = MeaningOf(text, name.text(), scopes);
+  if constexpr (kIsWatched<Watch>) NoteMeaning(meaning, name.text(), scopes, watch);
+  if (!meaning.is_there()) {
+    value.set_bit_length(static_cast<int>(8 * byte_count));
+    return kOk;
+  }
+  value.Rebuild(0);
+  return ReadMeaning(meaning, text, kNoIndex, value, watch);
+}
+
+template <class Watch>
+ZRTStatus Read(std::string_view text, const Scopes& scopes, OutcomePlace& place, BitValue& value,
+               Watch watch) {
+  if (const auto status = ReadHex(text, scopes, place, value, watch)) return *status;
   if (ShortOperand plain(text); plain.is_plain()) {
     return ReadName(text, plain.name(), kNoIndex, scopes, value, watch);
   }
@@ -140,11 +184,12 @@ void NoteMeaning(const Meaning& meaning, char* buffer, const Scopes& scopes, Wat
 }
 
 template <class Watch>
-ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, BitValue& value, Watch watch) {
-  return OnExhaustedMemory(ErrStreamWrite, [&] { return Read(text, scopes, value, watch); });
+ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, OutcomePlace& place,
+                   BitValue& value, Watch watch) {
+  return OnExhaustedMemory(ErrStreamWrite, [&] { return Read(text, scopes, place, value, watch); });
 }
 
-template ZRTStatus ReadBits(std::string_view, const Scopes&, BitValue&, Unwatched);
-template ZRTStatus ReadBits(std::string_view, const Scopes&, BitValue&, Watcher*);
+template ZRTStatus ReadBits(std::string_view, const Scopes&, OutcomePlace&, BitValue&, Unwatched);
+template ZRTStatus ReadBits(std::string_view, const Scopes&, OutcomePlace&, BitValue&, Watcher*);
 
 }  // namespace zrt

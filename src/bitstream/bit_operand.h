@@ -5,6 +5,7 @@
 
 #include "ErrorCodes.h"
 #include "bits/bit_value.h"
+#include "bitstream/stream_bytes.h"
 #include "names/scopes.h"
 #include "solve/watch.h"
 
@@ -26,13 +27,14 @@ Meaning MeaningOf(std::string_view name, char* buffer, const Scopes& scopes);
 /// Tells a watcher of it. `buffer` as the search left it.
 void NoteMeaning(const Meaning& meaning, char* buffer, const Scopes& scopes, Watcher* watch);
 
-/// Reads `text` into an empty `value`. A row read without an index, or with index 0, moves its
-/// field's row pointer on, unless it is the field's only one.
+/// Reads `text` into an empty `value`, a long literal into `place`. A row read without an index, or
+/// with index 0, moves its field's row pointer on, unless it is the field's only one.
 /// @return kOk, ErrMissingArrayName, ErrMissingCloseBracket, ErrEmptyIndex, ErrStrayCloseBracket,
 ///         ErrNegativeIndex, ErrBadTokenType, ErrUnknownOperand: `value` as it was; ErrStreamWrite
 ///         if a field has no such row (the bit length is the one told for it), if a hexadecimal
 ///         literal has more bits than 2147483647, or if memory runs out.
 template <class Watch = Unwatched>
-ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, BitValue& value, Watch watch = {});
+ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, OutcomePlace& place,
+                   BitValue& value, Watch watch = {});
 
 }  // namespace zrt

@@ -51,11 +51,12 @@ ZRTStatus Calculate(BitValue& left, std::uint16_t code, BitValue& right) {
   return status;
 }
 
-ZRTStatus Shift(BitValue& left, std::uint16_t code, BitValue& right) {
+ZRTStatus Shift(BitValue& left, std::uint16_t code, BitValue& right, OutcomePlace& place) {
   if (IsTooWide(right)) return ErrOperandTooWide;
   const int count = LeadingWord(right);
   if (count <= 0) return kOk;  // before Rewrite(): a long left value is not to move for nothing
   const auto kernel = code == OpShiftLeft ? kernels::ShiftLeft : kernels::ShiftRight;
+  place.OfferTo(left, left.byte_count());
   const auto [target, source] = left.Rewrite();
   kernel(target, source, static_cast<std::size_t>(count));
   return kOk;
@@ -96,11 +97,15 @@ bool AreSimilar(std::size_t one, std::size_t other) {
 }
 
 // Lays both sides in new bytes: each is read once and written once, in its final place.
-BitValue Joined(BitValue& left, BitValue& right, const Placing& placing, std::size_t size) {
+BitValue Joined(BitValue& left, BitValue& right, const Placing& placing, std::size_t size,
+                OutcomePlace& place) {
   BitValue joined;
+  place.OfferTo(joined, size);
+  const auto growth = left.byte_count() < right.byte_count() ? BitValue::Growth::kInFront
+                                                             : BitValue::Growth::kBehind;
   const auto target = AreSimilar(left.byte_count(), right.byte_count())
                           ? joined.Rebuild(size)
-                          : joined.RebuildWithRoom(size);
+                          : joined.RebuildWithRoom(size, growth);
   const auto low = right.Bytes().last(std::min(right.byte_count(), size));
   if (!placing.has_place) {
     std::ranges::fill(target.first(size - low.size()), std::uint8_t{0});
@@ -119,7 +124,7 @@ BitValue Joined(BitValue& left, BitValue& right, const Placing& placing, std::si
 }
 
 // Lays `left` above `right`. The shorter one goes into the longer one's buffer if that has room.
-ZRTStatus Concatenate(BitValue& left, BitValue& right) {
+ZRTStatus Concatenate(BitValue& left, BitValue& right, OutcomePlace& place) {
   const std::int64_t total = JoinedLength(left.bit_length(), right);
   if (!FitsBitLength(total)) return ErrStreamWrite;
   const std::size_t size = BytesFor(total);
@@ -134,7 +139,7 @@ ZRTStatus Concatenate(BitValue& left, BitValue& right) {
     if (placing.has_place) right.Or(placing.up_bits, left.Bytes());
     left = std::move(right);
   } else {
-    left = Joined(left, right, placing, size);
+    left = Joined(left, right, placing, size, place);
   }
   left.set_bit_length(bit_length);
   return placing.fits ? kOk : ErrStreamWrite;
@@ -188,13 +193,14 @@ class Copies {
   std::size_t bit_count_;
 };
 
-ZRTStatus Replicate(BitValue& left, BitValue& right) {
+ZRTStatus Replicate(BitValue& left, BitValue& right, OutcomePlace& place) {
   if (IsTooWide(right)) return ErrOperandTooWide;
   const std::int64_t count = CopyCount(right);
   const int bit_count = left.bit_length();
   const std::int64_t total = count * bit_count;
   if (!FitsBitLength(total)) return ErrStreamWrite;
   BitValue result;
+  place.OfferTo(result, BytesFor(total));
   const auto target = result.Rebuild(BytesFor(total));
   bool fits = true;
   bool is_laid = false;
@@ -217,8 +223,9 @@ ZRTStatus Replicate(BitValue& left, BitValue& right) {
 
 // The low bytes of the right side, mirrored, from the top of the left side on; bytes the right side
 // does not have are 0.
-void ReverseInto(BitValue& left, BitValue& right) {
+void ReverseInto(BitValue& left, BitValue& right, OutcomePlace& place) {
   BitValue result;
+  place.OfferTo(result, left.byte_count());
   const auto target = result.Rebuild(left.byte_count());
   const auto source = right.Bytes();
   const std::size_t count = std::min(source.size(), target.size());
@@ -229,25 +236,28 @@ void ReverseInto(BitValue& left, BitValue& right) {
 }
 
 // The operator has an effect: no other code comes here.
-ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right) {
+ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right, OutcomePlace& place) {
   switch (code) {
-    case OpAnd: left.And(right.Bytes()); return kOk;
+    case OpAnd:
+      place.OfferTo(left, left.byte_count());
+      left.And(right.Bytes());
+      return kOk;
     case OpOr:
-      (void)left.OwnBytes();
-      left.Or(0, right.Bytes().last(std::min(right.byte_count(), left.byte_count())));
+      place.OfferTo(left, left.byte_count());
+      left.Or(right.Bytes());
       return kOk;
     case OpLogicalNot:
-    case OpBitwiseNot: ApplyUnaryToBits(left, static_cast<OperatorCode>(code)); return kOk;
+    case OpBitwiseNot: ApplyUnaryToBits(left, static_cast<OperatorCode>(code), place); return kOk;
     case OpShiftLeft:
-    case OpShiftRight: return Shift(left, code, right);
+    case OpShiftRight: return Shift(left, code, right, place);
     case OpAdd:
     case OpSubtract:
     case OpDivide:
     case OpMultiply:
     case OpModulo: return Calculate(left, code, right);
-    case OpConcat: return Concatenate(left, right);
-    case OpReplicate: return Replicate(left, right);
-    case OpBitReverse: ReverseInto(left, right); return kOk;
+    case OpConcat: return Concatenate(left, right, place);
+    case OpReplicate: return Replicate(left, right, place);
+    case OpBitReverse: ReverseInto(left, right, place); return kOk;
     default: return ErrInvalidOperator;
   }
 }
@@ -271,16 +281,17 @@ bool IsTooLong(int left_bit_length, std::uint16_t code, BitValue& right) {
   }
 }
 
-ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right) {
+ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right, OutcomePlace& place) {
   if (const auto status = StatusWithoutValues(code)) return *status;
   // Each operator gets its memory before it changes the left side.
-  return OnExhaustedMemory(ErrStreamWrite, [&] { return Apply(left, code, right); });
+  return OnExhaustedMemory(ErrStreamWrite, [&] { return Apply(left, code, right, place); });
 }
 
-void ApplyUnaryToBits(BitValue& value, OperatorCode code) {
+void ApplyUnaryToBits(BitValue& value, OperatorCode code, OutcomePlace& place) {
   const auto kernel = code == OpBitwiseNot   ? kernels::Complement
                       : code == OpLogicalNot ? kernels::NegateEach
                                              : kernels::Mirror;
+  place.OfferTo(value, value.byte_count());
   const auto [target, source] = value.Rewrite();
   kernel(target, source);
 }

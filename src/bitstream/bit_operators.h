@@ -6,6 +6,7 @@
 
 #include "ErrorCodes.h"
 #include "bits/bit_value.h"
+#include "bitstream/stream_bytes.h"
 #include "scan/operators.h"
 
 namespace zrt {
@@ -18,14 +19,14 @@ std::optional<ZRTStatus> StatusWithoutValues(std::uint16_t code);
 bool IsTooLong(int left_bit_length, std::uint16_t code, BitValue& right);
 
 /// Applies the operator `code` to `left` in place. A right side that is missing is an empty value.
-/// `right` may be used up.
+/// `right` may be used up. A long result may get its bytes in `place`.
 /// @return kOk; ErrInvalidOperator for a code that is none, or a division by 0 (left unchanged);
 ///         ErrOperandTooWide where a 32-bit value is needed (left unchanged); ErrStreamWrite for a
 ///         result beyond 2147483647 bits or without memory (left unchanged), or a store outside the
 ///         result's bytes (left has its new bytes and its old bit length).
-ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right);
+ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right, OutcomePlace& place);
 
 /// Applies "~", "!" or "$" to `value` in place. Throws std::bad_alloc, leaving it as it was.
-void ApplyUnaryToBits(BitValue& value, OperatorCode code);
+void ApplyUnaryToBits(BitValue& value, OperatorCode code, OutcomePlace& place);
 
 }  // namespace zrt

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace zrt {
 namespace {
@@ -11,6 +12,15 @@ namespace {
 // move or change as it is written.
 void KeepFrom(RowDataStream& stream, BitValue& value) {
   if (value.Bytes().data() == stream.GetDataBlock()) (void)value.OwnBytes();
+}
+
+// A stream that is emptied frees its later blocks, so that only a sole one will do.
+template <class Block>
+std::span<std::uint8_t> RoomBehind(Block& head, std::size_t byte_count) {
+  if constexpr (RoomyBlock<Block>) {
+    if (head.GetLastBlock(&head) == &head) return head.RoomToAppend(byte_count);
+  }
+  return {};
 }
 
 }  // namespace
@@ -32,6 +42,12 @@ void CopyBytes(LByteBuffer& chain, std::uint8_t* to) {
   for (std::size_t index = 0; index < size; ++index) {
     to[index] = chain.ReadData(static_cast<int>(index));
   }
+}
+
+void OutcomePlace::Offer(BitValue& value, std::size_t byte_count) {
+  const auto room = RoomBehind<LByteBuffer>(*stream_, byte_count);
+  stream_ = nullptr;
+  if (!room.empty()) value.UseRoom(room);
 }
 
 void LoadBytes(LByteBuffer& chain, BitValue& value) {

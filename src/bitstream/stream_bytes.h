@@ -6,6 +6,7 @@
 // same bytes.
 #pragma once
 
+#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -38,6 +39,35 @@ void BorrowBytes(LByteBuffer& chain, BitValue& value);
 template <class Block>
 concept BulkBlock = requires(Block& block, const unsigned char* bytes, std::size_t count) {
   { block.AppendData(bytes, count) } -> std::same_as<std::size_t>;
+};
+
+/// A block that shows the room behind its bytes, for `count` more or none: what is filled there and
+/// then appended from there needs no copy. As AppendData() it leaves the bytes as they are.
+template <class Block>
+concept RoomyBlock = BulkBlock<Block> && requires(Block& block, std::size_t count) {
+  { block.RoomToAppend(count) } -> std::same_as<std::span<unsigned char>>;
+};
+
+/// The place where the stream of an evaluation will have the bytes of its outcome. The first long
+/// value that needs new bytes gets them there: often it is the outcome itself, or grows to it.
+class OutcomePlace {
+ public:
+  /// Of a stream, or none. In a text of many pieces each of them is short.
+  explicit OutcomePlace(LByteBuffer* stream, std::size_t text_length = 0)
+      : stream_(stream), least_size_(std::max(kLongValue, text_length / 32)) {}
+
+  /// For a value that is to be given `byte_count` new bytes.
+  void OfferTo(BitValue& value, std::size_t byte_count) {
+    if (stream_ && byte_count >= least_size_ && !value.has_own_bytes()) Offer(value, byte_count);
+  }
+
+ private:
+  static constexpr std::size_t kLongValue = 1024;  // bytes
+
+  void Offer(BitValue& value, std::size_t byte_count);
+
+  LByteBuffer* stream_;  // null from the first offer on
+  std::size_t least_size_;
 };
 
 /// Appends `count` bytes, each from `byte_at(index)`, behind what the chain of `head` holds, block

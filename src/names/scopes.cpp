@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "bits/huge_pages.h"
 #include "hq4170.h"
 
 namespace zrt {
@@ -16,8 +17,13 @@ constexpr std::string_view kMaskNames[] = {
 
 }  // namespace
 
-NameBuffer::NameBuffer(std::string_view name) {
-  if (name.size() >= kInlineSize) heap_.reset(new char[name.size() + 1]);
+NameBuffer::NameBuffer(std::size_t length) {
+  if (length < kInlineSize) return;
+  heap_.reset(new char[length + 1]);
+  PreferHugePages(heap_.get(), length + 1);
+}
+
+NameBuffer::NameBuffer(std::string_view name) : NameBuffer(name.size()) {
   text()[name.copy(text(), name.size())] = '\0';
 }
 

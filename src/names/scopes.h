@@ -18,10 +18,14 @@ class NameBuffer {
   /// Copies `name`. Throws std::bad_alloc.
   explicit NameBuffer(std::string_view name);
 
+  /// Has room for a name of `length` characters and the terminator, to be filled.
+  /// Throws std::bad_alloc.
+  explicit NameBuffer(std::size_t length);
+
   [[nodiscard]] char* text() { return heap_ ? heap_.get() : inline_; }
 
  private:
-  static constexpr std::size_t kInlineSize = 128;
+  static constexpr std::size_t kInlineSize = 512;
 
   char inline_[kInlineSize];
   std::unique_ptr<char[]> heap_;

@@ -11,6 +11,7 @@
 
 using zrt::BitsOutcome;
 using zrt::BitValue;
+using zrt::OutcomePlace;
 using zrt::StatusOf;
 using zrt::Unwatched;
 using zrt::WatchedStatusOf;
@@ -83,7 +84,8 @@ int ZRTExpression::GetBitStreamValue(char* text, RowDataStream* stream) {
   return StatusOf([&]() -> int {
     BitValue value;
     value.set_bit_length(stream->BitLength);  // kept where memory runs out before a field is found
-    const int status = zrt::ReadBits(text, CurrentScopes(), value);
+    OutcomePlace place(nullptr);              // the stream keeps what it holds
+    const int status = zrt::ReadBits(text, CurrentScopes(), place, value);
     if (!MayHaveChangedValue(status)) return status;
     return AddValue(*stream, value) ? status : ErrStreamWrite;
   });
@@ -102,7 +104,8 @@ int ZRTExpression::ExecuteBitStreamOperator(RowDataStream* left, unsigned short 
     if (zrt::IsTooLong(value.bit_length(), code, operand)) return ErrStreamWrite;
     if (right) BorrowBytes(*right, operand);
     LoadBytes(*left, value);
-    const int status = zrt::ApplyToBits(value, code, operand);
+    OutcomePlace place(nullptr);  // the stream's bytes are an operand
+    const int status = zrt::ApplyToBits(value, code, operand, place);
     if (!MayHaveChangedValue(status)) return status;
     return OverwriteByValue(*left, value) ? status : ErrStreamWrite;
   });

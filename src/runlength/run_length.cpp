@@ -5,6 +5,7 @@
 // time.
 #include "runlength/run_length.h"
 
+#include <bit>
 #include <charconv>
 #include <cstring>
 #include <string_view>
@@ -27,14 +28,24 @@ std::uint64_t LoadWord(const std::uint8_t* from) {
   return word;
 }
 
-// H. S. Warren, Hacker's Delight, 6-1.
-bool HasZeroByte(std::uint64_t word) { return ((word - kLowBits) & ~word & (kLowBits << 7)) != 0; }
+// The top bit of each byte that is 0 (H. S. Warren, Hacker's Delight, 6-1).
+std::uint64_t ZeroBytes(std::uint64_t word) {
+  constexpr std::uint64_t kLow7 = kLowBits * 0x7F;
+  return ~(((word & kLow7) + kLow7) | word | kLow7);
+}
+
+// The place in memory of the first byte that is not 0, in a word that has one.
+std::size_t FirstByte(std::uint64_t word) {
+  const bool is_little = std::endian::native == std::endian::little;
+  return static_cast<std::size_t>(is_little ? std::countr_zero(word) : std::countl_zero(word)) / 8;
+}
 
 // The first place from `begin` on whose byte the next one equals; the end if there is none.
 std::size_t NextPair(Bytes bytes, std::size_t begin) {
   std::size_t i = begin;
   for (; i + kWordSize < bytes.size(); i += kWordSize) {
-    if (HasZeroByte(LoadWord(&bytes[i]) ^ LoadWord(&bytes[i + 1]))) break;
+    const std::uint64_t pairs = ZeroBytes(LoadWord(&bytes[i]) ^ LoadWord(&bytes[i + 1]));
+    if (pairs != 0) return i + FirstByte(pairs);
   }
   while (i + 1 < bytes.size() && bytes[i] != bytes[i + 1]) ++i;
   return i + 1 < bytes.size() ? i : bytes.size();
@@ -44,7 +55,10 @@ std::size_t NextPair(Bytes bytes, std::size_t begin) {
 std::size_t EndOfRun(Bytes bytes, std::size_t begin) {
   const std::uint64_t repeated = bytes[begin] * kLowBits;
   std::size_t end = begin + 1;
-  while (end + kWordSize <= bytes.size() && LoadWord(&bytes[end]) == repeated) end += kWordSize;
+  for (; end + kWordSize <= bytes.size(); end += kWordSize) {
+    const std::uint64_t others = LoadWord(&bytes[end]) ^ repeated;
+    if (others != 0) return end + FirstByte(others);
+  }
   while (end < bytes.size() && bytes[end] == bytes[begin]) ++end;
   return end;
 }
@@ -58,12 +72,16 @@ class Writer {
 
   void WriteDigits(Bytes bytes) {
     if (bytes.empty()) return;
-    end_ = WriteHexDigits(bytes, digit_ten_, Write(is_empty() ? "0x" : "@0x", end_));
+    Join();
+    end_ = WriteHexDigits(bytes, digit_ten_, Write("0x", end_));
   }
 
   void WriteRun(Bytes run) {
     constexpr std::size_t kMaxCountDigits = 10;
-    end_ = WriteHexDigits(run.first(1), digit_ten_, Write(is_empty() ? "(0x" : "@(0x", end_));
+    Join();
+    end_ = Write("(0x", end_);
+    *end_++ = HexDigit(run.front() >> 4, digit_ten_);
+    *end_++ = HexDigit(run.front() & 0xF, digit_ten_);
     *end_++ = '^';
     end_ = std::to_chars(end_, end_ + kMaxCountDigits, run.size()).ptr;
     *end_++ = ')';
@@ -83,6 +101,10 @@ class Writer {
   [[nodiscard]] bool is_empty() const { return end_ == begin_; }
 
  private:
+  void Join() {
+    if (!is_empty()) *end_++ = '@';
+  }
+
   char* begin_;
   char* end_;
   char digit_ten_;

@@ -64,7 +64,7 @@ class MarkedText {
   Mark* MoveToHeap(std::uint32_t position);
   void LinkBrackets();
 
-  static constexpr std::size_t kInlineMarks = 96;
+  static constexpr std::size_t kInlineMarks = 256;
 
   std::string_view text_;
   std::uint32_t mark_count_ = 0;

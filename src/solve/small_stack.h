@@ -12,6 +12,8 @@
 #include <new>
 #include <utility>
 
+#include "bits/huge_pages.h"
+
 namespace zrt {
 
 /// Elements stay where they are put: a reference lasts until its element is dropped. Throws
@@ -66,7 +68,11 @@ class SmallStack {
   }
 
   void Climb() {
-    if (!has_spare_) segments_[level_] = std::allocator<T>().allocate(SizeOf(level_ + 1));
+    if (!has_spare_) {
+      const std::size_t count = SizeOf(level_ + 1);
+      segments_[level_] = std::allocator<T>().allocate(count);
+      PreferHugePages(segments_[level_], count * sizeof(T));
+    }
     has_spare_ = false;
     Enter(level_ + 1);
     top_ = begin_;

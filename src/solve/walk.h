@@ -133,8 +133,8 @@ class Walk : private WalkSteps<Policy> {
     return found;
   }
 
-  SmallStack<Frame, 48> frames_;
-  SmallStack<Solved, 48> values_;
+  SmallStack<Frame, 64> frames_;
+  SmallStack<Solved, 64> values_;
 };
 
 /// Evaluates `text` by `policy`: as an expression, or as one chain whatever it holds.
