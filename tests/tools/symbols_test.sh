@@ -25,10 +25,11 @@ case "$1" in
     exit 1 ;;
   imports)
     nm -D --undefined-only "$2" | sed -E 's/^ *[Uwv] //; s/@.*//' | c++filt | sort -u |
-      grep -vxE 'mem(chr|cmp|cpy|move|set)|bcmp|str(cmp|len)|_getcwd|_chdir|__errno_location' |
+      grep -vxE 'mem(chr|cmp|cpy|move|set)|bcmp|str(cmp|len)|madvise|_getcwd|_chdir|__errno_location' |
       grep -vxE '__cxa_.*|__gxx_personality_v0|_Unwind_Resume|__gmon_start__|_ITM_.*' |
       grep -vxE '__libc_single_threaded|__stack_chk_fail|__cpu_(model|indicator_init)' |
       grep -vxE 'operator (new|delete).*|std::(nothrow|terminate\(\)|from_chars\(.*|__throw_.*)' |
+      grep -vE '^std::__cxx11::basic_string<' |
       grep -vxE '(typeinfo|vtable) for .*' |
       grep -vE '^(Error(Handler|Element)|LByteBuffer|LString|QLM(DataField|PlusData)|RBTree|ZRTToken(s|Tree))::' |
       grep -vxE 'util_.*' || exit 0
