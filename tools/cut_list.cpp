@@ -21,8 +21,9 @@ class ListWriter {
   ListWriter(std::string_view text, const ReadingTree& tree) : text_(text), tree_(tree) {}
 
   std::string Write() {
-    const std::vector<NodeNumber> loose = tree_.Loose();
-    for (auto node = loose.rbegin(); node != loose.rend(); ++node) PushNode(*node, 0);
+    std::vector<NodeNumber> loose = tree_.Loose();
+    std::ranges::reverse(loose);  // what is pushed last comes first
+    for (const NodeNumber node : loose) PushNode(node, 0);
     while (!tasks_.empty()) {
       const Task task = tasks_.back();
       tasks_.pop_back();

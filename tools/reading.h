@@ -28,7 +28,7 @@ struct ReadValue {
 class Reading : public zrt::Observer {
  public:
   struct Cut {
-    zrt::CutEvent::By by;
+    zrt::CutEvent::By by{};
     zrt::Place piece;
     zrt::Place middle;
   };
@@ -38,39 +38,39 @@ class Reading : public zrt::Observer {
     zrt::Place name;
     zrt::Place index;
     zrt::Place unread;
-    zrt::OperandEvent::Meaning meaning;
-    zrt::OperandEvent::Scope scope;
-    zrt::OperandEvent::Literal literal;
-    bool has_index;
-    int index_status;
-    int index_value;
-    int token_type;       // as its library tells it; 0 if it is no token
-    bool loses_fraction;  // a float token, cut off to an integer
-    int row;              // the row that it was given, from 1; 0 for none
-    int row_count;        // of a field
-    const QLMDataField* field;
-    zrt::ValueNumber number;
+    zrt::OperandEvent::Meaning meaning{};
+    zrt::OperandEvent::Scope scope{};
+    zrt::OperandEvent::Literal literal{};
+    bool has_index = false;
+    int index_status = 0;
+    int index_value = 0;
+    int token_type = 0;           // as its library tells it; 0 if it is no token
+    bool loses_fraction = false;  // a float token, cut off to an integer
+    int row = 0;                  // the row that it was given, from 1; 0 for none
+    int row_count = 0;            // of a field
+    const QLMDataField* field = nullptr;
+    zrt::ValueNumber number = 0;
     ReadValue value;
   };
 
   struct Operation {
-    zrt::OperatorEvent::Effect effect;
-    bool is_unary;
+    zrt::OperatorEvent::Effect effect{};
+    bool is_unary = false;
     zrt::Place place;
     std::string text;
-    zrt::ValueNumber left;
-    zrt::ValueNumber right;
+    zrt::ValueNumber left = 0;
+    zrt::ValueNumber right = 0;
     ReadValue left_value;
     ReadValue right_value;
-    bool has_result;
+    bool has_result = false;
     ReadValue result;
   };
 
   struct Index {
     zrt::Place name;
     zrt::Place place;
-    int status;
-    int value;
+    int status = 0;
+    int value = 0;
   };
 
   /// An entry of one of the tables, in the order of the events. What stands between the begin and
@@ -78,8 +78,8 @@ class Reading : public zrt::Observer {
   struct Step {
     enum class Kind : std::uint8_t { kCut, kOperand, kOperation, kUnread, kIndexBegin, kIndexEnd };
 
-    Kind kind;
-    std::uint32_t at;
+    Kind kind{};
+    std::uint32_t at = 0;
   };
 
   Reading() = default;

@@ -17,8 +17,8 @@ class ReadingTree {
   struct Node {
     enum class Kind : std::uint8_t { kOperand, kUnary, kBinary };
 
-    Kind kind;
-    std::uint32_t at;         // in operands() or operations() of the reading
+    Kind kind{};
+    std::uint32_t at = 0;     // in operands() or operations() of the reading
     NodeNumber left = kNone;  // also of a unary operator
     NodeNumber right = kNone;
     NodeNumber index = kNone;  // of an operand

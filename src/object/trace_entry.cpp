@@ -13,8 +13,9 @@
 namespace zrt {
 namespace {
 
-// Walks as the kind does and reads nothing: each operand is looked up and told.
-template <class Kind>
+// Walks as the kind does and reads nothing: each operand is looked up and told. No operand of an
+// index has an index of its own, since the text of an index holds no "]".
+template <class Kind, bool kInIndex = false>
 class NamesPolicy : public Kind {
  public:
   struct Value {};
@@ -27,11 +28,8 @@ class NamesPolicy : public Kind {
   ZRTStatus Read(std::string_view text, Value& /*value*/) {
     OperandText operand;
     if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
-    if (operand.index) {
-      watch_->BeginIndex(operand.name, *operand.index);
-      const ZRTStatus status = SolveText(*operand.index, NamesPolicy<IntegerKind>(scopes_, watch_));
-      watch_->EndIndex(status, kNoIndex);
-      if (status != kOk) return ErrNegativeIndex;
+    if constexpr (!kInIndex) {
+      if (operand.index && TellIndex(operand) != kOk) return ErrNegativeIndex;
     }
     NameBuffer name(operand.name);
     Tell(operand.name, name.text());
@@ -45,6 +43,13 @@ class NamesPolicy : public Kind {
   static ValueView Show(Value /*value*/) { return {}; }
 
  private:
+  ZRTStatus TellIndex(const OperandText& operand) {
+    watch_->BeginIndex(operand.name, *operand.index);
+    const ZRTStatus status =
+        SolveText(*operand.index, NamesPolicy<IntegerKind, true>(scopes_, watch_));
+    watch_->EndIndex(status, kNoIndex);
+    return status;
+  }
   void Tell(std::string_view name, char* buffer) {
     Meaning meaning;
     if constexpr (Kind::kReversesBits) {

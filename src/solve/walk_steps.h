@@ -59,8 +59,9 @@ class WalkSteps {
     return Policy::kRefusesShifts && found.is_there() && IsShift(found.code());
   }
 
-  Policy& policy_;
-  const MarkedText& text_;
+  // The walk, which alone stands on these steps, works on both as well.
+  Policy& policy_;          // NOLINT(misc-non-private-member-variables-in-classes)
+  const MarkedText& text_;  // NOLINT(misc-non-private-member-variables-in-classes)
 
  private:
   ZRTStatus ReadOperand(const Piece& piece, const FoundOperator& found, Solved& operand);
