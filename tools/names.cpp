@@ -103,9 +103,9 @@ ExitCode ListNames(const ReadingRequest& request) {
       if (!is_first) std::cout << '\n';
       is_first = false;
       PrintNames(text, names, known);
-      if (!is_cut) {
-        PrintFailure(ErrorStream(), source, failure, hints, &session.explainer(), ErrorStyle());
-      }
+    }
+    if (!is_cut && !request.as_json) {
+      PrintFailure(ErrorStream(), source, failure, hints, &session.explainer(), ErrorStyle());
     }
     return is_cut && std::none_of(names.begin(), names.end(), [](const auto& operand) {
              return operand.meaning == Meaning::kUnknown;

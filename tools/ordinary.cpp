@@ -64,9 +64,9 @@ class Signature {
   template <class PartsOf>
   static std::string Of(std::uint32_t root, zrt::ValueKind kind, const PartsOf& parts_of) {
     struct Task {
-      std::uint32_t node;
+      std::uint32_t node = 0;
       std::string_view outer;
-      bool is_minus;
+      bool is_minus = false;
     };
     constexpr std::uint32_t kClose = UINT32_MAX;
     std::string signature;
@@ -108,6 +108,7 @@ class Signature {
 
 }  // namespace
 
+// NOLINTBEGIN(misc-no-recursion): an index is a text of its own, and takes no further index
 OrdinaryText::OrdinaryText(std::string_view text, zrt::ValueKind kind, const IsOperand& is_operand)
     : text_(text), kind_(kind), is_operand_(is_operand) {
   Parse();
@@ -201,7 +202,7 @@ bool OrdinaryText::AddIndexed(zrt::Place place, std::size_t open) {
   const std::size_t close = place.offset + place.length - 1;
   if (text_[close] != ']') {
     const std::size_t bracket = text_.find(']', open);
-    if (bracket >= close) return Refuse(open, 1, "this \"[\" has no \"]\"");
+    if (bracket >= close) return Refuse(open, 1, R"(this "[" has no "]")");
     return Refuse(bracket + 1, close - bracket, "nothing reads what stands behind the \"]\"");
   }
   const std::string_view index = text_.substr(open + 1, close - open - 1);
@@ -224,18 +225,20 @@ bool OrdinaryText::AddIndexed(zrt::Place place, std::size_t open) {
   return true;
 }
 
+// NOLINTEND(misc-no-recursion)
+
 // Hexadecimal and binary literals are 0 to this language in all but bit vectors.
 std::string OrdinaryText::LiteralHere(std::string_view operand) {
   std::string literal(operand);
   if (kind_ == zrt::ValueKind::kBits) return literal;
-  const std::string decimal = DecimalOf(operand);
+  std::string decimal = DecimalOf(operand);
   if (decimal.empty()) return literal;
   changes_literals_ = true;
   return decimal;
 }
 
 bool OrdinaryText::TakeOperator() {
-  const auto found = std::find_if(std::begin(kRanks), std::end(kRanks), [this](const Rank& rank) {
+  const Rank* found = std::find_if(std::begin(kRanks), std::end(kRanks), [this](const Rank& rank) {
     return text_.substr(at_).starts_with(rank.text);
   });
   if (found == std::end(kRanks)) {
@@ -249,6 +252,16 @@ bool OrdinaryText::TakeOperator() {
   return true;
 }
 
+void OrdinaryText::AddUnary(const Pending& pending, NodeNumber operand) {
+  if (pending.text == "$" && !nodes_[operand].is_operand()) {
+    Refuse(pending.offset, 1, "\"$\" takes one operand, no group");
+  }
+  values_.push_back(Add({
+      std::string(pending.text), {pending.offset, 1},
+       operand, kNone, kUnaryRank, false
+  }));
+}
+
 // Joins all that binds at least as much as `rank`, up to a "(".
 void OrdinaryText::Reduce(int rank) {
   while (!pending_.empty() && pending_.back().rank >= rank) {
@@ -257,13 +270,7 @@ void OrdinaryText::Reduce(int rank) {
     const NodeNumber right = values_.back();
     values_.pop_back();
     if (pending.is_unary && pending.text != "-") {
-      if (pending.text == "$" && !nodes_[right].is_operand()) {
-        Refuse(pending.offset, 1, "\"$\" takes one operand, no group");
-      }
-      values_.push_back(Add({
-          std::string(pending.text), {pending.offset, 1},
-           right, kNone, kUnaryRank, false
-      }));
+      AddUnary(pending, right);
       continue;
     }
     NodeNumber left = kNone;

@@ -69,6 +69,7 @@ class OrdinaryText {
   bool AddOperand(zrt::Place place);
   bool AddIndexed(zrt::Place place, std::size_t open);
   std::string LiteralHere(std::string_view operand);
+  void AddUnary(const Pending& pending, NodeNumber operand);
   void Reduce(int rank);
   NodeNumber Add(Node node);
   bool Refuse(std::size_t offset, std::size_t length, const std::string& reason);

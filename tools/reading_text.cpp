@@ -93,18 +93,18 @@ const char* TypeName(int token_type) {
   }
 }
 
+std::string RowOf(const Reading::Operand& operand) {
+  const std::string count = std::to_string(operand.row_count);
+  if (operand.row > 0) return "row " + std::to_string(operand.row) + " of " + count;
+  return count + (operand.row_count == 1 ? " row" : " rows");
+}
+
 std::string OriginOf(std::string_view text, const Reading::Operand& operand) {
   const std::string scope = ScopeName(operand.scope);
   switch (operand.meaning) {
     case Meaning::kToken: return scope + " token, " + TypeName(operand.token_type);
     case Meaning::kMaskName: return "mask name, no bits";
-    case Meaning::kField: {
-      const std::string count = std::to_string(operand.row_count);
-      if (operand.row > 0) {
-        return scope + " field, row " + std::to_string(operand.row) + " of " + count;
-      }
-      return scope + " field, " + count + (operand.row_count == 1 ? " row" : " rows");
-    }
+    case Meaning::kField: return scope + " field, " + RowOf(operand);
     case Meaning::kLiteral:
       return ReadsAlikeElsewhere(PartOf(text, operand.name), operand) ? "" : "literal";
     case Meaning::kUnknown: break;
