@@ -199,9 +199,9 @@ bool OrdinaryText::AddOperand(zrt::Place place) {
 // An index is an expression of its own, and must be a chain.
 bool OrdinaryText::AddIndexed(zrt::Place place, std::size_t open) {
   const std::size_t close = place.offset + place.length - 1;
-  if (text_[close] != ']') {
-    const std::size_t bracket = text_.find(']', open);
-    if (bracket >= close) return Refuse(open, 1, "this \"[\" has no \"]\"");
+  const std::size_t bracket = text_.find(']', open);
+  if (bracket > close) return Refuse(open, 1, "this \"[\" has no \"]\"");
+  if (bracket < close && text_.find('[', open + 1) > bracket) {
     return Refuse(bracket + 1, close - bracket, "nothing reads what stands behind the \"]\"");
   }
   const std::string_view index = text_.substr(open + 1, close - open - 1);
