@@ -92,6 +92,7 @@ Said FractionWithExponent(const Situation& at) {
     return std::all_of(text.begin(), text.end(), IsDigit);
   };
   const bool is_negative = power.starts_with('-');
+  if (digits.empty() && fraction.empty()) return std::nullopt;
   if (!are_digits(digits + fraction + power.substr(is_negative ? 1 : 0)) || power.size() > 4 ||
       power.size() <= (is_negative ? 1U : 0U)) {
     return std::nullopt;

@@ -42,6 +42,12 @@ inline std::string_view PartOf(std::string_view text, zrt::Place place) {
   return place.offset < text.size() ? text.substr(place.offset, place.length) : std::string_view();
 }
 
+/// "e5" and "e-5" are numbers, though anybody else reads a name.
+inline bool IsExponentAlone(std::string_view text, const Reading::Operand& operand) {
+  return operand.literal == zrt::OperandEvent::Literal::kFraction &&
+         (text.starts_with('e') || text.starts_with('E'));
+}
+
 inline bool IsArrayToken(const Reading::Operand& operand) { return operand.token_type >= 5; }
 
 /// "~" or "!" behind a group works on its left side and drops the right one.

@@ -40,9 +40,18 @@ Said FractionOfLiteral(const Seen& seen, const Operand& operand) {
   }
   const std::string value = std::to_string(operand.value.integer);
   const std::string_view literal = PartOf(seen.text, operand.name);
+  if (IsExponentAlone(literal, operand)) return std::nullopt;  // has its own rule
   const bool has_exponent = literal.find_first_of("eE") != std::string_view::npos;
   return Hint{operand.name, "integers stop at the \".\" or \"e\": this is " + value,
               has_exponent ? WithoutExponent(literal) : value};
+}
+
+// e-5 is a number, also where there is a name e.
+Said ExponentAlone(const Seen& seen, const Operand& operand) {
+  if (!IsExponentAlone(PartOf(seen.text, operand.name), operand)) return std::nullopt;
+  const std::string literal = seen.Part(operand.name);
+  return Hint{operand.name, "no digits stand in front of the \"e\": this is 0",
+              literal[1] == '-' ? literal.substr(0, 1) + " - " + literal.substr(2) : ""};
 }
 
 // 1e and 1e+5, which is 1e and then 5.
@@ -145,9 +154,9 @@ Said FieldReadAgain(const Seen& seen, const Operand& operand) {
 }
 
 constexpr Said (*kOperandRules[])(const Seen&, const Operand&) = {
-    PrefixedLiteral, FractionOfLiteral, ExponentWithoutDigits, LargeLiteral, FractionOfToken,
-    OddDigits,       UnusedIndex,       ArrayWithoutIndex,     MaskName,     OtherName,
-    FailedIndex,     RowZero,           FieldReadAgain,
+    PrefixedLiteral, FractionOfLiteral, ExponentAlone, ExponentWithoutDigits, LargeLiteral,
+    FractionOfToken, OddDigits,         UnusedIndex,   ArrayWithoutIndex,     MaskName,
+    OtherName,       FailedIndex,       RowZero,       FieldReadAgain,
 };
 
 }  // namespace
