@@ -71,35 +71,13 @@ Said StrayParenthesis(const Situation& at) {
   };
 }
 
-// 1.5e3 is 15e2. A "+" ends the operand, in 1.5e+3 as anywhere.
+// A "+" ends the operand, in 1.5e+3 as anywhere.
 Said FractionWithExponent(const Situation& at) {
-  const std::size_t point = at.part.find('.');
-  const std::size_t mark = at.part.find_first_of("eE");
-  if (point == std::string_view::npos || mark == std::string_view::npos || mark < point) {
-    return std::nullopt;
-  }
-  const std::string digits(at.part.substr(0, point));
-  const std::string fraction(at.part.substr(point + 1, mark - point - 1));
-  std::string power(at.part.substr(mark + 1));
-  zrt::Place place = at.place;
-  const std::size_t plus = at.place.offset + at.part.size();
-  if (power.empty() && plus < at.text.size() && at.text[plus] == '+') {
-    const std::size_t end = at.text.find_first_not_of("0123456789", plus + 1);
-    power = at.text.substr(plus + 1, end == std::string_view::npos ? end : end - plus - 1);
-    place.length += 1 + power.size();
-  }
-  const auto are_digits = [](std::string_view text) {
-    return std::all_of(text.begin(), text.end(), IsDigit);
-  };
-  const bool is_negative = power.starts_with('-');
-  if (digits.empty() && fraction.empty()) return std::nullopt;
-  if (!are_digits(digits + fraction + power.substr(is_negative ? 1 : 0)) || power.size() > 4 ||
-      power.size() <= (is_negative ? 1U : 0U)) {
-    return std::nullopt;
-  }
-  const int exponent = std::stoi(power) - static_cast<int>(fraction.size());
-  return Hint{place, "a fraction and an exponent do not go together",
-              digits + fraction + "e" + std::to_string(exponent)};
+  const std::string_view number = at.text.substr(at.place.offset);
+  const zrt::Place place = {at.place.offset, NumberEnd(number)};
+  const std::string plain = WithPlainExponent(number.substr(0, place.length));
+  if (plain.empty() || place.length < at.part.size()) return std::nullopt;
+  return Hint{place, "a fraction and an exponent do not go together", plain};
 }
 
 Said FractionInBits(const Situation& at) {
@@ -255,10 +233,11 @@ Said NoNames(const Situation& at) {
 }
 
 constexpr Said (*kRules[])(const Situation&) = {
-    NothingToEvaluate, UnaryBesideUnary,     SignHint,       EmptyPiece,   BlankAtAnEnd,
-    StrayParenthesis,  FractionWithExponent, FractionInBits, ExponentSign, LargeX,
-    WrongDigits,       FieldAmongNumbers,    Comparison,     OddCharacter, Quotes,
-    HexadecimalDigits, NumberBesideText,     MisspeltName,   BlankInside,  NoNames,
+    NothingToEvaluate, UnaryBesideUnary, SignHint,       EmptyPiece,
+    BlankAtAnEnd,      StrayParenthesis, FractionInBits, FractionWithExponent,
+    ExponentSign,      LargeX,           WrongDigits,    FieldAmongNumbers,
+    Comparison,        OddCharacter,     Quotes,         HexadecimalDigits,
+    NumberBesideText,  MisspeltName,     BlankInside,    NoNames,
 };
 
 }  // namespace

@@ -258,6 +258,12 @@ Said Grouping(const Seen& seen) {
     return Hint{ordinary.refused(), ordinary.refusal() + ": it is read from the left", ""};
   }
   if (!ordinary.refusal().empty() || ordinary.IsGroupedSo(seen.tree)) return std::nullopt;
+  for (const Operand& operand : seen.reading.operands()) {
+    const std::string_view name = PartOf(seen.text, operand.name);
+    const bool is_cut = operand.literal == Literal::kDecimal && !name.empty() &&
+                        (name.back() == 'e' || name.back() == 'E');
+    if (is_cut) return std::nullopt;  // 1e+5, which has its own rule
+  }
   const std::string read = Shown(seen.tree.Brackets(seen.text, seen.tree.root()), 60);
   const auto& cuts = seen.reading.cuts();
   const auto is_by = [&cuts](zrt::CutEvent::By by) {

@@ -158,7 +158,7 @@ bool OrdinaryText::TakePrefix(char c) {
 
 // An operand ends at an operator that is neither in its index nor part of its name.
 std::size_t OrdinaryText::OperandEnd() const {
-  std::size_t end = at_;
+  std::size_t end = at_ + NumberEnd(text_.substr(at_));  // 1e-5
   bool is_indexed = false;
   for (; end < text_.size(); ++end) {
     const char c = text_[end];
@@ -224,11 +224,12 @@ bool OrdinaryText::AddIndexed(zrt::Place place, std::size_t open) {
   return true;
 }
 
-// Hexadecimal and binary literals are 0 to this language in all but bit vectors.
+// What the language reads as 0 in all but bit vectors, and floats that it does not know: 1.5e+3.
 std::string OrdinaryText::LiteralHere(std::string_view operand) {
   std::string literal(operand);
   if (kind_ == zrt::ValueKind::kBits) return literal;
-  const std::string decimal = DecimalOf(operand);
+  std::string decimal = DecimalOf(operand);
+  if (kind_ == zrt::ValueKind::kFloat && decimal.empty()) decimal = WithPlainExponent(operand);
   if (decimal.empty()) return literal;
   changes_literals_ = true;
   return decimal;
