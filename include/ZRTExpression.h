@@ -173,7 +173,8 @@ class ZRT_EXPORT ZRTExpression {
   /// @return 0, or the status of a text that cannot be cut: ErrMissingOperand,
   ///         ErrUnbalancedParenthesis, ErrMisplacedOperator, ErrInvalidOperator,
   ///         ErrMissingCloseBracket, ErrEmptyIndex, ErrStrayCloseBracket, ErrMissingArrayName,
-  ///         ErrStreamWrite; the operands up to there have been told.
+  ///         ErrNegativeIndex (an index that cannot be cut), ErrStreamWrite; the operands up to
+  ///         there have been told.
   int GetNames(const char* text, zrt::ValueKind kind, zrt::Observer* observer,
                zrt::Failure* failure = nullptr);
 

@@ -6,6 +6,7 @@
 #include "commands.h"
 #include "hints.h"
 #include "ordinary.h"
+#include "reading_text.h"
 #include "reading_tree.h"
 #include "terminal.h"
 #include "texts.h"
@@ -59,8 +60,10 @@ class Mender {
   bool IsOperand(std::string_view text) {
     Reading names;
     expression_->GetNames(std::string(text).c_str(), kind_, &names);
-    return names.operands().size() == 1 && names.operations().empty() &&
-           names.operands().front().meaning != zrt::OperandEvent::Meaning::kUnknown;
+    if (names.operands().size() != 1 || !names.operations().empty()) return false;
+    const Reading::Operand& operand = names.operands().front();
+    return operand.meaning != zrt::OperandEvent::Meaning::kUnknown &&
+           !IsExponentAlone(text, operand);
   }
 
   ZRTExpression* expression_;

@@ -2,6 +2,7 @@
 // nothing else.
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,13 +36,21 @@ struct Situation {
   }
   [[nodiscard]] char At() const { return place.offset < text.size() ? text[place.offset] : '\0'; }
 
-  // From `begin` through the operand or group that stands there.
+  [[nodiscard]] bool IsInIndex() const {
+    const std::size_t bracket = text.substr(0, place.offset).find_last_of("[]");
+    return bracket != std::string_view::npos && text[bracket] == '[';
+  }
+
+  // From `begin` through the operand or group that stands there, with the signs and unary operators
+  // in front of it.
   [[nodiscard]] zrt::Place Through(std::size_t begin, std::size_t operand) const {
-    while (operand < text.size() && text[operand] == ' ') ++operand;
+    const auto is_in_front = [](char c) { return c == ' ' || c == '-' || c == '+' || IsUnary(c); };
+    while (operand < text.size() && is_in_front(text[operand])) ++operand;
     std::size_t end = operand;
     std::size_t depth = 0;
     for (; end < text.size(); ++end) {
       const char c = text[end];
+      if (c == '[') end = std::min(text.find(']', end), text.size() - 1);
       if (c == '(') ++depth;
       if (c == ')' && depth-- <= 1) {
         end += depth == 0 ? 1 : 0;

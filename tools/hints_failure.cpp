@@ -17,6 +17,7 @@ using Meaning = zrt::OperandEvent::Meaning;
 Said SplitShift(const Situation& at) {
   const char c = at.At();
   if ((c != '<' && c != '>') || at.Before() != c) return std::nullopt;
+  if (at.text[at.place.offset - 1] == c) return std::nullopt;
   const std::size_t first = at.text.substr(0, at.place.offset).find_last_not_of(' ');
   return Hint{
       {first, at.place.offset + 1 - first},
@@ -27,12 +28,24 @@ Said SplitShift(const Situation& at) {
 
 Said DoubledOperator(const Situation& at) {
   const char c = at.At();
-  if (at.place.offset == 0 || at.text[at.place.offset - 1] != c) return std::nullopt;
-  const std::string instead = c == '&' || c == '|' ? std::string(1, c) : "";
+  const std::size_t begin = at.text.substr(0, at.place.offset).find_last_not_of(c) + 1;
+  const std::size_t end = std::min(at.text.find_first_not_of(c, begin), at.text.size());
+  if (begin == at.place.offset) return std::nullopt;
+  const std::string doubled(at.text.substr(begin, end - begin));
+  const bool is_shift = c == '<' || c == '>';
+  const std::string instead = is_shift               ? std::string(2, c)
+                              : c == '&' || c == '|' ? std::string(1, c)
+                                                     : "";
   return Hint{
-      {at.place.offset - 1, 2},
-      "there is no operator " + InQuotes(std::string(2, c)), instead
+      {begin, end - begin},
+      "there is no operator " + InQuotes(doubled), instead
   };
+}
+
+Said HalfComparison(const Situation& at) {
+  const auto compares = [](char c) { return c == '<' || c == '>'; };
+  if (!compares(at.At()) && !compares(at.Before())) return std::nullopt;
+  return Hint{at.place, "nothing compares here", ""};
 }
 
 Said InsideAnIndex(const Situation& at) {
@@ -69,14 +82,51 @@ Said ReversalOfGroup(const Situation& at) {
               ""};
 }
 
+// What looks like a function.
+Said CalledName(const Situation& at) {
+  if (at.At() != '(') return std::nullopt;
+  const std::string_view front = at.text.substr(0, at.place.offset);
+  const std::size_t begin = front.find_last_of("+-*/%&|@^~!$,<>()[] ") + 1;
+  const std::string_view name = front.substr(begin);
+  const Reading::Operand* operand = at.reading.LookedUp(begin);
+  if (name.empty() || operand == nullptr || operand->name.length != name.size()) {
+    return std::nullopt;
+  }
+  const zrt::Place whole = at.Through(begin, at.place.offset);
+  if (IsArrayToken(*operand)) {
+    const std::string_view group = PartOf(at.text, whole).substr(name.size());
+    const std::string index(group.substr(1, std::max<std::size_t>(group.size(), 2) - 2));
+    const bool is_chain = index.find_first_of("()[]~!$") == std::string::npos;
+    return Hint{whole, "an index stands in brackets",
+                is_chain ? std::string(name) + "[" + index + "]" : ""};
+  }
+  if (operand->meaning != Meaning::kUnknown || IsDigit(name[0])) return std::nullopt;
+  return Hint{whole, "there are no functions", ""};
+}
+
 Said OperatorMissing(const Situation& at) {
   if (!at.part.empty()) {
     return Hint{at.place, "an operand is missing in front of the " + InQuotes(at.part), ""};
   }
+  if (at.At() == ')') {
+    return Hint{
+        {at.place.offset, 1},
+        "this \")\" has no \"(\"", ""
+    };
+  }
   if (at.Before() == ')' || at.At() == '(') {
-    return Hint{at.place, "an operator is missing here: nothing multiplies by itself", "*"};
+    const bool is_bits = at.kind == zrt::ValueKind::kBits;
+    return Hint{at.place,
+                std::string("an operator is missing here: nothing ") +
+                    (is_bits ? "joins" : "multiplies") + " by itself",
+                is_bits ? "@" : "*"};
   }
   return Hint{at.place, "an operator is missing here", ""};
+}
+
+Said GroupInBrackets(const Situation& at) {
+  if (at.place.offset != 0 && !IsOperator(at.Before()) && at.Before() != '(') return std::nullopt;
+  return Hint{at.place, "groups stand in parentheses, brackets hold an index", ""};
 }
 
 Said DivisionByZero(const Situation& at) {
@@ -102,7 +152,8 @@ Said OperatorOfOtherKind(const Situation& at) {
   if (at.kind == zrt::ValueKind::kFloat) {
     return Hint{at.place, "floats have + - * / alone", ""};
   }
-  return Hint{at.place, "only bit vectors have " + InQuotes(at.part), ""};
+  const char* and_there = at.part == "^" ? ", where it repeats" : "";
+  return Hint{at.place, "only bit vectors have " + InQuotes(at.part) + and_there, ""};
 }
 
 // ---- Types, indexes and sizes -------------------------------------------------------------------
@@ -123,6 +174,11 @@ Said TokenOfOtherType(const Situation& at) {
 Said NestedIndex(const Situation& at) {
   if (at.part.find('[') == std::string_view::npos) return std::nullopt;
   return Hint{at.place, "an index ends at the first \"]\": it takes no index of its own", ""};
+}
+
+Said Range(const Situation& at) {
+  if (at.part.find(':') == std::string_view::npos) return std::nullopt;
+  return Hint{at.place, "an index names one row or element: there are no ranges", ""};
 }
 
 Said NegativeIndex(const Situation& at) {
@@ -201,7 +257,9 @@ Said LargeResult(const Situation& at) {
   if (at.part == "^") bits = std::int64_t{left.bit_length} * WordOf(right);
   if (bits > INT_MAX) {
     return Hint{at.place,
-                "the result would have " + std::to_string(bits) + " bits, 2147483647 are the most",
+                (at.part == "^" ? "\"^\" repeats its left side: the" : "the") +
+                    (" result would have " + std::to_string(bits)) +
+                    " bits, 2147483647 are the most",
                 ""};
   }
   const auto fits = [](const ReadValue& value) {
@@ -228,11 +286,14 @@ constexpr FailureRule kRules[] = {
     {ErrMissingOperand,      SignHint},
     {ErrMissingOperand,      SplitShift},
     {ErrMissingOperand,      DoubledOperator},
+    {ErrMissingOperand,      HalfComparison},
     {ErrMisplacedOperator,   InsideAnIndex},
     {ErrMisplacedOperator,   ExponentBeforeMiddle},
     {ErrMisplacedOperator,   SignHint},
     {ErrMisplacedOperator,   ReversalOfGroup},
+    {ErrMisplacedOperator,   CalledName},
     {ErrMisplacedOperator,   OperatorMissing},
+    {ErrMissingArrayName,    GroupInBrackets},
     {ErrStrayCloseBracket,   InsideAnIndex},
     {ErrInvalidOperator,     DivisionByZero},
     {ErrInvalidOperator,     NegationOfGroup},
@@ -240,6 +301,7 @@ constexpr FailureRule kRules[] = {
     {ErrBadTokenType,        TokenOfOtherType},
     {ErrEmptyIndex,          EmptyIndex},
     {ErrNegativeIndex,       NestedIndex},
+    {ErrNegativeIndex,       Range},
     {ErrNegativeIndex,       NegativeIndex},
     {ErrOperandTooWide,      TooWide},
     {ErrStreamWrite,         RowMissing},

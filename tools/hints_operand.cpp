@@ -35,6 +35,7 @@ Said NothingToEvaluate(const Situation& at) {
 
 Said UnaryBesideUnary(const Situation& at) {
   if (!at.part.empty() || !IsUnary(at.At()) || !IsUnary(at.Before())) return std::nullopt;
+  if (at.Before() == '$') return Hint{at.place, "\"$\" takes one operand and no group", ""};
   return at.Wrapped(at.Through(at.place.offset, at.place.offset + 1),
                     "a unary operator takes one operand, not another operator", "(");
 }
@@ -70,27 +71,13 @@ Said StrayParenthesis(const Situation& at) {
   };
 }
 
-// 1.5e3 is 15e2.
+// A "+" ends the operand, in 1.5e+3 as anywhere.
 Said FractionWithExponent(const Situation& at) {
-  const std::size_t point = at.part.find('.');
-  const std::size_t mark = at.part.find_first_of("eE");
-  if (point == std::string_view::npos || mark == std::string_view::npos || mark < point) {
-    return std::nullopt;
-  }
-  const std::string digits(at.part.substr(0, point));
-  const std::string fraction(at.part.substr(point + 1, mark - point - 1));
-  const std::string power(at.part.substr(mark + 1));
-  const auto are_digits = [](std::string_view text) {
-    return std::all_of(text.begin(), text.end(), IsDigit);
-  };
-  const bool is_negative = power.starts_with('-');
-  if (!are_digits(digits + fraction + power.substr(is_negative ? 1 : 0)) || power.size() > 4 ||
-      power.size() <= (is_negative ? 1U : 0U)) {
-    return std::nullopt;
-  }
-  const int exponent = std::stoi(power) - static_cast<int>(fraction.size());
-  return Hint{at.place, "a fraction and an exponent do not go together",
-              digits + fraction + "e" + std::to_string(exponent)};
+  const std::string_view number = at.text.substr(at.place.offset);
+  const zrt::Place place = {at.place.offset, NumberEnd(number)};
+  const std::string plain = WithPlainExponent(number.substr(0, place.length));
+  if (plain.empty() || place.length < at.part.size()) return std::nullopt;
+  return Hint{place, "a fraction and an exponent do not go together", plain};
 }
 
 Said FractionInBits(const Situation& at) {
@@ -115,6 +102,7 @@ Said LargeX(const Situation& at) {
 }
 
 Said WrongDigits(const Situation& at) {
+  if (at.part.find(' ') != std::string_view::npos) return std::nullopt;  // 0x12 0x34
   if (at.part.starts_with("0x")) {
     return Hint{at.place, "behind 0x stand digits from 0 to 9 and A to F, one at least", ""};
   }
@@ -142,21 +130,68 @@ Said Comparison(const Situation& at) {
   };
 }
 
-Said OddBlank(const Situation& at) {
-  for (const std::string_view blank : {"\t", "\xC2\xA0", "\xE3\x80\x80", "\xE2\x80\x89"}) {
-    const std::size_t found = at.part.find(blank);
+// What word processors put in the place of what was typed.
+Said OddCharacter(const Situation& at) {
+  struct Character {
+    std::string_view text;
+    const char* says;
+    const char* instead;
+  };
+  static constexpr const char* kBlank = "only the space is a blank";
+  static constexpr const char* kMinus = "only the \"-\" of a keyboard is an operator";
+  static constexpr const char* kTimes = "only \"*\" multiplies";
+  static constexpr Character kCharacters[] = {
+      {"\t",           kBlank,                        " "},
+      {"\xC2\xA0",     kBlank,                        " "}, // no-break space
+      {"\xE3\x80\x80", kBlank,                        " "}, // ideographic space
+      {"\xE2\x80\x89", kBlank,                        " "}, // thin space
+      {"\xE2\x88\x92", kMinus,                        "-"}, // minus sign
+      {"\xE2\x80\x93", kMinus,                        "-"}, // en dash
+      {"\xE2\x80\x94", kMinus,                        "-"}, // em dash
+      {"\xC3\x97",     kTimes,                        "*"}, // multiplication sign
+      {"\xC2\xB7",     kTimes,                        "*"}, // middle dot
+      {"\xC3\xB7",     "only \"/\" divides",          "/"}, // division sign
+      {"{",            "groups stand in parentheses", "("},
+      {"}",            "groups stand in parentheses", ")"},
+  };
+  for (const Character& character : kCharacters) {
+    const std::size_t found = at.part.find(character.text);
     if (found == std::string_view::npos) continue;
     return Hint{
-        {at.place.offset + found, blank.size()},
-        "only the space is a blank", " "
+        {at.place.offset + found, character.text.size()},
+        character.says, character.instead
     };
   }
   return std::nullopt;
 }
 
+Said Quotes(const Situation& at) {
+  if (at.part.empty() || (at.part[0] != '"' && at.part[0] != '\'')) return std::nullopt;
+  const bool is_closed = at.part.size() > 2 && at.part.back() == at.part[0];
+  return Hint{at.place, "quotes are part of the operand: leave them out",
+              is_closed ? std::string(at.part.substr(1, at.part.size() - 2)) : ""};
+}
+
+// FF, 1F or FFh. Of a name in small letters nobody knows whether it is meant for a number.
+Said HexadecimalDigits(const Situation& at) {
+  std::string_view digits = at.part;
+  if (digits.ends_with('h') || digits.ends_with('H')) digits.remove_suffix(1);
+  const bool begins_so = !digits.empty() && IsDigit(digits[0]);
+  const std::string_view all = begins_so ? "0123456789abcdefABCDEF" : "0123456789ABCDEF";
+  const bool is_short = digits.size() < 2 && digits.size() == at.part.size();
+  if (at.kind == zrt::ValueKind::kFloat || is_short || digits.empty()) return std::nullopt;
+  if (digits.find_first_not_of(all) != std::string_view::npos) return std::nullopt;
+  const std::string literal = (digits.size() % 2 == 0 ? "0x" : "0x0") + std::string(digits);
+  if (at.kind == zrt::ValueKind::kBits)
+    return Hint{at.place, "hexadecimal begins with 0x", literal};
+  if (!begins_so) return std::nullopt;
+  return Hint{at.place, "only bit vectors know hexadecimal", DecimalOf(literal)};
+}
+
 Said MisspeltName(const Situation& at) {
   const std::string nearest = NearestName(Trimmed(at.part), at.names);
-  if (nearest.empty()) return std::nullopt;
+  const auto has_blank = [](std::string_view name) { return name.find(' ') != name.npos; };
+  if (nearest.empty() || has_blank(Trimmed(at.part)) != has_blank(nearest)) return std::nullopt;
   return Hint{at.place, "no such name is known, but a similar one", nearest};
 }
 
@@ -170,11 +205,26 @@ Said BlankInside(const Situation& at) {
   };
 }
 
-Said NumberWithSuffix(const Situation& at) {
-  if (at.part.empty() || !IsDigit(at.part[0])) return std::nullopt;
+// 10ms, 2rows, 1_000, 1.5.2
+Said NumberBesideText(const Situation& at) {
+  if (at.part.empty() || !IsDigit(at.part[0]) || at.part.find(' ') != at.part.npos) {
+    return std::nullopt;
+  }
   const std::size_t end = at.part.find_first_not_of("0123456789.");
-  return Hint{at.place, "a number has nothing behind its digits",
-              end == std::string_view::npos ? "" : std::string(at.part.substr(0, end))};
+  if (end == std::string_view::npos) return Hint{at.place, "a number has one \".\" at most", ""};
+  const std::string number(at.part.substr(0, end));
+  const std::string_view rest = at.part.substr(end);
+  if (std::find(at.names.begin(), at.names.end(), rest) != at.names.end()) {
+    return Hint{at.place, "an operator is missing here: nothing multiplies by itself",
+                number + "*" + std::string(rest)};
+  }
+  std::string digits(at.part);
+  std::erase_if(digits, [](char c) { return c == '_' || c == '\''; });
+  if (digits.find_first_not_of("0123456789.") == std::string::npos) {
+    return Hint{at.place, "digits stand side by side", digits};
+  }
+  const bool is_unit = std::none_of(rest.begin(), rest.end(), IsDigit);
+  return Hint{at.place, "a number has nothing behind its digits", is_unit ? number : ""};
 }
 
 Said NoNames(const Situation& at) {
@@ -183,10 +233,11 @@ Said NoNames(const Situation& at) {
 }
 
 constexpr Said (*kRules[])(const Situation&) = {
-    NothingToEvaluate, UnaryBesideUnary,     SignHint,       EmptyPiece,   BlankAtAnEnd,
-    StrayParenthesis,  FractionWithExponent, FractionInBits, ExponentSign, LargeX,
-    WrongDigits,       FieldAmongNumbers,    Comparison,     OddBlank,     MisspeltName,
-    BlankInside,       NumberWithSuffix,     NoNames,
+    NothingToEvaluate, UnaryBesideUnary, SignHint,       EmptyPiece,
+    BlankAtAnEnd,      StrayParenthesis, FractionInBits, FractionWithExponent,
+    ExponentSign,      LargeX,           WrongDigits,    FieldAmongNumbers,
+    Comparison,        OddCharacter,     Quotes,         HexadecimalDigits,
+    NumberBesideText,  MisspeltName,     BlankInside,    NoNames,
 };
 
 }  // namespace
@@ -199,12 +250,14 @@ Said SignHint(const Situation& at) {
         {at.place.offset, 1},
         "numbers have no sign, leave it out", ""
     };
-  if (at.Before() == '\0' || at.Before() == '(') {
+  const char before = at.Before();
+  if (before == '\0' || before == '(' || before == '[') {
     return Hint{
         {at.place.offset, 1},
         "numbers have no sign", "0-"
     };
   }
+  if (at.IsInIndex()) return Hint{at.place, "numbers have no sign", ""};  // it takes no group
   return at.Wrapped(at.Through(at.place.offset, at.place.offset + 1), "numbers have no sign", "(0");
 }
 

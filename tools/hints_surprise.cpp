@@ -73,11 +73,13 @@ Said Trailing(const Seen& seen, std::uint32_t /*at*/, const Operation& operation
 Said Idle(const Seen& /*seen*/, std::uint32_t /*at*/, const Operation& operation) {
   const bool is_replaced = operation.effect == Effect::kReplaces;
   if (operation.effect != Effect::kIgnored && !is_replaced) return std::nullopt;
-  const bool is_half_shift = operation.text == "<" || operation.text == ">";
-  return Hint{operation.place,
-              std::string("this computes nothing: its ") + (is_replaced ? "left" : "right") +
-                  " side is dropped",
-              is_half_shift ? operation.text + operation.text : ""};
+  const std::string dropped = std::string(is_replaced ? "left" : "right") + " side is dropped";
+  if (operation.text == "<" || operation.text == ">") {
+    const std::string shift = operation.text + operation.text;
+    return Hint{operation.place,
+                "nothing compares here: its " + dropped + "; a shift is \"" + shift + '"', ""};
+  }
+  return Hint{operation.place, "this computes nothing: its " + dropped, ""};
 }
 
 Said BehindGroup(const Seen& /*seen*/, std::uint32_t /*at*/, const Operation& operation) {
@@ -113,6 +115,37 @@ Said ShortCount(const Seen& seen, std::uint32_t at, const Operation& operation) 
               is_literal ? DecimalOf(PartOf(seen.text, operand->name)) : ""};
 }
 
+// Among the bytes that were kept.
+bool HasOnes(const ReadValue& value) {
+  return std::any_of(value.bytes.begin(), value.bytes.end(),
+                     [](std::uint8_t byte) { return byte != 0; });
+}
+
+// Counts that leave nothing, or leave all as it was.
+Said IdleCount(const Seen& seen, std::uint32_t at, const Operation& operation) {
+  const ReadValue& count = operation.right_value;
+  const ReadValue& left = operation.left_value;
+  if (count.kind != zrt::ValueKind::kBits || count.byte_count < 4 || operation.is_unary) {
+    return std::nullopt;
+  }
+  const std::int64_t word = WordOf(count);
+  const zrt::Place place = SpanAt(seen, seen.tree.RightOf(at));
+  if (word < 0 && IsIn(operation.text, {"<<", ">>", "^"})) {
+    return Hint{place,
+                "a count of " + std::to_string(word) +
+                    (operation.text == "^" ? " leaves no bits" : " changes nothing"),
+                ""};
+  }
+  if (!IsIn(operation.text, {"<<", ">>"}) || left.bit_length <= 0 || word < left.bit_length ||
+      HasOnes(operation.result) || !HasOnes(left)) {
+    return std::nullopt;
+  }
+  return Hint{operation.place,
+              "a shift keeps the length: " + std::to_string(word) + " places leave nothing of " +
+                  std::to_string(left.bit_length) + " bits",
+              ""};
+}
+
 Said ShortSide(const Seen& seen, std::uint32_t at, const Operation& operation) {
   if (operation.left_value.kind != zrt::ValueKind::kBits || operation.is_unary ||
       !IsIn(operation.text, {"+", "-", "*", "/", "%"})) {
@@ -122,6 +155,7 @@ Said ShortSide(const Seen& seen, std::uint32_t at, const Operation& operation) {
     const ReadValue& side = is_left ? operation.left_value : operation.right_value;
     if (side.byte_count >= 4) continue;
     const ReadingTree::NodeNumber node = is_left ? seen.tree.LeftOf(at) : seen.tree.RightOf(at);
+    if (side.byte_count == 0) return Hint{SpanAt(seen, node), "a side of no bits counts as 0", ""};
     return Hint{SpanAt(seen, node),
                 "a side of " + Count(side.byte_count, "byte") + " stands high: it counts as " +
                     std::to_string(WordOf(side)),
@@ -204,8 +238,9 @@ Hint Unread(const Seen& seen, zrt::Place place) {
   if (before != std::string_view::npos && seen.text[before] == ']') {
     return {place, "nothing reads what stands behind the \"]\"", ""};
   }
-  const std::string joined = seen.kind == zrt::ValueKind::kBits ? "" : seen.Part(place) + "*";
-  return {place, "nothing reads this: an operator is missing behind it", joined};
+  const char* joining = seen.kind == zrt::ValueKind::kBits ? "@" : "*";
+  return {place, "nothing reads this: an operator is missing behind it",
+          seen.Part(place) + joining};
 }
 
 Said Grouping(const Seen& seen) {
@@ -223,6 +258,12 @@ Said Grouping(const Seen& seen) {
     return Hint{ordinary.refused(), ordinary.refusal() + ": it is read from the left", ""};
   }
   if (!ordinary.refusal().empty() || ordinary.IsGroupedSo(seen.tree)) return std::nullopt;
+  for (const Operand& operand : seen.reading.operands()) {
+    const std::string_view name = PartOf(seen.text, operand.name);
+    const bool is_cut = operand.literal == Literal::kDecimal && !name.empty() &&
+                        (name.back() == 'e' || name.back() == 'E');
+    if (is_cut) return std::nullopt;  // 1e+5, which has its own rule
+  }
   const std::string read = Shown(seen.tree.Brackets(seen.text, seen.tree.root()), 60);
   const auto& cuts = seen.reading.cuts();
   const auto is_by = [&cuts](zrt::CutEvent::By by) {
@@ -253,8 +294,8 @@ Said SpareBitsOfValue(const Seen& seen) {
 }
 
 constexpr Said (*kOperationRules[])(const Seen&, std::uint32_t, const Operation&) = {
-    Trailing,  Idle,        BehindGroup, ShiftCount, ShortCount,
-    ShortSide, UnevenSides, SpareBits,   WholeBytes,
+    Trailing,  Idle,      BehindGroup, ShiftCount, ShortCount,
+    IdleCount, ShortSide, UnevenSides, SpareBits,  WholeBytes,
 };
 
 constexpr Said (*kTextRules[])(const Seen&) = {Grouping, SpareBitsOfValue};

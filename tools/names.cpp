@@ -43,9 +43,9 @@ void PrintNames(const std::string& text, const std::vector<Reading::Operand>& na
     const std::string_view name = PartOf(text, operand.name);
     const auto [found, is_new] = row_of.emplace(name, rows.size());
     if (is_new) {
-      std::string origin = OriginOf(text, operand);
+      std::string origin = name.empty() ? "an operand is missing" : OriginOf(text, operand);
       const std::string nearest =
-          operand.meaning == Meaning::kUnknown ? NearestName(name, known) : "";
+          operand.meaning == Meaning::kUnknown && !name.empty() ? NearestName(name, known) : "";
       if (!nearest.empty()) origin += ", is " + Shown(nearest) + " meant?";
       rows.push_back({Shown(name, kMostCharacters), origin, ""});
       width = std::max(width, rows.back().name.size());

@@ -22,6 +22,12 @@ std::size_t Distance(std::string_view a, std::string_view b) {
   return row.back();
 }
 
+bool IsSameButForCase(std::string_view a, std::string_view b) {
+  const auto small = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [small](char x, char y) { return small(x) == small(y); });
+}
+
 }  // namespace
 
 std::string NearestName(std::string_view word, const std::vector<std::string>& names) {
@@ -29,7 +35,8 @@ std::string NearestName(std::string_view word, const std::vector<std::string>& n
   std::string nearest;
   for (const std::string& name : names) {
     const bool continues = name.size() > 2 && (word.starts_with(name) || name.starts_with(word));
-    const std::size_t distance = continues ? 0 : Distance(word.substr(0, 2 * name.size()), name);
+    const bool is_so = continues || IsSameButForCase(word, name);
+    const std::size_t distance = is_so ? 0 : Distance(word.substr(0, 2 * name.size()), name);
     if (distance >= least || distance * 2 >= name.size()) continue;  // short words are all close
     least = distance;
     nearest = name;

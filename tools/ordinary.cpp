@@ -159,7 +159,7 @@ bool OrdinaryText::TakePrefix(char c) {
 
 // An operand ends at an operator that is neither in its index nor part of its name.
 std::size_t OrdinaryText::OperandEnd() const {
-  std::size_t end = at_;
+  std::size_t end = at_ + NumberEnd(text_.substr(at_));  // 1e-5
   bool is_indexed = false;
   for (; end < text_.size(); ++end) {
     const char c = text_[end];
@@ -200,9 +200,9 @@ bool OrdinaryText::AddOperand(zrt::Place place) {
 // An index is an expression of its own, and must be a chain.
 bool OrdinaryText::AddIndexed(zrt::Place place, std::size_t open) {
   const std::size_t close = place.offset + place.length - 1;
-  if (text_[close] != ']') {
-    const std::size_t bracket = text_.find(']', open);
-    if (bracket >= close) return Refuse(open, 1, R"(this "[" has no "]")");
+  const std::size_t bracket = text_.find(']', open);
+  if (bracket > close) return Refuse(open, 1, R"(this "[" has no "]")");
+  if (bracket < close && text_.find('[', open + 1) > bracket) {
     return Refuse(bracket + 1, close - bracket, "nothing reads what stands behind the \"]\"");
   }
   const std::string_view index = text_.substr(open + 1, close - open - 1);
@@ -227,11 +227,12 @@ bool OrdinaryText::AddIndexed(zrt::Place place, std::size_t open) {
 
 // NOLINTEND(misc-no-recursion)
 
-// Hexadecimal and binary literals are 0 to this language in all but bit vectors.
+// What the language reads as 0 in all but bit vectors, and floats that it does not know: 1.5e+3.
 std::string OrdinaryText::LiteralHere(std::string_view operand) {
   std::string literal(operand);
   if (kind_ == zrt::ValueKind::kBits) return literal;
   std::string decimal = DecimalOf(operand);
+  if (kind_ == zrt::ValueKind::kFloat && decimal.empty()) decimal = WithPlainExponent(operand);
   if (decimal.empty()) return literal;
   changes_literals_ = true;
   return decimal;

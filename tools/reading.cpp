@@ -104,7 +104,10 @@ void Reading::Clear() {
 void Reading::LookUp(ZRTExpression* expression, const std::string& text, zrt::ValueKind kind) {
   looked_up_.clear();
   NameCollector collector(&looked_up_);
-  expression->GetNames(text.c_str(), kind, &collector);  // names up to a failure are enough
+  zrt::Failure failure;
+  expression->GetNames(text.c_str(), kind, &collector,
+                       &failure);  // names up to a failure are enough
+  if (text[failure.place.offset] == '(') LookUpBefore(expression, text, kind, failure.place.offset);
   if (kind == zrt::ValueKind::kBits) return;
   for (Operand& operand : looked_up_) {
     if (operand.meaning != zrt::OperandEvent::Meaning::kUnknown) continue;
@@ -117,6 +120,20 @@ void Reading::LookUp(ZRTExpression* expression, const std::string& text, zrt::Va
     operand.scope = found.front().scope;
     operand.field = found.front().field;
     operand.row_count = found.front().row_count;
+  }
+}
+
+// A group is read before what stands in front of it, so nothing has looked at a name that is taken
+// for a function's.
+void Reading::LookUpBefore(ZRTExpression* expression, const std::string& text, zrt::ValueKind kind,
+                           std::size_t end) {
+  const std::size_t begin = text.substr(0, end).find_last_of("+-*/%&|@^~!$,<>()[] ") + 1;
+  const std::size_t first = looked_up_.size();
+  NameCollector collector(&looked_up_);
+  if (begin < end) expression->GetNames(text.substr(begin, end - begin).c_str(), kind, &collector);
+  for (std::size_t at = first; at < looked_up_.size(); ++at) {
+    looked_up_[at].name.offset += begin;
+    looked_up_[at].place.offset += begin;
   }
 }
 

@@ -121,6 +121,8 @@ class Reading : public zrt::Observer {
   void OnFailure(const zrt::Failure& failure) noexcept override;
 
  private:
+  void LookUpBefore(ZRTExpression* expression, const std::string& text, zrt::ValueKind kind,
+                    std::size_t end);
   template <class Table>
   void Keep(Step::Kind kind, Table& table, typename Table::value_type entry) noexcept;
 

@@ -144,6 +144,36 @@ std::string DecimalOf(std::string_view literal) {
   return error == std::errc() && read == end ? std::to_string(number) : "";
 }
 
+std::size_t NumberEnd(std::string_view text) {
+  const auto behind_digits = [text](std::size_t at) {
+    while (at < text.size() && IsDigit(text[at])) ++at;
+    return at;
+  };
+  const std::size_t whole = behind_digits(0);
+  const bool has_point = whole < text.size() && text[whole] == '.';
+  const std::size_t end = has_point ? behind_digits(whole + 1) : whole;
+  if (end == (has_point ? 1U : 0U)) return 0;
+  if (end == text.size() || (text[end] != 'e' && text[end] != 'E')) return end;
+  const bool has_sign = end + 1 < text.size() && (text[end + 1] == '-' || text[end + 1] == '+');
+  const std::size_t power = end + (has_sign ? 2 : 1);
+  return behind_digits(power) == power ? end : behind_digits(power);
+}
+
+std::string WithPlainExponent(std::string_view number) {
+  const std::size_t mark = number.find_first_of("eE");
+  if (mark == std::string_view::npos || NumberEnd(number) != number.size()) return "";
+  std::string digits(number.substr(0, mark));
+  std::string_view power = number.substr(mark + 1);
+  const std::size_t point = digits.find('.');
+  if (point == std::string::npos && !power.starts_with('+')) return "";
+  if (power.starts_with('+')) power.remove_prefix(1);
+  if (power.size() > 4) return "";
+  const std::size_t fraction = point == std::string::npos ? 0 : digits.size() - point - 1;
+  std::erase(digits, '.');
+  const int exponent = std::stoi(std::string(power)) - static_cast<int>(fraction);
+  return digits + "e" + std::to_string(exponent);
+}
+
 std::int64_t WordOf(const ReadValue& value) {
   std::uint32_t word = 0;
   for (std::size_t i = 0; i < 4; ++i) {

@@ -38,8 +38,21 @@ std::int64_t WordOf(const ReadValue& value);
 /// The digits of a hexadecimal or binary literal of at most 32 bits as a decimal number; else "".
 std::string DecimalOf(std::string_view literal);
 
+/// Where the number ends that anybody would read at the front of `text`, as 1.5e+3; 0 for none.
+std::size_t NumberEnd(std::string_view text);
+
+/// "15e2" for "1.5e+3", since the language wants a plain exponent behind digits alone. Empty for
+/// all that has such an exponent or none.
+std::string WithPlainExponent(std::string_view number);
+
 inline std::string_view PartOf(std::string_view text, zrt::Place place) {
   return place.offset < text.size() ? text.substr(place.offset, place.length) : std::string_view();
+}
+
+/// "e5" and "e-5" are numbers, though anybody else reads a name.
+inline bool IsExponentAlone(std::string_view text, const Reading::Operand& operand) {
+  return operand.literal == zrt::OperandEvent::Literal::kFraction &&
+         (text.starts_with('e') || text.starts_with('E'));
 }
 
 inline bool IsArrayToken(const Reading::Operand& operand) { return operand.token_type >= 5; }

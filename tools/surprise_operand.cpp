@@ -1,5 +1,6 @@
 // Operands that are read otherwise than they look: literals of another notation, indexes, rows.
 #include <algorithm>
+#include <climits>
 #include <utility>
 
 #include "surprise_rules.h"
@@ -23,12 +24,34 @@ Said PrefixedLiteral(const Seen& seen, const Operand& operand) {
               DecimalOf(PartOf(seen.text, operand.name))};
 }
 
-Said FractionOfLiteral(const Seen& /*seen*/, const Operand& operand) {
+// 2e3 is 2000. Empty if the number is no integer of 32 bits.
+std::string WithoutExponent(std::string_view literal) {
+  const std::size_t mark = literal.find_first_of("eE");
+  if (mark == 0 || mark == std::string_view::npos || mark + 2 != literal.size()) return "";
+  std::string digits(literal.substr(0, mark));
+  digits.append(static_cast<std::size_t>(literal.back() - '0'), '0');
+  const bool is_whole = digits.find_first_not_of("0123456789") == std::string::npos;
+  return is_whole && digits.size() <= 10 && std::stoll(digits) <= INT_MAX ? digits : "";
+}
+
+Said FractionOfLiteral(const Seen& seen, const Operand& operand) {
   if (operand.value.kind != zrt::ValueKind::kInteger || operand.literal != Literal::kFraction) {
     return std::nullopt;
   }
   const std::string value = std::to_string(operand.value.integer);
-  return Hint{operand.name, "integers stop at the \".\" or \"e\": this is " + value, value};
+  const std::string_view literal = PartOf(seen.text, operand.name);
+  if (IsExponentAlone(literal, operand)) return std::nullopt;  // has its own rule
+  const bool has_exponent = literal.find_first_of("eE") != std::string_view::npos;
+  return Hint{operand.name, "integers stop at the \".\" or \"e\": this is " + value,
+              has_exponent ? WithoutExponent(literal) : value};
+}
+
+// e-5 is a number, also where there is a name e.
+Said ExponentAlone(const Seen& seen, const Operand& operand) {
+  if (!IsExponentAlone(PartOf(seen.text, operand.name), operand)) return std::nullopt;
+  const std::string literal = seen.Part(operand.name);
+  return Hint{operand.name, "no digits stand in front of the \"e\": this is 0",
+              literal[1] == '-' ? literal.substr(0, 1) + " - " + literal.substr(2) : ""};
 }
 
 // 1e and 1e+5, which is 1e and then 5.
@@ -131,9 +154,9 @@ Said FieldReadAgain(const Seen& seen, const Operand& operand) {
 }
 
 constexpr Said (*kOperandRules[])(const Seen&, const Operand&) = {
-    PrefixedLiteral, FractionOfLiteral, ExponentWithoutDigits, LargeLiteral, FractionOfToken,
-    OddDigits,       UnusedIndex,       ArrayWithoutIndex,     MaskName,     OtherName,
-    FailedIndex,     RowZero,           FieldReadAgain,
+    PrefixedLiteral, FractionOfLiteral, ExponentAlone, ExponentWithoutDigits, LargeLiteral,
+    FractionOfToken, OddDigits,         UnusedIndex,   ArrayWithoutIndex,     MaskName,
+    OtherName,       FailedIndex,       RowZero,       FieldReadAgain,
 };
 
 }  // namespace
