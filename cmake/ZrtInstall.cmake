@@ -77,8 +77,10 @@ zrt_install_pkg_config(zrtexpression
 install(EXPORT zrtexpression-targets FILE zrtexpression-${zrt_kind}-targets.cmake
         NAMESPACE zrtexpression:: DESTINATION "${zrt_package_dir}"
         COMPONENT zrtexpression_development)
-export(EXPORT zrtexpression-targets FILE zrtexpression-${zrt_kind}-targets.cmake
-       NAMESPACE zrtexpression::)
+if(zrt_has_stand_ins)  # else the build tree belongs to the host, which has no need of a package
+  export(EXPORT zrtexpression-targets FILE zrtexpression-${zrt_kind}-targets.cmake
+         NAMESPACE zrtexpression::)
+endif()
 configure_file(cmake/zrtexpressionConfig.cmake.in zrtexpressionConfig.cmake @ONLY)
 write_basic_package_version_file(zrtexpressionConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/zrtexpressionConfig.cmake"
@@ -93,4 +95,10 @@ if(TARGET zrteval)
   install(TARGETS zrteval RUNTIME COMPONENT zrtexpression_tool)
   install(FILES data/example-scope.jsonc DESTINATION "${CMAKE_INSTALL_DATADIR}/zrtexpression"
           COMPONENT zrtexpression_tool)
+  install(FILES tools/completion.bash RENAME zrteval COMPONENT zrtexpression_tool
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions")
+  if(NOT CMAKE_CROSSCOMPILING)
+    install(FILES "${PROJECT_BINARY_DIR}/tools/zrteval.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
+            COMPONENT zrtexpression_tool)
+  endif()
 endif()
