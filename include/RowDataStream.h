@@ -16,8 +16,8 @@
 #include "hq4170.h"
 #include "zrtexpression/export.h"
 
-// The second CopyBlock hides the base's on purpose: CopyBlock(nullptr) stays unambiguous. Streams are
-// deleted by their own type.
+// The second CopyBlock hides the base's on purpose: CopyBlock(nullptr) stays unambiguous. Streams
+// are deleted by their own type.
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Woverloaded-virtual"

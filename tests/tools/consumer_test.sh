@@ -70,6 +70,7 @@ versions() {
     sed -nE 's/^set\(PACKAGE_VERSION "(.*)"\)/\1/p' "$prefix"/lib/cmake/zrtexpression/*Version.cmake
     sed -nE 's/^## \[([0-9.]+)\].*/\1/p' "$source_dir/CHANGELOG.md" | head -n 1
     for library in "$prefix"/lib/*.so.*.*; do
+      [[ -e $library ]] || continue
       echo "${library##*.so.}"
       objdump -p "$library" | awk -v v="${version#*.}" '/SONAME/ { sub(/.*\.so\./, ""); print $0 "." v }'
     done
