@@ -20,8 +20,7 @@ struct Place {
 ///
 ///   ErrMissingOperand          the operator that stands directly behind another
 ///   ErrUnknownOperand          the operand with the blanks that belong to it, of an indexed one
-///   the
-///                              name alone; where an operand should stand, length 0
+///                              the name alone; where an operand should stand, length 0
 ///   ErrBadTokenType            the operand, with its index if it has one
 ///   ErrUnbalancedParenthesis   the "("
 ///   ErrMisplacedOperator       an operator is missing behind a group or a unary operand: length 0
@@ -35,8 +34,7 @@ struct Place {
 ///   ErrNegativeIndex           the index without the blanks at its ends; if it failed itself, its
 ///                              own status and place are the cause
 ///   ErrStreamWrite             the operand that has no row or is too long; the operator whose
-///   result
-///                              is refused; else the whole text
+///                              result is refused; else the whole text
 struct Failure {
   int status = 0;  // as the evaluator returns it; 0 if all is well
   Place place;
