@@ -19,6 +19,7 @@ function anchor(document, title,    label) {
 # What stands outside of `code`, with "@" and links as Doxygen wants them.
 function plain(text,    done, link, parts) {
   gsub(/@/, "\\@", text)
+  gsub(/"\\@"/, "\"@\"", text)  # in quotes it is one anyway
   while (match(text, /\]\([a-z\/-]*(\.md)?#[^)]*\)/)) {
     link = substr(text, RSTART + 2, RLENGTH - 3)
     split(link, parts, "#")
