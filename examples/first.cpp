@@ -1,5 +1,6 @@
 // A first host: names, an integer, a bit vector and its bytes, with every status looked at.
-#include <cstdio>
+#include <iomanip>
+#include <iostream>
 
 #include "ZRTExpression.h"
 #include "zrtexpression/words.h"
@@ -7,7 +8,8 @@
 // Whether all is well; else tells what is not.
 static bool IsRight(const char* text, int status) {
   if (status == 0) return true;
-  std::printf("%s: %s, %s\n", text, zrt::StatusName(status), zrt::StatusSentence(status));
+  std::cout << text << ": " << zrt::StatusName(status) << ", " << zrt::StatusSentence(status)
+            << "\n";
   return false;
 }
 
@@ -22,15 +24,17 @@ int main() {
   int value = 0;
   const char* text = "order[1]+size";
   if (!IsRight(text, expression.GetIntegerOperand(text, &value))) return 1;
-  std::printf("%s: %d\n", text, value);
+  std::cout << text << ": " << value << "\n";
 
   RowDataStream stream;
   text = "(0xFF^2)@0xA@#101";
   if (!IsRight(text, expression.GetBitStream(text, &stream))) return 1;
-  std::printf("%s: %d bits,", text, stream.BitLength);
+  std::cout << text << ": " << stream.BitLength << " bits," << std::hex << std::uppercase;
   const int byte_count = static_cast<int>(stream.GetTotalSize());
-  for (int i = 0; i < byte_count; ++i) std::printf(" %02X", stream.ReadData(i));
-  std::printf("\n");
+  for (int i = 0; i < byte_count; ++i) {
+    std::cout << " " << std::setw(2) << std::setfill('0') << int{stream.ReadData(i)};
+  }
+  std::cout << "\n";
 
   text = "order[1]+sice";
   return IsRight(text, expression.GetIntegerOperand(text, &value)) ? 1 : 0;  // it must fail

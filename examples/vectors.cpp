@@ -9,6 +9,7 @@
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <utility>
 
 #include "ZRTExpression.h"
 #include "zrtexpression/texts.h"
@@ -56,23 +57,9 @@ class Writer {
     if (start == std::string::npos) return Complain(first, "an expression is missing");
     const std::string text = line.substr(start);
 
-    int rounds = 1;
-    std::swap(rounds, rounds_);
     zrt::Failure failure;
-    if (command == "repeat") {
-      if (expression_.WatchInteger(text.c_str(), &rounds_, &failure) == 0) return true;
-    } else {
-      for (; rounds > 0 && failure.status == 0; --rounds) {
-        if (command == "send") {
-          Send(text, &failure);
-        } else if (command == "wait") {
-          Wait(text, &failure);
-        } else {
-          return Complain(first, "there is no command " + command);
-        }
-      }
-      if (failure.status == 0) return true;
-    }
+    if (!Run(command, text, &failure)) return Complain(first, "there is no command " + command);
+    if (failure.status == 0) return true;
     const bool is_index = failure.cause_status != 0;  // why an index failed says more
     const zrt::Place place = is_index ? failure.cause : failure.place;
     const int status = is_index ? failure.cause_status : failure.status;
@@ -80,6 +67,21 @@ class Writer {
   }
 
  private:
+  // Whether there is such a command.
+  bool Run(const std::string& command, const std::string& text, zrt::Failure* failure) {
+    int rounds = 1;
+    std::swap(rounds, rounds_);
+    if (command == "repeat") {
+      expression_.WatchInteger(text.c_str(), &rounds_, failure);
+      return true;
+    }
+    if (command != "send" && command != "wait") return false;
+    for (; rounds > 0 && failure->status == 0; --rounds) {
+      command == "send" ? Send(text, failure) : Wait(text, failure);
+    }
+    return true;
+  }
+
   void Send(const std::string& text, zrt::Failure* failure) {
     RowDataStream stream;  // a new one for each value: it is to be handed in empty
     if (expression_.WatchBits(text.c_str(), &stream, failure) != 0) return;
