@@ -65,7 +65,7 @@ closed() {
 versions() {
   local told
   told="$(
-    "$prefix/bin/zrteval" --version | sed 's/^zrteval //'
+    [[ ! -e $prefix/bin/zrteval ]] || "$prefix/bin/zrteval" --version | sed 's/^zrteval //'
     pkg-config --modversion zrtexpression zrtexpression-outside
     sed -nE 's/^set\(PACKAGE_VERSION "(.*)"\)/\1/p' "$prefix"/lib/cmake/zrtexpression/*Version.cmake
     sed -nE 's/^## \[([0-9.]+)\].*/\1/p' "$source_dir/CHANGELOG.md" | head -n 1
