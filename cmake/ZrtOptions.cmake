@@ -1,7 +1,8 @@
 # zrt_options: the warnings and instrumentation that each target of this project links privately.
 # Nothing here reaches a host that takes the library in with add_subdirectory or find_package.
 #
-#   target_link_libraries(my_target PRIVATE $<BUILD_INTERFACE:zrt_options>)
+#   target_link_libraries(my_target PRIVATE zrt_options)
+#   zrt_use_options(my_library)   # for what is exported: the library does not name zrt_options then
 
 add_library(zrt_options INTERFACE)
 
@@ -39,3 +40,20 @@ if(ZRT_COVERAGE)
   target_compile_options(zrt_options INTERFACE --coverage -fprofile-update=atomic)
   target_link_options(zrt_options INTERFACE --coverage)
 endif()
+
+function(zrt_use_options target)
+  target_compile_options(${target} PRIVATE
+    "$<TARGET_PROPERTY:zrt_options,INTERFACE_COMPILE_OPTIONS>")
+  target_compile_definitions(${target} PRIVATE
+    "$<TARGET_PROPERTY:zrt_options,INTERFACE_COMPILE_DEFINITIONS>")
+  target_link_options(${target} PRIVATE "$<TARGET_PROPERTY:zrt_options,INTERFACE_LINK_OPTIONS>")
+endfunction()
+
+# What the compiler emits of the standard library is nobody's interface either; left visible, it would
+# keep a shared library loaded after dlclose().
+function(zrt_limit_exports target map)
+  if(BUILD_SHARED_LIBS)
+    target_link_options(${target} PRIVATE "LINKER:--version-script=${map}")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${map}")
+  endif()
+endfunction()

@@ -16,10 +16,12 @@
 #include "hq4170.h"
 #include "zrtexpression/export.h"
 
-// The second CopyBlock hides the base's on purpose: CopyBlock(nullptr) stays unambiguous.
+// The second CopyBlock hides the base's on purpose: CopyBlock(nullptr) stays unambiguous. Streams
+// are deleted by their own type.
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Woverloaded-virtual"
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 #endif
 
 /// A byte chain with a length in bits. Bytes are read and written through the operations inherited

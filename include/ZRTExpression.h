@@ -139,6 +139,7 @@ class ZRT_EXPORT ZRTExpression {
   /// Evaluates `text` and writes the value as "0x" and two digits a byte, in the case of the closed
   /// library's digits (capitals in the stand-in), the last byte last. Bytes above what the bit
   /// length needs are left out, missing ones are "0".
+  /// @param text     not null, not changed.
   /// @param hexText  the caller's buffer of 2 * ((BitLength + 7) / 8) + 3 characters for the value;
   ///                 untouched on failure.
   /// @return as the overload above.
@@ -155,6 +156,7 @@ class ZRT_EXPORT ZRTExpression {
   /// The evaluators above, which also tell where a failure stands and let an observer watch. The
   /// evaluation, its status and its result are the same; what is watched costs what the observer
   /// does, besides some tens of nanoseconds an event.
+  /// @param text,result  as of the evaluators.
   /// @param failure   filled whatever the status; null if it is not wanted.
   /// @param observer  told of each step as it happens; null for nobody. It must not evaluate with
   ///                  this object, nor change a scope or the text.

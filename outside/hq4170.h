@@ -10,7 +10,6 @@
 
 #include <bitset>
 #include <cstddef>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -42,6 +41,12 @@ class ZRT_OUTSIDE_EXPORT LString {
   void TrimLeft(char* text);
   void TrimRight(char* text);
 };
+
+// Made so by the contract: blocks are deleted by their own type.
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+#endif
 
 /// A chain of byte blocks, held by its head; an index counts from the block called through the
 /// chain. A block grows in one piece if its head was made without a size, and else holds exactly
@@ -193,6 +198,10 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   Block* block_ = nullptr;        // null before the first byte
   int block_size_;                // bytes of each block, 0 if blocks grow
 };
+
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
 
 /// The base of what trees store and hosts delete.
 class ZRT_OUTSIDE_EXPORT LObject {

@@ -1,4 +1,5 @@
-// A host: includes what the library offers, evaluates, and says on success with which version.
+// A host: includes what the library offers, evaluates, and says on success with which version, by
+// name, by number and of the library that is loaded.
 #include <iostream>
 
 #include "DataExpression.h"
@@ -6,6 +7,7 @@
 #include "RowDataStream.h"
 #include "ZRTExpression.h"
 #include "zrtexpression/version.h"
+#include "zrtexpression/words.h"
 
 int main() {
   ZRTTokenTree tokens;
@@ -21,5 +23,7 @@ int main() {
                         expression.GetBitStream("(0x55^rows)@0x5501", &stream) == 0 &&
                         stream.BitLength == 64;
   fnGetDataExpression(&stream, text);
-  std::cout << (is_right ? "right " : "wrong ") << text << " " << ZRT_VERSION << "\n";
+  std::cout << (is_right ? "right " : "wrong ") << text << " " << ZRT_VERSION << " "
+            << ZRT_VERSION_MAJOR << "." << ZRT_VERSION_MINOR << "." << ZRT_VERSION_PATCH << " "
+            << zrt::Version() << "\n";
 }

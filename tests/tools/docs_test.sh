@@ -4,7 +4,7 @@
 # are run one after the other, each example of the language is evaluated over the scope file that
 # stands beside it. Knows of the evaluator what the host program prints.
 #
-#   docs_test.sh PROGRAM SOURCE_DIR
+#   docs_test.sh PROGRAM SOURCE_DIR EXAMPLE...
 set -uo pipefail
 
 zrteval="$(realpath "$1")"
@@ -46,7 +46,8 @@ is_exempt() {
     ./test* | ./check* | .ci/run*) ;; # would run this test
     ./bench* | ./fuzz* | ./matrix*) ;; # take minutes, and tell times
     'parallel '*) ;;                  # parallel_test.sh does it where there is one
-    'cmake '*) ;;                     # consumer_test.sh builds, installs and takes in
+    'cmake '* | 'g++ '*) ;;           # consumer_test.sh builds, installs and takes in
+    ./release* | ./manual*) ;;        # ./check tries them, with packages that this needs not
     *) return 1 ;;
   esac
 }
@@ -74,8 +75,11 @@ cp -r "$source_dir/data" .
 printf 'a%.0s' {1..100} > image.bin
 sed 's/"size": 12/"size": 4294967296/' scope-file/*.jsonc > my.json
 ln -s "$zrteval" run
+for example in "${@:3}"; do ln -s "$example" .; done
+cp "$source_dir/examples/device.template" .
 
 split code tests/docs_test.cpp
+cp "$source_dir/examples/first.cpp" code/00.embedding.md
 commands=0
 for document in $(cd "$source_dir" && echo ./*.md docs/*.md); do
   name="$(basename "$document")"
@@ -91,7 +95,7 @@ for document in $(cd "$source_dir" && echo ./*.md docs/*.md); do
 done
 # Source files and folders that are named are there.
 while IFS= read -r name; do
-  [[ -n $(cd "$source_dir" && find include outside src tests benchmarks tools data docs \
+  [[ -n $(cd "$source_dir" && find include outside src tests benchmarks tools examples data docs \
     -path "*/${name%/}" -o -path "${name%/}") ]] || fail "There is no $name"
 done < <(cd "$source_dir" && cat README.md CONTRIBUTING.md SECURITY.md docs/*.md |
   grep -oE '`([A-Za-z0-9_/]+\.(h|cpp|sh|py)|[a-z]+(/[a-z]+)*/)`' | tr -d '`' | sort -u)

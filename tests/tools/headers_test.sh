@@ -6,7 +6,7 @@ set -uo pipefail
 cd "$2" || exit 1
 
 warnings=(-Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
-          -Wcast-qual -Werror)
+          -Wcast-qual -Wnon-virtual-dtor -Werror)
 status=0
 while IFS= read -r header; do
   "$1" -std=c++20 "${warnings[@]}" -fsyntax-only -Iinclude -Ioutside -x c++ - \
