@@ -170,6 +170,7 @@ class EditingEditor : public LineEditor {
     state_.prompt = prompt;
     state_.is_interrupted = false;
     el_resize(state_.edit);
+    el_set(state_.edit, EL_PREP_TERM, 1);  // before the prompt: who answers that is listened to
     int count = 0;
     const char* typed = el_gets(state_.edit, &count);
     if (state_.is_interrupted) return End::kInterrupted;
