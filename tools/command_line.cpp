@@ -6,28 +6,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "arguments.h"
 #include "commands.h"
+#include "lines.h"
 #include "options.h"
 #include "output.h"
-#include "terminal.h"
 #include "usage.h"
 
 namespace {
-
-// What the parser fills in.
-struct Arguments {
-  EvaluateRequest evaluate;
-  ReadingRequest reading;
-  BatchRequest batch;
-  CodecRequest codec;
-  std::vector<std::string> texts;  // of -e
-  std::string file;                // of -f
-  std::string format = "hex";
-  bool is_batch = false;
-  bool no_verify = false;
-  bool fixes = false;
-  std::vector<std::string> marked;  // what stands behind "--"; the parser does not see it
-};
 
 void AddFile(CLI::App* command, std::string* path, const std::string& description) {
   command->add_option("-f", *path, description)->type_name("FILE");
@@ -105,6 +91,23 @@ CLI::App* AddCodec(CLI::App* app, const std::string& name, const std::string& de
   return command;
 }
 
+void AddPages(CLI::App* command, PageRequest* request) {
+  command->add_option("--svg", request->svg_path, "Draw one text into a file instead, - for output")
+      ->type_name("FILE");
+  command
+      ->add_option("--html", request->html_path, "Write a page instead, to be opened in a browser")
+      ->type_name("FILE");
+}
+
+// Texts of any origin, and what they are evaluated with.
+void AddTexts(CLI::App* command, Arguments* arguments) {
+  AddRepeatable(command, "-e", &arguments->texts, "A text, in front of the others; any number")
+      ->type_name("TEXT");
+  AddFile(command, &arguments->file, "Take each line of a file, - for standard input");
+  AddScopeOptions(command, &arguments->reading.setting.scope);
+  AddDataDir(command, &arguments->reading.setting.data_dir);
+}
+
 CLI::App* AddReading(CLI::App* app, const std::string& name, const std::string& description,
                      const std::vector<std::string>& examples, Arguments* arguments) {
   const CommandHelp help = {
@@ -114,11 +117,7 @@ CLI::App* AddReading(CLI::App* app, const std::string& name, const std::string& 
         {"TEXT", "What to look at, behind -- if it begins with -"}                                 }
   };
   CLI::App* command = AddCommand(app, name, description, help);
-  AddRepeatable(command, "-e", &arguments->texts, "A text, in front of the others; any number")
-      ->type_name("TEXT");
-  AddFile(command, &arguments->file, "Take each line of a file, - for standard input");
-  AddScopeOptions(command, &arguments->reading.setting.scope);
-  AddDataDir(command, &arguments->reading.setting.data_dir);
+  AddTexts(command, arguments);
   return command;
 }
 
@@ -126,10 +125,13 @@ void AddReadings(CLI::App* app, Arguments* arguments) {
   const auto add_json = [arguments](CLI::App* command) {
     command->add_flag("--json", arguments->reading.as_json, "Print an object for each text");
   };
-  add_json(AddReading(
+  CLI::App* explain = AddReading(
       app, "explain", "Show how texts are read, step by step with values",
-      {"zrteval explain int '2+3*4'", "zrteval explain bits -d fuses=0x11,0x22 'fuses@(fuses)'"},
-      arguments));
+      {"zrteval explain int '2+3*4'", "zrteval explain bits -d fuses=0x11,0x22 'fuses@(fuses)'",
+       "zrteval explain int --html page.html '2+3*4'"},
+      arguments);
+  add_json(explain);
+  AddPages(explain, &arguments->reading.pages);
   AddReading(app, "check", "Tell what is read otherwise than it looks, and what to write instead",
              {"zrteval check int '2+3*4'", "zrteval check int --fix '2+3*4'"}, arguments)
       ->add_flag("--fix", arguments->fixes,
@@ -138,16 +140,24 @@ void AddReadings(CLI::App* app, Arguments* arguments) {
                       {"zrteval names int --scope names.json 'order[rows/2]*limit'"}, arguments));
 }
 
-// Texts are taken from what the parser leaves over, not as an option, since as a list it would take
-// "[1]" apart. What looks like an option is a text behind "--" alone.
-std::vector<std::string> TextsOf(const CLI::App& command, const Arguments& arguments) {
-  std::vector<std::string> texts = arguments.texts;
-  for (const std::string& text : command.remaining()) {
-    CheckNoOption(command, text, "a text that begins with - stands behind --");
-    texts.push_back(text);
-  }
-  texts.insert(texts.end(), arguments.marked.begin(), arguments.marked.end());
-  return texts;
+void AddShow(CLI::App* app, Arguments* arguments) {
+  const CommandHelp help = {
+      {"zrteval show -d id=0x0ABC/12 'id@#1111'",     "zrteval show 0x1234 --against 0x1274",
+       "zrteval show --bytes 1000-1063 -f image.txt"},
+      {"show [OPTIONS] [--] TEXT...", "show [OPTIONS] -f FILE"},
+      {{"TEXT", "A bit vector to look at, behind -- if it begins with -"}                },
+  };
+  CLI::App* command = AddCommand(app, "show", "Show bit vectors as pictures", help);
+  AddTexts(command, arguments);
+  command->add_option("--against", arguments->against, "Show what differs from this text")
+      ->type_name("TEXT");
+  command
+      ->add_option("--against-file", arguments->against_file,
+                   "Show what differs from the text in the first line of a file")
+      ->type_name("FILE");
+  command->add_option("--bytes", arguments->window, "Show these bytes alone, counted from 0")
+      ->type_name("FIRST-LAST");
+  AddPages(command, &arguments->reading.pages);
 }
 
 BitFormat FormatOf(const CLI::App& command, const std::string& name) {
@@ -155,26 +165,6 @@ BitFormat FormatOf(const CLI::App& command, const std::string& name) {
   if (name == "bin") return BitFormat::kBin;
   if (name == "raw") return BitFormat::kRaw;
   RefuseUsage(command, "--format is hex, bin or raw");
-}
-
-void CheckInput(const CLI::App& command, const std::string& input_path, const ScopeRequest& scope) {
-  if (input_path == "-" && scope.path == "-") {
-    RefuseUsage(command, "texts and --scope - cannot both come from standard input");
-  }
-}
-
-// Where lines come from; empty if there are texts.
-std::string InputOf(const CLI::App& command, const Arguments& arguments,
-                    const std::vector<std::string>& texts) {
-  const bool has_texts = !texts.empty(), has_file = !arguments.file.empty();
-  if (int{has_texts} + int{has_file} + int{arguments.is_batch} > 1) {
-    RefuseUsage(command, "give texts, -f or --batch, and one of them alone");
-  }
-  if (has_texts || has_file) return arguments.file;
-  if (!arguments.is_batch && IsInputTerminal()) {
-    RefuseUsage(command, "give texts, -f FILE, or --batch to type them");
-  }
-  return "-";
 }
 
 ExitCode RunEvaluation(const CLI::App& command, zrt::ValueKind kind, Arguments* arguments) {
@@ -193,6 +183,25 @@ ExitCode RunEvaluation(const CLI::App& command, zrt::ValueKind kind, Arguments* 
   return Evaluate(request);
 }
 
+ExitCode RunShow(const CLI::App& command, Arguments* arguments) {
+  ShowRequest request;
+  request.reading = arguments->reading;
+  request.reading.kind = zrt::ValueKind::kBits;
+  request.reading.texts = TextsOf(command, *arguments);
+  request.reading.input_path = InputOf(command, *arguments, request.reading.texts);
+  CheckInput(command, request.reading.input_path, request.reading.setting.scope);
+  CheckPages(command, request.reading);
+  const bool has_text = !arguments->against.empty(), has_file = !arguments->against_file.empty();
+  if (has_text && has_file) RefuseUsage(command, "give --against or --against-file");
+  if (has_text) request.against = arguments->against;
+  if (has_file) request.against = FirstLine(arguments->against_file);
+  if (!arguments->window.empty()) request.window = WindowOf(command, arguments->window);
+  if (request.window && request.reading.pages.is_asked_for()) {
+    RefuseUsage(command, "--bytes is for the terminal: --svg and --html show all of a vector");
+  }
+  return Show(request);
+}
+
 // The kind is the first word.
 ExitCode RunReading(const CLI::App& command, Arguments* arguments) {
   ReadingRequest& request = arguments->reading;
@@ -208,6 +217,7 @@ ExitCode RunReading(const CLI::App& command, Arguments* arguments) {
   request.texts.erase(request.texts.begin() + static_cast<std::ptrdiff_t>(at));
   request.input_path = InputOf(command, *arguments, request.texts);
   CheckInput(command, request.input_path, request.setting.scope);
+  CheckPages(command, request);
   const std::string& name = command.get_name();
   if (name == "explain") return Explain(request);
   if (name == "names") return ListNames(request);
@@ -259,6 +269,7 @@ void AddCommands(CLI::App* app, Arguments* arguments) {
                 arguments);
   AddBits(app, arguments);
   AddReadings(app, arguments);
+  AddShow(app, arguments);
   AddBatch(app, &arguments->batch);
   AddCodec(app, "encode", "Write a file's bytes as run-length text",
            "zrteval encode image.bin -o image.txt", &arguments->codec)
@@ -278,6 +289,7 @@ ExitCode RunCommand(const CLI::App& command, Arguments* arguments) {
     return RunReading(command, arguments);
   }
   if (name == "batch") return RunBatch(command, arguments);
+  if (name == "show") return RunShow(command, arguments);
   return RunCodec(command, name == "encode", arguments);
 }
 

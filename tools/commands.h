@@ -2,12 +2,14 @@
 #pragma once
 
 #include <climits>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "files.h"
 #include "output.h"
 #include "scope_file.h"
+#include "vector_image.h"
 #include "zrtexpression/trace.h"
 
 /// What each evaluation is done with.
@@ -42,13 +44,21 @@ struct BatchRequest {
 /// field, so that its answer depends on its own line alone. Throws as Evaluate().
 ExitCode EvaluateObjects(const BatchRequest& request);
 
-/// What explain, check and names are asked.
+/// Files for pictures, "-" for standard output; empty for none. With one, nothing is printed.
+struct PageRequest {
+  std::string svg_path;   // of one text
+  std::string html_path;  // of any number
+  [[nodiscard]] bool is_asked_for() const { return !svg_path.empty() || !html_path.empty(); }
+};
+
+/// What explain, check, names and show are asked.
 struct ReadingRequest {
   Setting setting;
   zrt::ValueKind kind = zrt::ValueKind::kInteger;
   std::vector<std::string> texts;
   std::string input_path;  // as in EvaluateRequest
   bool as_json = false;
+  PageRequest pages;  // of explain and show
 };
 
 /// Prints how each text is read, and what comes of it step by step. Throws as Evaluate().
@@ -65,6 +75,15 @@ ExitCode Mend(const ReadingRequest& request);
 /// Prints the names that each text uses. Ends with kExpressionFailed if one is not known, or a text
 /// cannot be cut. Throws as Evaluate().
 ExitCode ListNames(const ReadingRequest& request);
+
+struct ShowRequest {
+  ReadingRequest reading;
+  std::optional<std::string> against;  // each text is compared with this one
+  std::optional<ByteRange> window;     // the bytes to show; all of them if missing
+};
+
+/// Prints a picture of each bit vector. Throws as Evaluate().
+ExitCode Show(const ShowRequest& request);
 
 struct CodecRequest {
   std::string input_path;  // "-" for a standard stream

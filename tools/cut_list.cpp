@@ -1,6 +1,7 @@
 // The indented list. It runs down the left sides as a chain does, so only right sides go deeper;
 // the indent ends somewhere, since a text may be as deep as memory.
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "picture.h"
@@ -20,7 +21,7 @@ class ListWriter {
  public:
   ListWriter(std::string_view text, const ReadingTree& tree) : text_(text), tree_(tree) {}
 
-  std::string Write() {
+  std::vector<CutLine> Write() {
     const std::vector<NodeNumber> loose = tree_.Loose();
     for (auto node = loose.rbegin(); node != loose.rend(); ++node) PushNode(*node, 0);
     while (!tasks_.empty()) {
@@ -32,7 +33,7 @@ class ListWriter {
         Unfold(task);
       }
     }
-    return std::move(out_);
+    return std::move(lines_);
   }
 
  private:
@@ -87,15 +88,9 @@ class ListWriter {
   }
 
   void AddLine(const Task& task) {
-    std::string line(2 * std::min(task.depth, kMostIndents), ' ');
-    line += task.before;
-    if (*task.before != '\0') line += ' ';
-    line += Shown(task.after, kMostCharacters);
-    if (task.has_value) {
-      line.resize(std::max(line.size() + 1, kValueColumn), ' ');
-      line += "= " + ValueText(ValueOf(tree_.nodes()[task.node]));
-    }
-    out_ += "    " + line + '\n';
+    CutLine line{task.depth, task.before, Shown(task.after, kMostCharacters), ""};
+    if (task.has_value) line.value = ValueText(ValueOf(tree_.nodes()[task.node]));
+    lines_.push_back(std::move(line));
   }
 
   [[nodiscard]] const ReadValue& ValueOf(const Node& node) const {
@@ -107,11 +102,27 @@ class ListWriter {
   std::string_view text_;
   const ReadingTree& tree_;
   std::vector<Task> tasks_;
-  std::string out_;
+  std::vector<CutLine> lines_;
 };
 
 }  // namespace
 
-std::string CutList(std::string_view text, const ReadingTree& tree) {
+std::vector<CutLine> CutLines(std::string_view text, const ReadingTree& tree) {
   return ListWriter(text, tree).Write();
+}
+
+std::string CutList(std::string_view text, const ReadingTree& tree) {
+  std::string list;
+  for (const CutLine& cut_line : CutLines(text, tree)) {
+    std::string line(2 * std::min(cut_line.depth, kMostIndents), ' ');
+    line += cut_line.symbol;
+    if (!cut_line.symbol.empty()) line += ' ';
+    line += cut_line.side;
+    if (!cut_line.value.empty()) {
+      line.resize(std::max(line.size() + 1, kValueColumn), ' ');
+      line += "= " + cut_line.value;
+    }
+    list += "    " + line + '\n';
+  }
+  return list;
 }

@@ -110,6 +110,14 @@ void TextEvaluator::PrintFailure(std::ostream& out, const Source& source, Explai
   }
 }
 
+std::string TextEvaluator::FailureWords(Explainer* explainer) {
+  if (!refusal_.empty()) return refusal_;
+  if (failure_.status == 0) return "";
+  std::string words = explainer->Message(failure_.status);
+  for (const Hint& hint : Hints()) words += "; " + HintMessage(hint);
+  return words;
+}
+
 void TextEvaluator::AddAnswer(JsonLine* line, Explainer* explainer) {
   line->AddText("text", *text_).AddText("kind", KindName(kind_));
   if (!refusal_.empty()) {

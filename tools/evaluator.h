@@ -40,11 +40,15 @@ class TextEvaluator {
 
   [[nodiscard]] int bit_length() const { return stream_.BitLength; }
   std::string ValueText(BitFormat format);
+  RowDataStream& bits() { return stream_; }  // empty if the value is no bit vector
 
   // ---- Else, as it is told --------------------------------------------------------------------
 
   void PrintFailure(std::ostream& out, const Source& source, Explainer* explainer,
                     const Style& style);
+
+  /// The failure or refusal with its hints as one sentence; empty if there is a value.
+  std::string FailureWords(Explainer* explainer);
 
   /// Adds text and kind, and what became of it: a value, a failure, or an "error". In any case.
   void AddAnswer(JsonLine* line, Explainer* explainer);
@@ -65,7 +69,7 @@ class TextEvaluator {
   zrt::ValueKind kind_ = zrt::ValueKind::kInteger;
   int integer_ = 0;
   float floating_ = 0;
-  RowDataStream stream_;  // empty if the value is no bit vector
+  RowDataStream stream_;
   std::string refusal_;
   zrt::Failure failure_;
   Reading reading_;

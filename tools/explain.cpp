@@ -4,6 +4,9 @@
 #include <sstream>
 
 #include "commands.h"
+#include "cut_svg.h"
+#include "explain_page.h"
+#include "page.h"
 #include "picture.h"
 #include "reading_text.h"
 #include "reading_tree.h"
@@ -30,16 +33,45 @@ void PrintReading(const std::string& text, const ReadingTree& tree) {
   if (reading.has_outcome()) std::cout << "gives  " << ValueText(reading.outcome_value()) << '\n';
 }
 
+// What is drawn into files.
+class Drawer {
+ public:
+  explicit Drawer(const PageRequest& request) : request_(request) {}
+
+  void Draw(const std::string& text, const ReadingTree& tree, const std::string& failure) {
+    const std::string id = "cut" + std::to_string(++count_);
+    if (!request_.svg_path.empty()) svg_ = CutSvg(text, tree, failure, id);
+    if (!request_.html_path.empty()) bodies_ += ExplainBody(text, tree, failure, id);
+  }
+
+  void WriteFiles() {
+    if (!request_.svg_path.empty()) WriteFile(request_.svg_path, svg_);
+    if (request_.html_path.empty()) return;
+    WriteFile(request_.html_path, HtmlPage("zrteval explain", bodies_));
+  }
+
+ private:
+  const PageRequest& request_;
+  std::size_t count_ = 0;
+  std::string svg_;
+  std::string bodies_;
+};
+
 }  // namespace
 
 ExitCode Explain(const ReadingRequest& request) {
   TextSession session(request);
+  Drawer drawer(request.pages);
   bool is_first = true;
-  return session.ForEach([&](const std::string& text, const Source& source) {
+  const ExitCode exit_code = session.ForEach([&](const std::string& text, const Source& source) {
     TextEvaluator& evaluator = session.evaluator();
     const bool has_value = evaluator.EvaluateWatched(text, request.kind);
     const Reading& reading = evaluator.reading();
     const ReadingTree tree(reading);
+    if (request.pages.is_asked_for()) {
+      drawer.Draw(text, tree, evaluator.FailureWords(&session.explainer()));
+      return has_value;
+    }
     if (request.as_json) {
       JsonLine line;
       evaluator.AddAnswer(&line, &session.explainer());
@@ -58,4 +90,6 @@ ExitCode Explain(const ReadingRequest& request) {
     ErrorStream() << message.str();
     return false;
   });
+  drawer.WriteFiles();
+  return exit_code;
 }

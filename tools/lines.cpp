@@ -62,3 +62,12 @@ LineReader::State LineReader::Read() {
 std::string Reason(LineReader::State state) {
   return state == LineReader::State::kHoldsNul ? "the text holds a NUL" : "the text is too long";
 }
+
+std::string FirstLine(const std::string& path) {
+  LineReader reader(path);
+  const LineReader::State state = reader.Next();
+  if (state == LineReader::State::kComplete) return reader.line();
+  const bool is_empty = state == LineReader::State::kEndOfInput;
+  throw Failure{kInputOutput,
+                ShownName(path) + ": " + (is_empty ? "the file is empty" : Reason(state))};
+}

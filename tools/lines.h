@@ -40,3 +40,6 @@ class LineReader {
 
 /// Why a line that is not complete is no text.
 std::string Reason(LineReader::State state);
+
+/// The first line of a file. Throws Failure if there is none, or if it is no text.
+std::string FirstLine(const std::string& path);

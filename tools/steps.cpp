@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "json_line.h"
 #include "output.h"
@@ -157,26 +158,42 @@ std::string StepObject(std::string_view text, const Reading& reading, const Read
 
 }  // namespace
 
-std::string StepLines(std::string_view text, const Reading& reading) {
-  std::string lines;
-  std::size_t count = 0;
+std::vector<StepWords> StepsInWords(std::string_view text, const Reading& reading) {
+  std::vector<StepWords> steps;
   std::size_t depth = 0;
   for (const Reading::Step& step : reading.steps()) {
     Words words;
+    zrt::Place place;
     if (step.kind == StepKind::kIndexBegin) ++depth;
     if (step.kind == StepKind::kIndexEnd) --depth;
-    if (step.kind == StepKind::kOperand) words = OperandWords(text, reading.operands()[step.at]);
-    if (step.kind == StepKind::kOperation) words = OperationWords(reading.operations()[step.at]);
+    if (step.kind == StepKind::kOperand) {
+      place = reading.operands()[step.at].place;
+      words = OperandWords(text, reading.operands()[step.at]);
+    }
+    if (step.kind == StepKind::kOperation) {
+      place = reading.operations()[step.at].place;
+      words = OperationWords(reading.operations()[step.at]);
+    }
     if (step.kind == StepKind::kUnread) {
-      words = {ShownPart(text, reading.unread()[step.at]), "nothing reads this"};
+      place = reading.unread()[step.at];
+      words = {ShownPart(text, place), "nothing reads this"};
     }
     if (words.what.empty()) continue;
+    steps.push_back({place, depth, std::move(words.what), std::move(words.remark)});
+  }
+  return steps;
+}
+
+std::string StepLines(std::string_view text, const Reading& reading) {
+  std::string lines;
+  std::size_t count = 0;
+  for (const StepWords& step : StepsInWords(text, reading)) {
     const std::string number = std::to_string(++count);
     std::string line = std::string(number.size() < 3 ? 3 - number.size() : 0, ' ') + number + "  " +
-                       std::string(2 * depth, ' ') + words.what;
-    if (!words.remark.empty()) {
+                       std::string(2 * step.depth, ' ') + step.what;
+    if (!step.remark.empty()) {
       line.resize(std::max(line.size() + 2, kRemarkColumn), ' ');
-      line += words.remark;
+      line += step.remark;
     }
     lines += line + '\n';
   }

@@ -3,11 +3,21 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "reading.h"
 
-/// A line each: operands that are more than a plain number, and operators, with their values. Those
-/// of an index are indented.
+/// A step as a person is told it: operands that are more than a plain number, and operators, with
+/// their values.
+struct StepWords {
+  zrt::Place place;    // of the operand, the operator or what nothing reads
+  std::size_t depth;   // 1 in an index
+  std::string what;    // "2 + 3 = 5"
+  std::string remark;  // where it comes from, what is dropped; or empty
+};
+std::vector<StepWords> StepsInWords(std::string_view text, const Reading& reading);
+
+/// A line each, numbered from 1. Those of an index are indented.
 std::string StepLines(std::string_view text, const Reading& reading);
 
 /// All of them as a JSON array of objects, each with "step"; or `count` of them from `first` on, as

@@ -22,7 +22,7 @@ class TextSession {
 
   TextEvaluator& evaluator() { return evaluator_; }
   Explainer& explainer() { return explainer_; }
-  [[nodiscard]] const Scope& scope() const { return scope_; }
+  Scope& scope() { return scope_; }
 
  private:
   const ReadingRequest& request_;
