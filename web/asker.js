@@ -9,6 +9,7 @@ class Asker {
     this.module = module;
     this.url = url;
     this.lastId = 0;
+    this.waiting = {};
     this.start();
   }
 
@@ -23,48 +24,62 @@ class Asker {
     clearTimeout(this.watch);
   }
 
-  // Calls `done` with the answer, unless something newer is asked before it is there.
+  // Each calls `done` with the answer, unless something newer is asked before it is there. What is
+  // asked of the last text is given up with it.
   evaluate(request, done) {
-    this.waiting = {...request, id: ++this.lastId, done};
-    this.waitingStand = null;
+    this.waiting = {evaluate: {...request, asks: 'evaluate', done}};
     if (this.asked === null) return this.next();
     const left = this.asked.since + kPatience - performance.now();
     clearTimeout(this.watch);
     this.watch = setTimeout(() => { this.start(); this.next(); }, Math.max(left, 0));
   }
 
+  remark(done) {
+    this.waiting.remark = {asks: 'remark', done};
+    if (this.asked === null) this.next();
+  }
+
   stand(request, done) {
-    this.waitingStand = {...request, id: ++this.lastId, done};
+    this.waiting.stand = {...request, asks: 'stand', done};
+    if (this.asked === null) this.next();
+  }
+
+  draw(done) {
+    this.waiting.draw = {asks: 'draw', done};
     if (this.asked === null) this.next();
   }
 
   next() {
-    const question = this.waiting ?? this.waitingStand;
-    if (!question) return;
-    if (this.waiting) this.waiting = null; else this.waitingStand = null;
-    if (question.step === undefined && this.memory > kMostMemory) this.start();
-    const {done, ...request} = question;
-    this.asked = {id: request.id, done, since: performance.now()};
-    this.worker.postMessage(request);
-    this.watch = setTimeout(() => {
-      this.start();
-      done({answer: {error: `this takes longer than ${kMostTime / 1000} seconds and was stopped`}});
-      this.next();
-    }, kMostTime);
+    const what = ['evaluate', 'remark', 'stand', 'draw'].find((name) => this.waiting[name] !== undefined);
+    if (what === undefined) return;
+    const {done, ...request} = this.waiting[what];
+    delete this.waiting[what];
+    if (what === 'evaluate' && this.memory > kMostMemory) this.start();
+    this.asked = {id: ++this.lastId, done, since: performance.now()};
+    this.worker.postMessage({...request, id: this.lastId});
+    this.watch = setTimeout(() => this.giveUp(
+        `this takes longer than ${kMostTime / 1000} seconds and was stopped`), kMostTime);
+  }
+
+  // Begins anew. What waits is of a text that the new thread does not know.
+  giveUp(reason) {
+    const {done} = this.asked;
+    const {evaluate} = this.waiting;
+    this.start();
+    this.waiting = evaluate === undefined ? {} : {evaluate};
+    if (evaluate === undefined) done({answer: {error: reason}});
+    this.next();
   }
 
   take(answer) {
     if (this.asked === null || answer.id !== this.asked.id) return;
+    if (answer.broken !== undefined) return this.giveUp(`the engine has stopped: ${answer.broken}`);
     const {done} = this.asked;
     clearTimeout(this.watch);
     this.asked = null;
-    this.memory = answer.memory ?? 0;
-    if (answer.broken !== undefined) {
-      this.start();
-      answer = {answer: {error: `the engine has stopped: ${answer.broken}`}};
-    }
-    if (!this.waiting) done(answer);
-    this.next();
+    this.memory = answer.memory;
+    if (this.waiting.evaluate === undefined) done(answer);
+    if (this.asked === null) this.next();
   }
 }
 

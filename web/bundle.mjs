@@ -14,6 +14,7 @@ const read = (name) => readFileSync(join(here, name), 'utf8');
 function examplesOf(description) {
   const sections = [];
   let scope = '';
+  let chapter = '';
   let title = '';
   let block = null;
   for (const line of description.split('\n')) {
@@ -26,7 +27,11 @@ function examplesOf(description) {
       continue;
     }
     if (block === null) {
-      title = /^##+ (.*)/.exec(line)?.[1] ?? title;
+      const heading = /^(##+) (.*)/.exec(line);
+      if (heading !== null) {
+        if (heading[1] === '##') chapter = heading[2];
+        title = heading[1] === '##' ? chapter : `${chapter}: ${heading[2].toLowerCase()}`;
+      }
     } else if (block === 'jsonc') {
       scope += line + '\n';
     } else if (/^zrt-(int|float|bits)$/.test(block)) {

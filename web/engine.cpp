@@ -10,23 +10,22 @@
 #include <string>
 #include <string_view>
 
-#include "evaluator.h"
-#include "json_text.h"
-#include "picture.h"
-#include "reading_text.h"
-#include "reading_tree.h"
-#include "scope_file.h"
-#include "shown_text.h"
 #include "standing.h"
-#include "steps.h"
+#include "tools/cut_svg.h"
+#include "tools/evaluator.h"
+#include "tools/json_text.h"
+#include "tools/reading_text.h"
+#include "tools/reading_tree.h"
+#include "tools/scope_file.h"
+#include "tools/shown_text.h"
+#include "tools/steps.h"
+#include "tools/vector_svg.h"
 
 namespace {
 
 // Of values with more bits the page shows the ends alone.
 constexpr int kMostBits = 8 << 20;
 constexpr std::size_t kMostHints = 100;
-constexpr std::size_t kMostPictureBytes = 4096;  // of a text that is drawn
-constexpr std::size_t kPictureColumns = 100;
 
 std::string HintArray(const std::vector<Hint>& hints) {
   JsonArray array;
@@ -99,6 +98,7 @@ class Engine {
 
   std::string Evaluate(std::string_view text, zrt::ValueKind kind) {
     text_ = text;
+    kind_ = kind;
     scope_->ResetRows();
     const bool has_value = evaluator_.EvaluateWatched(text_, kind);
     const Reading& reading = evaluator_.reading();
@@ -106,18 +106,39 @@ class Engine {
     evaluator_.AddAnswer(&answer, &explainer_);
     JsonLine all;
     all.AddWritten("answer", answer.text());
-    const ReadingTree tree(reading);
-    if (tree.root() != ReadingTree::kNone) {
-      all.AddText("brackets", tree.Brackets(text_, tree.root()));
-    }
-    if (!has_value && !reading.has_outcome()) AddReasons(kind, &all);
+    if (!has_value && !reading.has_outcome()) AddReasons(&all);
     if (reading.has_outcome()) all.AddText("value", ValueText(reading.outcome_value()));
-    const std::vector<Hint> hints = SurpriseHints(text_, kind, reading);
-    all.AddWritten("hints", HintArray(hints))
+    return all.AddNumber("step_count", static_cast<long long>(reading.steps().size())).text();
+  }
+
+  // How the last text is read, and what of it otherwise than it looks. Takes longer than the value.
+  std::string Remarks() {
+    const Reading& reading = evaluator_.reading();
+    const ReadingTree tree(reading);
+    JsonLine remarks;
+    if (tree.root() != ReadingTree::kNone) {
+      remarks.AddText("brackets", tree.Brackets(text_, tree.root()));
+    }
+    const std::vector<Hint> hints = SurpriseHints(text_, kind_, reading);
+    return remarks.AddWritten("hints", HintArray(hints))
         .AddNumber("hint_count", static_cast<long long>(hints.size()))
-        .AddText("picture", Picture(tree))
-        .AddNumber("step_count", static_cast<long long>(reading.steps().size()));
-    return all.text();
+        .text();
+  }
+
+  // Drawings of the cut and of the bits of the last text, as far as it has them.
+  std::string Pictures() {
+    const Reading& reading = evaluator_.reading();
+    const ReadingTree tree(reading);
+    JsonLine pictures;
+    if (!reading.operations().empty()) pictures.AddText("cut", CutSvg(text_, tree, "", "cut"));
+    const bool has_bits = reading.has_outcome() &&
+                          reading.outcome_value().kind == zrt::ValueKind::kBits &&
+                          evaluator_.bit_length() <= kMostBits;
+    if (has_bits) {
+      const VectorImage image = ImageOf(text_, reading, &evaluator_.bits());
+      pictures.AddText("bits", VectorSvg(text_, image, "bits"));
+    }
+    return pictures.text();
   }
 
   [[nodiscard]] std::string Steps(std::size_t first, std::size_t count) const {
@@ -138,21 +159,14 @@ class Engine {
   }
 
   // Of a failure the answer has the first hint alone.
-  void AddReasons(zrt::ValueKind kind, JsonLine* all) {
+  void AddReasons(JsonLine* all) {
     const zrt::Failure& failure = evaluator_.reading().failure();
     const std::vector<Hint> reasons =
-        FailureHints(text_, kind, failure, evaluator_.reading(), scope_->names());
+        FailureHints(text_, kind_, failure, evaluator_.reading(), scope_->names());
     all->AddWritten("reasons", HintArray(reasons));
     if (failure.cause_status != 0) {
       all->AddText("cause", explainer_.Sentence(failure.cause_status));
     }
-  }
-
-  [[nodiscard]] std::string Picture(const ReadingTree& tree) const {
-    if (text_.size() > kMostPictureBytes) return "";
-    std::string picture = CutPicture(text_, tree.reading(), kPictureColumns);
-    const bool is_list = picture.empty() && !tree.reading().operations().empty();
-    return is_list ? CutList(text_, tree) : picture;
   }
 
   std::unique_ptr<Scope> scope_ = std::make_unique<Scope>();
@@ -161,6 +175,7 @@ class Engine {
   };
   Explainer explainer_{""};
   std::string text_;
+  zrt::ValueKind kind_ = zrt::ValueKind::kInteger;
 };
 
 Engine& TheEngine() {
@@ -190,11 +205,21 @@ EMSCRIPTEN_KEEPALIVE const char* zrt_take_scope(const char* written, std::size_t
   return Told([=] { return TheEngine().TakeScope({written, size}); });
 }
 
-/// All that there is to tell of a text but for its steps.
+/// The value of a text, or its failure.
 EMSCRIPTEN_KEEPALIVE const char* zrt_evaluate(const char* text, std::size_t size, int kind) {
   return Told([=] {
     return TheEngine().Evaluate({text, size}, static_cast<zrt::ValueKind>(kind));
   });
+}
+
+/// How the last text is read, and the hints.
+EMSCRIPTEN_KEEPALIVE const char* zrt_remarks() {
+  return Told([] { return TheEngine().Remarks(); });
+}
+
+/// The drawings of the last text, as SVG.
+EMSCRIPTEN_KEEPALIVE const char* zrt_pictures() {
+  return Told([] { return TheEngine().Pictures(); });
 }
 
 /// `count` steps of the last text, from `first` on.

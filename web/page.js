@@ -1,13 +1,14 @@
 // Ties it together: what is typed goes to the engine, its answers to the parts of the page, and
 // kind, text and scope to the link.
 const kLinkDelay = 300;  // milliseconds after the last key, since browsers limit changes of a link
+const kNarrow = matchMedia('(max-width: 60rem)');
 
-const scopeBlock = JSON.parse(document.getElementById('examples-data').textContent);
-const byId = (id) => document.getElementById(id);
+const scopeBlock = JSON.parse(byId('examples-data').textContent);
 const text = new Editor(byId('text'), edited);
 const scope = new Editor(byId('scope'), edited);
 let asker = null;
 let steps = null;
+let pictures = null;
 let linkTimer = null;
 
 const kindNow = () => document.querySelector('[name=kind]:checked').value;
@@ -63,16 +64,27 @@ function show(request, told) {
   if (told.wrongScope !== undefined) {
     answer.error = 'The scope is wrong, so nothing is evaluated.';
     byId('scope').setAttribute('aria-invalid', 'true');
+    byId('scope-card').open = true;
   } else {
     byId('scope').removeAttribute('aria-invalid');
   }
   byId('text-note').textContent = lengthNote(request.text);
   putValue(byId('value'), answer, told, request.text, text);
-  putHints(told, request.text, text);
-  putCut(told);
   text.put(marksOf(answer, told));
-  steps.put(told, request.text);
   byId('told').classList.remove('waits');
+  steps.put(told, request.text);
+  if (told.step_count === undefined || told.hints !== undefined) return remark(request, told, answer);
+  for (const id of ['hints', 'brackets', 'cut', 'bits']) byId(id).classList.add('waits');
+  asker.remark((remarks) => remark(request, {...told, ...remarks}, answer));
+}
+
+// Shows the rest of what is told of a text, which may come later.
+function remark(request, told, answer) {
+  for (const id of ['hints', 'brackets']) byId(id).classList.remove('waits');
+  putHints(told, request.text, text);
+  putBrackets(told);
+  pictures.put(told, answer);
+  text.put(marksOf(answer, told));
   window.zrtAnswer = {request, ...told};
   document.documentElement.dataset.state = 'done';
 }
@@ -90,7 +102,8 @@ function putScopeNote(written, {wrongScope, names}) {
     const fields = names?.fields.length ?? 0;
     note.className = 'note';
     note.textContent = written === '' ? 'Names come from here, as JSON; // comments are welcome.'
-        : fields === 0 ? '' : `${fields} data ${fields === 1 ? 'field' : 'fields'}.`;
+        : fields === 0 ? ''
+        : `${fields} data ${fields === 1 ? 'field' : 'fields'}; each evaluation begins with the first rows.`;
     return;
   }
   const at = wrongScope.at ?? 0;
@@ -109,7 +122,7 @@ function tryExample(kind, words) {
   history.replaceState(null, '', linkOf());
   take(kind, words, scopeBlock.scope);
   history.pushState(null, '', linkOf());
-  if (matchMedia('(max-width: 60rem)').matches) byId('text').scrollIntoView({block: 'start'});
+  if (kNarrow.matches) byId('text').scrollIntoView({block: 'start'});
 }
 
 function putExamples() {
@@ -143,6 +156,9 @@ async function copy(button, words) {
 }
 
 async function begin() {
+  if (kNarrow.matches) {
+    for (const id of ['scope-card', 'examples-card']) byId(id).open = false;
+  }
   putExamples();
   byId('kinds').addEventListener('change', edited);
   byId('share').addEventListener('click', () => {
@@ -156,6 +172,13 @@ async function begin() {
   byId('text').addEventListener('keydown', (event) => {
     if (event.key === 'Enter' && !event.shiftKey && !event.isComposing) event.preventDefault();
   });
+  // A line is pasted without its end, as zrteval reads lines.
+  byId('text').addEventListener('paste', (event) => {
+    const pasted = event.clipboardData.getData('text/plain');
+    if (!/\r?\n$/.test(pasted)) return;
+    event.preventDefault();
+    document.execCommand('insertText', false, pasted.replace(/\r?\n$/, ''));
+  });
   window.addEventListener('popstate', takeLink);
   try {
     asker = await startAsker();
@@ -164,6 +187,7 @@ async function begin() {
     return;
   }
   steps = new Steps(asker);
+  pictures = new Pictures(asker);
   if (location.hash.length > 1) takeLink(); else take('int', '2+3*4', scopeBlock.scope);
 }
 

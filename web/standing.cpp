@@ -92,8 +92,11 @@ void AddPlace(JsonLine* object, zrt::Place place) {
 
 std::string StandingAt(const Reading& reading, std::size_t step,
                        const std::vector<Scope::NamedField>& fields) {
-  if (step >= reading.steps().size()) return "{}";
-  const zrt::Place place = PlaceOf(reading, reading.steps()[step]);
+  const std::size_t count = reading.steps().size();
+  if (count == 0) return "{}";
+  const zrt::Place place =
+      step < count ? PlaceOf(reading, reading.steps()[step]) : reading.failure().place;
+  step = std::min(step, count - 1);
   JsonLine object;
   AddPlace(&object, place);
   return object.AddWritten("pieces", PieceArray(PiecesAround(reading, step, place)))

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "json_line.h"
-#include "reading.h"
-#include "scope.h"
+#include "tools/json_line.h"
+#include "tools/reading.h"
+#include "tools/scope.h"
 
 /// A JSON array as it grows.
 class JsonArray {
@@ -28,5 +28,6 @@ void AddPlace(JsonLine* object, zrt::Place place);
 
 /// An object with "at" and "length" of the step, "pieces", the innermost last, each with its
 /// "middle", and "rows": the number of the field in `fields`, the row, and the step that took it.
+/// Behind the last step stands the failure. Without steps the object is empty.
 std::string StandingAt(const Reading& reading, std::size_t step,
                        const std::vector<Scope::NamedField>& fields);

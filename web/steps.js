@@ -36,6 +36,7 @@ function wordsOf(step, text) {
     case 'index': return [`[${part}]`, 'the index is evaluated'];
     case 'index end':
       return [step.status === 0 ? `the index is ${step.value}` : 'the index fails', ''];
+    case 'failure': return [part === '' ? 'something is missing' : part, step.name];
   }
   return [step.step, ''];
 }
@@ -43,17 +44,17 @@ function wordsOf(step, text) {
 class Steps {
   constructor(asker) {
     this.asker = asker;
-    this.slider = document.getElementById('step');
-    this.slider.addEventListener('input', () => this.go(Number(this.slider.value)));
+    this.slider = byId('step');
+    this.slider.addEventListener('input', () => this.step(Number(this.slider.value)));
     const on = (id, where) => {
-      document.getElementById(id).addEventListener('click', () => this.go(where()));
+      byId(id).addEventListener('click', () => this.step(where()));
     };
     on('step-first', () => 1);
     on('step-back', () => this.number - 1);
     on('step-on', () => this.number + 1);
     on('step-last', () => this.count);
     for (const id of ['step-list', 'stands']) {
-      document.getElementById(id).addEventListener('keydown', (event) => this.key(event));
+      byId(id).addEventListener('keydown', (event) => this.key(event));
     }
   }
 
@@ -64,18 +65,30 @@ class Steps {
     }[event.key];
     if (where === undefined || event.ctrlKey || event.altKey || event.metaKey) return;
     event.preventDefault();
-    this.go(where);
+    this.step(where);
   }
 
-  // Takes a new text, all steps done.
+  // Takes a new text, all steps done. A failure is shown as one more step.
   put(told, text) {
+    const {answer} = told;
     this.text = text;
     this.fields = told.names?.fields ?? [];
     this.count = told.step_count ?? 0;
-    document.getElementById('steps-card').hidden = this.count === 0;
+    byId('steps-card').hidden = this.count === 0;
     if (this.count === 0) return;
+    this.failure = answer.status === undefined || answer.status === 0 ? null : {
+      step: 'failure', text: text.slice(answer.at, answer.at + answer.length), name: answer.name,
+    };
+    if (this.failure !== null) ++this.count;
     this.slider.max = this.count;
+    byId('step-says').setAttribute('aria-live', 'off');
     this.go(this.count);
+  }
+
+  // As a person asks for it, who may want to hear it.
+  step(number) {
+    byId('step-says').setAttribute('aria-live', 'polite');
+    this.go(number);
   }
 
   go(number) {
@@ -87,16 +100,18 @@ class Steps {
 
   show({steps, standing}, first) {
     if (steps === undefined) return;
+    if (this.failure !== null && first + steps.length === this.count - 1) steps.push(this.failure);
     const number = this.number;
     this.slider.value = number;
-    document.getElementById('step-number').textContent = `${number} of ${this.count}`;
+    byId('step-number').textContent = `${number} of ${this.count}`;
     for (const [id, ends] of [['step-first', 1], ['step-back', 1], ['step-on', this.count],
                               ['step-last', this.count]]) {
-      document.getElementById(id).disabled = number === ends;
+      byId(id).setAttribute('aria-disabled', number === ends);
     }
     const step = steps[number - 1 - first];
     const [does, remark] = wordsOf(step, this.text);
-    document.getElementById('step-says').replaceChildren(
+    this.slider.setAttribute('aria-valuetext', `${number} of ${this.count}: ${does} ${remark}`);
+    byId('step-says').replaceChildren(
         make('code', {}, does), ...(remark === '' ? [] : [make('span', {}, remark)]));
     this.putStanding(standing);
     this.putRows(standing, number - 1);
@@ -105,7 +120,8 @@ class Steps {
 
   // The text around the step, and below it a bar for each piece that the step lies in.
   putStanding({at, length, pieces}) {
-    const box = document.getElementById('stands');
+    const box = byId('stands');
+    box.dataset.step = this.number;
     const from = Math.max(at - kAround, 0);
     const to = Math.min(at + Math.min(length, kAround) + kAround, this.text.length);
     const line = make('pre', {});
@@ -125,7 +141,7 @@ class Steps {
   }
 
   putRows({rows}, step) {
-    const box = document.getElementById('rows');
+    const box = byId('rows');
     const used = new Set(rows.map(({field}) => field));
     const tables = [];
     for (const number of used) {
@@ -149,7 +165,7 @@ class Steps {
   }
 
   putList(steps, first) {
-    const list = document.getElementById('step-list');
+    const list = byId('step-list');
     let depth = 0;
     const items = steps.map((step, index) => {
       if (step.step === 'index end') depth = Math.max(depth - 1, 0);
@@ -158,7 +174,7 @@ class Steps {
         value: first + index + 1, class: `is-${step.step.replace(' ', '-')}`,
         style: depth > 0 ? `--depth: ${depth}` : undefined,
         'aria-current': first + index + 1 === this.number ? 'step' : undefined,
-        onclick: () => this.go(first + index + 1),
+        onclick: () => this.step(first + index + 1),
       }, make('code', {}, does), ...(remark === '' ? [] : [make('span', {}, remark)]));
       if (step.step === 'index') ++depth;
       return item;

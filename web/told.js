@@ -2,6 +2,12 @@
 // is read. What it shows is worded as zrteval words it.
 const kMostShown = 2000;   // characters of a value or a reading
 const kExcerpt = 60;       // characters around a place
+const kFewSteps = 60;      // that are drawn at once,
+const kFewBits = 512;
+const kManySteps = 2000;   // that are not drawn unless asked for
+const kDrawDelay = 250;    // milliseconds after which the others are drawn
+
+const byId = (id) => document.getElementById(id);
 
 // The text around a place, with the place marked.
 function excerpt(text, place, is) {
@@ -25,17 +31,21 @@ function placeButton(place, editor) {
   }, `column ${words}`);
 }
 
-function hintItem(hint, text, editor) {
+// `above` is a place that is shown already.
+function hintItem(hint, text, editor, above = undefined) {
   const item = make('li', {}, make('p', {}, make('b', {}, 'hint: '), hint.says));
-  item.append(excerpt(text, hint, 'hint'));
-  const row = make('p', {class: 'actions'}, placeButton(hint, editor));
+  const row = make('p', {class: 'actions'});
+  if (hint.at !== above?.at || hint.length !== above?.length) {
+    item.append(excerpt(text, hint, 'hint'));
+    row.append(placeButton(hint, editor));
+  }
   if (hint.instead !== undefined) {
     row.append(make('button', {
       type: 'button', class: 'instead', title: 'Put it into the text',
       onclick: () => editor.replace(hint, hint.instead),
     }, 'write ', make('code', {}, shortened(shown(hint.instead), 120))));
   }
-  item.append(row);
+  if (row.childElementCount > 0) item.append(row);
   return item;
 }
 
@@ -66,7 +76,7 @@ function putValue(box, answer, told, text, editor) {
       box.append(make('p', {class: 'note'}, `0x${hex} in 32 bits`));
     }
   }
-  document.getElementById('value-copy').hidden = copied === '';
+  byId('value-copy').hidden = copied === '';
 }
 
 function putFailure(box, answer, told, text, editor) {
@@ -81,29 +91,72 @@ function putFailure(box, answer, told, text, editor) {
   }
   const reasons = told.reasons ?? [];
   if (reasons.length > 0) {
+    const last = answer.cause ?? answer;
     box.append(make('ul', {class: 'hints'},
-                    ...reasons.map((reason) => hintItem(reason, text, editor))));
+                    ...reasons.map((reason) => hintItem(reason, text, editor, last))));
   }
 }
 
 function putHints(told, text, editor) {
   const hints = told.hints ?? [];
-  document.getElementById('hints-card').hidden = hints.length === 0;
+  byId('hints-card').hidden = hints.length === 0;
   const items = hints.map((hint) => hintItem(hint, text, editor));
   if (told.hint_count > hints.length) {
     items.push(make('li', {}, `and ${told.hint_count - hints.length} more`));
   }
-  document.getElementById('hints').replaceChildren(...items);
+  byId('hints').replaceChildren(...items);
 }
 
-function putCut(told) {
+function putBrackets(told) {
   const brackets = told.brackets ?? '';
-  document.getElementById('brackets').replaceChildren(
-      ...(brackets === '' ? [] : ['reads as ', make('code', {}, shortened(shown(brackets), kMostShown))]));
-  const cut = document.getElementById('cut');
-  cut.replaceChildren(make('pre', {}, told.picture ?? ''));
-  cut.hidden = (told.picture ?? '') === '';
-  document.getElementById('cut-card').hidden = brackets === '' && cut.hidden;
+  const code = make('code', {}, shortened(shown(brackets), kMostShown));
+  byId('brackets').replaceChildren(...(brackets === '' ? [] : ['reads as ', code]));
+}
+
+// Puts a drawing, which comes as text, into its place.
+function putPicture(id, drawn) {
+  const box = byId(id);
+  box.hidden = drawn === undefined;
+  box.classList.remove('waits');
+  if (drawn === undefined) return box.replaceChildren();
+  const {documentElement} = new DOMParser().parseFromString(drawn, 'image/svg+xml');
+  box.replaceChildren(document.importNode(documentElement, true));
+}
+
+// Draws what is quickly drawn when the text rests, and the rest when it is asked for.
+class Pictures {
+  constructor(asker) {
+    this.asker = asker;
+    byId('draw').addEventListener('click', () => this.draw());
+  }
+
+  put(told, answer) {
+    clearTimeout(this.timer);
+    const bits = answer.bits ?? 0;
+    const steps = told.step_count ?? 0;
+    byId('draw').hidden = steps <= kManySteps;
+    if (steps > kManySteps) {
+      byId('draw').textContent = `Draw ${steps.toLocaleString('en')} steps`;
+      return this.show({});
+    }
+    if (steps <= kFewSteps && bits <= kFewBits) return this.draw();
+    for (const id of ['cut', 'bits']) byId(id).classList.add('waits');
+    this.timer = setTimeout(() => this.draw(), kDrawDelay);
+  }
+
+  draw() {
+    this.asker.draw(({pictures}) => {
+      byId('draw').hidden = true;
+      this.show(pictures ?? {});
+    });
+  }
+
+  show({cut, bits}) {
+    putPicture('cut', cut);
+    putPicture('bits', bits);
+    byId('bits-card').hidden = bits === undefined;
+    byId('cut-card').hidden = cut === undefined && byId('brackets').textContent === '' && byId('draw').hidden;
+  }
 }
 
 // The marks of a text in its editor.

@@ -1,5 +1,6 @@
 // Runs in a thread of its own, behind the engine's code: hands texts to the engine and its answers
 // to the page. Places in the engine's answers count bytes; the page counts as its strings do.
+const kLong = 4096;  // characters of a text whose value is told before the remarks on it
 const encoder = new TextEncoder();
 let engine = null;
 let scope = null;         // as it was taken last
@@ -68,16 +69,21 @@ function evaluate(request) {
   const kind = ['int', 'float', 'bits'].indexOf(request.kind);
   const told = tell(engine._zrt_evaluate, text, kind);
   if (told.error !== undefined) return {answer: told, names};
-  return {...turnPlaces(told, indexOfBytes(text)), names};
+  const answer = {...turnPlaces(told, indexOfBytes(text)), names};
+  return text.length > kLong ? answer : {...answer, ...remark()};
 }
 
+const read = (pointer) => turnPlaces(JSON.parse(engine.UTF8ToString(pointer)), indexOfBytes(text));
+const remark = () => read(engine._zrt_remarks());
+
 function stand(request) {
-  const read = (pointer) => turnPlaces(JSON.parse(engine.UTF8ToString(pointer)), indexOfBytes(text));
   return {
     steps: read(engine._zrt_steps(request.first, request.count)),
     standing: read(engine._zrt_standing(request.step)),
   };
 }
+
+const draw = () => ({pictures: JSON.parse(engine.UTF8ToString(engine._zrt_pictures()))});
 
 async function start(module) {
   engine = await createEngine({
@@ -97,7 +103,7 @@ onmessage = async ({data}) => {
   }
   try {
     await started;
-    const answer = data.step === undefined ? evaluate(data) : stand(data);
+    const answer = {evaluate, remark, stand, draw}[data.asks](data);
     postMessage({...answer, id: data.id, memory: engine.HEAPU8.length});
   } catch (error) {
     postMessage({id: data.id, broken: String(error)});
