@@ -11,6 +11,7 @@
 #include "lines.h"
 #include "options.h"
 #include "output.h"
+#include "terminal.h"
 #include "usage.h"
 
 namespace {
@@ -142,10 +143,10 @@ void AddReadings(CLI::App* app, Arguments* arguments) {
 
 void AddShow(CLI::App* app, Arguments* arguments) {
   const CommandHelp help = {
-      {"zrteval show -d id=0x0ABC/12 'id@#1111'",     "zrteval show 0x1234 --against 0x1274",
-       "zrteval show --bytes 1000-1063 -f image.txt"},
-      {"show [OPTIONS] [--] TEXT...", "show [OPTIONS] -f FILE"},
-      {{"TEXT", "A bit vector to look at, behind -- if it begins with -"}                },
+      {"zrteval show -d id=0x0ABC/12 'id@#1111'", "zrteval show 0x1234 --against 0x1274",
+       "zrteval show --bytes 1-2 0x12345678"},
+      {"show [OPTIONS] [--] TEXT...",     "show [OPTIONS] -f FILE"},
+      {{"TEXT", "A bit vector to look at, behind -- if it begins with -"}            },
   };
   CLI::App* command = AddCommand(app, "show", "Show bit vectors as pictures", help);
   AddTexts(command, arguments);
@@ -250,13 +251,12 @@ ExitCode RunCodec(const CLI::App& command, bool is_encode, Arguments* arguments)
 }
 
 // The words in front of the command, or instead of it.
-void CheckRest(const CLI::App& app, const CLI::App* command) {
+void CheckRest(const CLI::App& app) {
   const std::vector<std::string> words = app.remaining();
   if (!words.empty()) {
     CheckNoOption(app, words.front(), "the options of a command stand behind it");
     RefuseCommand(app, words.front());
   }
-  if (command == nullptr) RefuseUsage(app, "a command is missing");
 }
 
 void AddCommands(CLI::App* app, Arguments* arguments) {
@@ -335,6 +335,10 @@ ExitCode RunCommandLine(std::vector<std::string> words) {
     return kAllEvaluated;
   }
   const CLI::App* command = CommandOf(app);
-  CheckRest(app, command);
+  CheckRest(app);
+  if (command == nullptr) {
+    if (IsInputTerminal() && IsOutputTerminal()) return Talk();
+    RefuseUsage(app, "a command is missing; on a terminal, none begins a session");
+  }
   return RunCommand(*command, &arguments);
 }

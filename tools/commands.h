@@ -2,6 +2,7 @@
 #pragma once
 
 #include <climits>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +12,9 @@
 #include "scope_file.h"
 #include "vector_image.h"
 #include "zrtexpression/trace.h"
+
+/// Asks a person on the terminal for texts and commands until the end of input.
+ExitCode Talk();
 
 /// What each evaluation is done with.
 struct Setting {
@@ -58,7 +62,8 @@ struct ReadingRequest {
   std::vector<std::string> texts;
   std::string input_path;  // as in EvaluateRequest
   bool as_json = false;
-  PageRequest pages;  // of explain and show
+  PageRequest pages;                      // of explain and show
+  std::function<void(Scope*)> add_names;  // further ones, which hide those of the setting
 };
 
 /// Prints how each text is read, and what comes of it step by step. Throws as Evaluate().

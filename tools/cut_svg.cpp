@@ -156,7 +156,7 @@ Extent PaintLines(const std::vector<CutLine>& lines, Svg* svg) {
 void PaintFailure(std::string_view text, zrt::Place place, std::string_view failure, Extent* extent,
                   Svg* svg) {
   const Diagnostic diagnostic = MakeDiagnostic(ArgumentSource(text), place, kMostColumns);
-  const int y = extent->height;
+  const int y = extent->height += 8;
   svg->Text(kMargin, y + kBaseline - kMargin, Anchor::kStart, "", diagnostic.window);
   const int x = kMargin + WidthOf(diagnostic.caret);
   svg->Line(x, y + kRow - kMargin, x + WidthOf(diagnostic.underlined), y + kRow - kMargin, "drop");

@@ -54,6 +54,27 @@ bool Scope::has_several_rows() const {
                      [](const NamedField& entry) { return entry.field->GetRowCount() > 1; });
 }
 
+std::vector<Scope::RowPosition> Scope::RowPositions() const {
+  std::vector<RowPosition> positions;
+  for (const auto& [set, field] : fields_) {
+    const int count = field->GetRowCount();
+    int left = 0;
+    while (field->GetCurrentRow() != nullptr) ++left;
+    field->ResetRowPointer();
+    for (int row = 0; row < count - left; ++row) field->GetCurrentRow();
+    positions.push_back({set, field->GetFieldName(), count - left, count});
+  }
+  return positions;
+}
+
+void Scope::MoveTo(const RowPosition& position) {
+  std::string name = position.name;
+  QLMDataField* field = data_sets_[position.set].GetDataField(name.data());
+  if (field == nullptr) return;
+  field->ResetRowPointer();
+  for (int row = 0; row < position.taken; ++row) field->GetCurrentRow();
+}
+
 std::vector<std::string> Scope::names() const {
   std::vector<std::string> names;
   names.reserve(tokens_.size() + fields_.size());

@@ -41,6 +41,20 @@ class Scope {
   /// The fields of all sets, in the order in which they were added.
   [[nodiscard]] const std::vector<NamedField>& fields() const { return fields_; }
 
+  /// How far the rows of a field are used up.
+  struct RowPosition {
+    DataSet set;
+    std::string name;
+    int taken;
+    int count;
+  };
+
+  /// Of all fields, as they were added. Takes time in proportion to their rows.
+  [[nodiscard]] std::vector<RowPosition> RowPositions() const;
+
+  /// Moves a field, if there is one of that name, to where it was, or to its end if that is nearer.
+  void MoveTo(const RowPosition& position);
+
   /// All names, those of tokens and of fields.
   [[nodiscard]] std::vector<std::string> names() const;
 

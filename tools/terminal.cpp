@@ -20,8 +20,7 @@ bool WantsColor(int file) {
   if (Chosen() != Coloring::kAuto) return Chosen() == Coloring::kAlways;
   const char* no_color = std::getenv("NO_COLOR");
   if (no_color != nullptr && *no_color != '\0') return false;
-  const char* terminal = std::getenv("TERM");
-  return isatty(file) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
+  return isatty(file) != 0 && CanMoveCursor();
 }
 
 Style StyleOf(int file) {
@@ -35,7 +34,17 @@ Style StyleOf(int file) {
   return style;
 }
 
+// NOLINTNEXTLINE(*-avoid-non-const-global-variables): a signal has nowhere else to leave a word
+volatile std::sig_atomic_t interrupted = 0;
+
+void NoteInterrupt(int /*signal*/) { interrupted = 1; }
+
 }  // namespace
+
+bool CanMoveCursor() {
+  const char* terminal = std::getenv("TERM");
+  return terminal != nullptr && std::string_view(terminal) != "dumb";
+}
 
 void ChooseColoring(Coloring coloring) { Chosen() = coloring; }
 
@@ -43,6 +52,7 @@ Style OutputStyle() { return StyleOf(STDOUT_FILENO); }
 Style ErrorStyle() { return StyleOf(STDERR_FILENO); }
 
 bool IsInputTerminal() { return isatty(STDIN_FILENO) != 0; }
+bool IsOutputTerminal() { return isatty(STDOUT_FILENO) != 0; }
 bool IsErrorTerminal() { return isatty(STDERR_FILENO) != 0; }
 
 bool IsOutputClosed() {
@@ -51,3 +61,15 @@ bool IsOutputClosed() {
 }
 
 void SurviveClosedPipes() { static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); }
+
+void CatchInterrupts() {
+  struct sigaction action {};
+  action.sa_handler = NoteInterrupt;  // without SA_RESTART: waiting ends
+  sigaction(SIGINT, &action, nullptr);
+}
+
+bool TakeInterrupt() {
+  const bool was_interrupted = interrupted != 0;
+  interrupted = 0;
+  return was_interrupted;
+}

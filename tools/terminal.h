@@ -13,9 +13,18 @@ Style OutputStyle();
 Style ErrorStyle();
 
 bool IsInputTerminal();
+bool IsOutputTerminal();
 bool IsErrorTerminal();
+
+/// Whether the terminal is more than a printer.
+bool CanMoveCursor();
 
 /// Whether standard output is a pipe that nobody reads any more. The program lives to ask: such a
 /// pipe does not end it.
 bool IsOutputClosed();
 void SurviveClosedPipes();
+
+/// From now on Ctrl-C ends no more than what waits for input; TakeInterrupt() tells whether there
+/// was one since it was asked last.
+void CatchInterrupts();
+bool TakeInterrupt();

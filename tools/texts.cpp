@@ -11,6 +11,7 @@ TextSession::TextSession(const ReadingRequest& request)
     : request_(request),
       explainer_(request.setting.data_dir),
       evaluator_(&scope_, {request.setting.max_bits, false, false}) {
+  if (request.add_names) request.add_names(&scope_);
   LoadScope(request.setting.scope, &scope_);
 }
 

@@ -68,6 +68,7 @@ class Painter {
   }
 
   void PairRow(const VectorComparison& comparison, const CellRow& row, const Scale& scale) {
+    is_comparison_ = true;
     RowNumber(row.first, y_ + 26);
     svg_.Text(kGutter - 10, y_ + 15, Anchor::kMiddle, "", "-");
     svg_.Text(kGutter - 10, y_ + 38, Anchor::kMiddle, "", "+");
@@ -143,6 +144,11 @@ class Painter {
     return "share" + std::to_string(share % kShareColors);
   }
 
+  // Where two vectors are compared, colours would be too much.
+  [[nodiscard]] bool ShowsShares(const VectorImage& image) const {
+    return !is_comparison_ && image.shares.size() > 1;
+  }
+
   void Widen(int width) { width_ = std::max(width_, width); }
 
   void RowNumber(std::size_t byte, int y) {
@@ -158,7 +164,7 @@ class Painter {
     const bool is_spare = bit < image.spare_bits();
     const bool is_one = image.BitAt(bit);
     const std::size_t share = is_spare ? 0 : image.ShareAt(bit);
-    const bool has_color = !is_spare && image.shares.size() > 1;
+    const bool has_color = !is_spare && ShowsShares(image);
     svg_.Rect(x, y, scale.bit_width, kCellHeight,
               is_spare    ? "spare"
               : has_color ? "cell " + ColorOf(share)
@@ -183,9 +189,9 @@ class Painter {
   void ByteCell(const VectorImage& image, std::size_t byte, int x, int y, const Scale& scale,
                 std::uint8_t changed) {
     const std::size_t share =
-        image.shares.size() > 1 ? image.ShareAt(std::max(byte * 8, image.spare_bits())) : 0;
+        ShowsShares(image) ? image.ShareAt(std::max(byte * 8, image.spare_bits())) : 0;
     svg_.Rect(x, y, scale.byte_width - 2, kCellHeight,
-              image.shares.size() > 1 ? "cell " + ColorOf(share) : "cell",
+              ShowsShares(image) ? "cell " + ColorOf(share) : "cell",
               "byte " + std::to_string(byte));
     if (changed != 0) svg_.Rect(x, y, scale.byte_width - 2, kCellHeight, "changed");
     const int center = x + (scale.byte_width - 2) / 2;
@@ -244,6 +250,7 @@ class Painter {
   Svg svg_;
   int y_ = kMargin;
   int width_ = 0;
+  bool is_comparison_ = false;
 };
 
 constexpr Scale kBits = {8, 14, 8 * 14 + 8};

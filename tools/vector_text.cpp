@@ -59,6 +59,7 @@ class Writer {
   }
 
   void PairRow(const VectorComparison& comparison, const CellRow& row) {
+    is_comparison_ = true;
     std::string before = Margin("-", row.first), after = Margin("+", row.first);
     std::string marks(margin(), ' ');
     for (std::size_t i = 0; i < row.count; ++i) {
@@ -98,8 +99,8 @@ class Writer {
       Line(line);
     }
     Blank();
-    Words("a character for " + Counted(per_cell, "byte") + ": . no bit " + meaning + ", 1 to 9");
-    Words("tenths of them, # all");
+    Words("a character is " + Counted(per_cell, "byte") + ":");
+    Words(std::string(". no bit ") + meaning + ", 5 half of them, # all");
   }
 
   void Legend(const VectorImage& image, bool has_spare_marks) {
@@ -147,14 +148,18 @@ class Writer {
   }
   static const char* ColorOf(std::size_t share) { return kColors[share % kColors.size()]; }
 
-  // What is in front of a row's cells on its marks, or a byte's cell.
+  // Where two vectors are compared, colours tell what differs alone.
+  [[nodiscard]] bool ShowsShares(const VectorImage& image) const {
+    return !is_comparison_ && image.shares.size() > 1;
+  }
+
   std::string Cell(const VectorImage& image, std::size_t byte, std::uint8_t changed) {
     if (byte == VectorComparison::kNone) return std::string(cell_width_, '.');
     if (!shows_bits_) {
       const std::string digits = HexBytes(image, byte, 1).substr(2);
       const std::size_t bit = std::max(byte * 8, image.spare_bits());
       if (changed != 0) return Painted(digits, kChanged);
-      return image.shares.size() > 1 ? Painted(digits, ColorOf(image.ShareAt(bit))) : digits;
+      return ShowsShares(image) ? Painted(digits, ColorOf(image.ShareAt(bit))) : digits;
     }
     std::string cell;
     for (std::size_t bit = byte * 8; bit < byte * 8 + 8; ++bit) {
@@ -164,7 +169,7 @@ class Writer {
       } else if (((changed >> (7 - bit % 8)) & 1U) != 0) {
         cell += Painted(digit, kChanged);
       } else {
-        cell += image.shares.size() > 1 ? Painted(digit, ColorOf(image.ShareAt(bit))) : digit;
+        cell += ShowsShares(image) ? Painted(digit, ColorOf(image.ShareAt(bit))) : digit;
       }
     }
     return cell;
@@ -201,6 +206,7 @@ class Writer {
   bool shows_bits_ = true;
   std::size_t cell_width_ = 8;
   std::size_t per_row_ = 1;
+  bool is_comparison_ = false;
   std::string out_;
 };
 

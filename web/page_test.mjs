@@ -199,6 +199,8 @@ const timed = async (name, work) => {
 
 try {
   if (pictures) mkdirSync(pictures, {recursive: true});
+  await browser.show(1280, 900);
+  await browser.go(url);
   await isDone();
   const {scope, sections} = await browser.read('scopeBlock');
   writeFileSync(scopeFile, scope);

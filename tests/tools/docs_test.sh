@@ -90,6 +90,17 @@ for document in $(cd "$source_dir" && echo ./*.md docs/*.md); do
     done > missing
   [[ ! -s missing ]] || fail "$name tells what tests/consumer does not do: $(< missing)"
 done
+# Pictures are what the command in the comment above them draws.
+pictures=0
+while IFS= read -r command; do
+  file="$(grep -oE 'docs/pictures/[a-z]+\.svg' <<< "$command")"
+  bash -c "${command/"$file"/drawn.svg}" > actual 2>&1 < /dev/null
+  cmp "$source_dir/$file" drawn.svg || fail "$file is not what this draws: $command"
+  ((++pictures))
+done < <(cd "$source_dir" && sed -nE 's/^<!-- (zrteval .* --svg .*) -->$/\1/p' ./*.md docs/*.md | sort -u)
+for file in "$source_dir"/docs/pictures/*.svg; do
+  grep -qFe "--svg docs/pictures/$(basename "$file") " "$source_dir"/docs/*.md || fail "$file is not used"
+done
 # Source files and folders that are named are there.
 while IFS= read -r name; do
   [[ -n $(cd "$source_dir" && find include outside src tests benchmarks tools web data docs \
@@ -169,4 +180,4 @@ for block in *.zrt-*; do
   examples=$((examples + $(wc -l < texts)))
 done
 echo "$examples examples and $commands commands"
-[[ ! -s $work/failures ]] && ((examples > 100 && commands >= 7))
+[[ ! -s $work/failures ]] && ((examples > 100 && commands >= 7 && pictures >= 3))

@@ -94,7 +94,7 @@ done
 
 # ---- Usage, input and output ---------------------------------------------------------------------
 
-check 2 '' 'a command is missing (zrteval --help'
+check 2 '' 'a command is missing; on a terminal, none begins a session (zrteval --help'
 check 2 '' 'the command is empty' ''
 check 2 '' 'no such command: foo (' foo int 1
 check 2 '' 'no such command: decod, is decode meant? (' decod
