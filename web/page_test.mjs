@@ -49,9 +49,10 @@ function native(...args) {
   return {stdout, stderr};
 }
 
-// What the hints of zrteval say, in order.
-const saidBy = (output) => [...output.matchAll(/(?:^ {2}|: )hint: (.*)$/gm)]
-    .map(([, said]) => said.replace(/; write "[^]*"$/, ''));
+// The hints as zrteval prints them, in order, and those of the page in the same form.
+const saidBy = (output) => [...output.matchAll(/(?:^ {2}|: )hint: (.*)$/gm)].map(([, said]) => said);
+const quoted = (text) => `"${text.length > 60 ? `${text.slice(0, 60)}...` : text}"`;
+const saidIn = ({says, instead}) => instead === undefined ? says : `${says}; write ${quoted(instead)}`;
 
 async function compare(kind, text, steps) {
   const told = await put(kind, text);
@@ -64,7 +65,7 @@ async function compare(kind, text, steps) {
   check(`${name}: the steps`, told.step_count, nativeSteps.length);
   const shown = answer.hex ?? (answer.status === 0 ? String(told.value) : answer.name);
   check(`${name}: what is shown`, (await words('#value')).includes(shown), true);
-  const said = [...(told.reasons ?? []), ...told.hints].map(({says}) => says);
+  const said = [...(told.reasons ?? []), ...told.hints].map(saidIn);
   check(`${name}: the hints`, said, saidBy(native('check', kind, ...scope, '--', text).stdout));
   if (!steps) return;
   for (let i = nativeSteps.length; i > 0; --i) {

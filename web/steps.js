@@ -75,6 +75,7 @@ class Steps {
     this.fields = told.names?.fields ?? [];
     this.count = told.step_count ?? 0;
     byId('steps-card').hidden = this.count === 0;
+    delete byId('stands').dataset.step;
     if (this.count === 0) return;
     this.failure = answer.status === undefined || answer.status === 0 ? null : {
       step: 'failure', text: text.slice(answer.at, answer.at + answer.length), name: answer.name,
@@ -93,16 +94,17 @@ class Steps {
 
   go(number) {
     this.number = Math.min(Math.max(number, 1), this.count);
+    const asked = this.number;
     const first = Math.max(this.number - 1 - kListed / 2, 0);
     this.asker.stand({step: this.number - 1, first, count: kListed},
-                     (answer) => this.show(answer, first));
+                     (answer) => this.show(answer, first, asked));
   }
 
-  show({steps, standing}, first) {
+  // Shows a step that was asked for, though another one may be on its way.
+  show({steps, standing}, first, number) {
     if (steps === undefined) return;
     if (this.failure !== null && first + steps.length === this.count - 1) steps.push(this.failure);
-    const number = this.number;
-    this.slider.value = number;
+    this.slider.value = this.number;
     byId('step-number').textContent = `${number} of ${this.count}`;
     for (const [id, ends] of [['step-first', 1], ['step-back', 1], ['step-on', this.count],
                               ['step-last', this.count]]) {
@@ -113,15 +115,15 @@ class Steps {
     this.slider.setAttribute('aria-valuetext', `${number} of ${this.count}: ${does} ${remark}`);
     byId('step-says').replaceChildren(
         make('code', {}, does), ...(remark === '' ? [] : [make('span', {}, remark)]));
-    this.putStanding(standing);
+    this.putStanding(standing, number);
     this.putRows(standing, number - 1);
-    this.putList(steps, first);
+    this.putList(steps, first, number);
   }
 
   // The text around the step, and below it a bar for each piece that the step lies in.
-  putStanding({at, length, pieces}) {
+  putStanding({at, length, pieces}, number) {
     const box = byId('stands');
-    box.dataset.step = this.number;
+    box.dataset.step = number;
     const from = Math.max(at - kAround, 0);
     const to = Math.min(at + Math.min(length, kAround) + kAround, this.text.length);
     const line = make('pre', {});
@@ -164,7 +166,7 @@ class Steps {
     box.replaceChildren(...tables);
   }
 
-  putList(steps, first) {
+  putList(steps, first, number) {
     const list = byId('step-list');
     let depth = 0;
     const items = steps.map((step, index) => {
@@ -173,7 +175,7 @@ class Steps {
       const item = make('li', {
         value: first + index + 1, class: `is-${step.step.replace(' ', '-')}`,
         style: depth > 0 ? `--depth: ${depth}` : undefined,
-        'aria-current': first + index + 1 === this.number ? 'step' : undefined,
+        'aria-current': first + index + 1 === number ? 'step' : undefined,
         onclick: () => this.step(first + index + 1),
       }, make('code', {}, does), ...(remark === '' ? [] : [make('span', {}, remark)]));
       if (step.step === 'index') ++depth;
