@@ -112,7 +112,7 @@ async function longTexts() {
     digits: [`0x${'5A'.repeat(most / 2)}`, 'bits'], factors: [`1.5${repeated('*1.5')}`, 'int'],
     large: ['0xFF^200000000', 'bits'], larger: ['(0xFF^130000000)@(0xFF^130000000)', 'bits'],
     scarce: [`${'(0xFF^260000000)@'.repeat(8)}#1`, 'bits'],
-    wide: ['ß\u{1F600}+1', 'int'], acting: ['1+\u202E2\n', 'int'], none: ['1\0', 'int'],
+    slow: [`${'~('.repeat(2000)}0xFF^250000000${')'.repeat(2000)}`, 'bits'], wide: ['ß\u{1F600}+1', 'int'], acting: ['1+\u202E2\n', 'int'], none: ['1\0', 'int'],
   };
   for (const [name, [text, kind]] of Object.entries(texts)) {
     const since = Date.now();
@@ -122,6 +122,8 @@ async function longTexts() {
     check(`${name} is told`, told.answer.status !== undefined || told.answer.error !== undefined, true);
   }
   check('a text after all that', (await put('int', '2+3*4')).answer.value, 20);
+  await browser.read(`text.text = ${JSON.stringify(texts.slow[0])}; edited()`);
+  check('a text typed meanwhile', (await put('int', '2+3*4')).answer.value, 20);
 }
 
 async function wrongScope(scope) {

@@ -4,7 +4,7 @@ const kMostShown = 2000;   // characters of a value or a reading
 const kExcerpt = 60;       // characters around a place
 const kFewSteps = 60;      // that are drawn at once,
 const kFewBits = 512;
-const kManySteps = 2000;   // that are not drawn unless asked for
+const kManySteps = 1000;   // that are not drawn unless asked for
 const kDrawDelay = 250;    // milliseconds after which the others are drawn
 
 const byId = (id) => document.getElementById(id);
