@@ -27,7 +27,7 @@ class Source : public std::streambuf {
   }
 
   std::size_t offset() const { return static_cast<std::size_t>(gptr() - eback()); }
-  std::string_view text() const { return {eback(), egptr()}; }
+  std::string_view text() const { return {eback(), static_cast<std::size_t>(egptr() - eback())}; }
 };
 
 // The offset of the value behind a value, a key or a bracket that ends at `offset`.

@@ -14,6 +14,11 @@ class Scope {
   enum TokenSet : std::size_t { kLocalTokens, kGlobalTokens, kTokenSetCount };
   enum DataSet : std::size_t { kExternalData, kLocalData, kGlobalData, kDataSetCount };
 
+  struct NamedField {
+    DataSet set;
+    QLMDataField* field;
+  };
+
   /// Adds a token, or gives the one of that name another value.
   void Add(TokenSet set, ZRTTokens token);
 
@@ -32,6 +37,9 @@ class Scope {
 
   /// Whether reading can move a row pointer on: a field of one row stays where it is.
   [[nodiscard]] bool has_several_rows() const;
+
+  /// The fields of all sets, in the order in which they were added.
+  [[nodiscard]] const std::vector<NamedField>& fields() const { return fields_; }
 
   /// How far the rows of a field are used up.
   struct RowPosition {
@@ -54,11 +62,6 @@ class Scope {
   struct NamedToken {
     TokenSet set;
     ZRTTokens* token;
-  };
-
-  struct NamedField {
-    DataSet set;
-    QLMDataField* field;
   };
 
   std::array<ZRTTokenTree, kTokenSetCount> token_sets_;

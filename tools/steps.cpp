@@ -200,11 +200,15 @@ std::string StepLines(std::string_view text, const Reading& reading) {
   return lines;
 }
 
-std::string StepArray(std::string_view text, const Reading& reading) {
+std::string StepArray(std::string_view text, const Reading& reading, std::size_t first,
+                      std::size_t count) {
+  const std::vector<Reading::Step>& steps = reading.steps();
+  first = std::min(first, steps.size());
+  const std::size_t end = first + std::min(count, steps.size() - first);
   std::string array = "[";
-  for (const Reading::Step& step : reading.steps()) {
+  for (std::size_t i = first; i < end; ++i) {
     if (array.size() > 1) array += ',';
-    array += StepObject(text, reading, step);
+    array += StepObject(text, reading, steps[i]);
   }
   return array + "]";
 }

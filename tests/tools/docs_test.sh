@@ -45,6 +45,7 @@ is_exempt() {
     './run '[^a-z]*) ;;               # shows a choice of the language: nothing to compare with
     ./test* | ./check* | .ci/run*) ;; # would run this test
     ./bench* | ./fuzz* | ./matrix*) ;; # take minutes, and tell times
+    ./page*) ;;                       # needs another compiler and a browser
     'parallel '*) ;;                  # parallel_test.sh does it where there is one
     'cmake '* | 'g++ '*) ;;           # consumer_test.sh builds, installs and takes in
     ./release* | ./manual*) ;;        # ./check tries them, with packages that this needs not
@@ -106,7 +107,7 @@ for file in "$source_dir"/docs/pictures/*.svg; do
 done
 # Source files and folders that are named are there.
 while IFS= read -r name; do
-  [[ -n $(cd "$source_dir" && find include outside src tests benchmarks tools examples data docs \
+  [[ -n $(cd "$source_dir" && find include outside src tests benchmarks tools web examples data docs \
     -path "*/${name%/}" -o -path "${name%/}") ]] || fail "There is no $name"
 done < <(cd "$source_dir" && cat README.md CONTRIBUTING.md SECURITY.md docs/*.md |
   grep -oE '`([A-Za-z0-9_/]+\.(h|cpp|sh|py)|[a-z]+(/[a-z]+)*/)`' | tr -d '`' | sort -u)

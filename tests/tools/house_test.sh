@@ -21,6 +21,7 @@ src/runlength  src/bits
 src/object     src/bitstream src/runlength src/scalar src/solve src/names src/scan src/bits include outside
 tools          include outside
 examples       include outside
+web            tools include outside
 '
 
 # Words that were given up for those of the field, in lower case, as extended regular expressions.
@@ -32,7 +33,7 @@ look_?at
 
 readonly max_lines=399
 
-mapfile -t files < <(find benchmarks cmake data debian docs examples include outside src tests tools .ci -type f
+mapfile -t files < <(find benchmarks cmake data debian docs examples include outside src tests tools web .ci -type f
                      find . -maxdepth 1 -type f -printf '%f\n')
 chosen() { printf '%s\n' "${files[@]}" | grep -E "$1"; }
 mapfile -t code < <(chosen '\.(h|cpp)$')
