@@ -104,6 +104,8 @@ class Walk : private WalkSteps<Policy> {
     bool is_there = false;
   };
 
+  ZRTStatus GoDown(Piece piece, RuledOut ruled_out);
+  bool SolveAtOnce(const Piece& piece);
   ZRTStatus OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out);
   ZRTStatus NextSide(Task& task);
   ZRTStatus Combine();
@@ -169,32 +171,47 @@ typename Walk<Policy>::Cut Walk<Policy>::FindCut(const Piece& piece, RuledOut ru
   return {first_unary == kNoMark ? Shape::kChain : Shape::kUnary, first_unary};
 }
 
-// Goes down to the first chain of a piece, opening a frame for each level, and solves that chain;
-// then up, combining the levels that have all their sides, to the next side that is to be solved.
+// Goes down to the first piece that has a value; then up, combining the levels that have all their
+// sides, to the next side that is to be solved.
 template <class Policy>
 ZRTStatus Walk<Policy>::Solve() {
-  Piece piece = WholePiece(text_);
-  Cut cut = FindCut(piece, RuledOut::kNothing);
-  if (cut.shape == Shape::kChain) return DeliverChain(piece);
+  Task task;
+  task.piece = WholePiece(text_);
   for (;;) {
-    while (cut.shape != Shape::kChain) {
-      RuledOut ruled_out = RuledOut::kNothing;
-      const ZRTStatus status = OpenMiddle(piece, cut, ruled_out);
-      if (status != kOk) return status;
-      cut = FindCut(piece, ruled_out);
-    }
-    ZRTStatus status = Chain(piece, values_.Push());
-    Task task;
-    while (status == kOk) {
+    ZRTStatus status = GoDown(task.piece, task.ruled_out);
+    task.is_there = false;
+    while (status == kOk && !task.is_there) {
+      if (frames_.empty()) return kOk;
       status = NextSide(task);
-      if (status != kOk || task.is_there) break;
-      status = Combine();
-      if (frames_.empty()) return status;
+      if (status == kOk && !task.is_there) status = Combine();
     }
     if (status != kOk) return status;
-    piece = task.piece;
-    cut = FindCut(piece, task.ruled_out);
   }
+}
+
+// Opens a frame for each level of a piece, down to its first chain, and solves that chain.
+template <class Policy>
+ZRTStatus Walk<Policy>::GoDown(Piece piece, RuledOut ruled_out) {
+  while (!SolveAtOnce(piece)) {
+    const Cut cut = FindCut(piece, ruled_out);
+    if (cut.shape == Shape::kChain) {
+      return frames_.empty() ? DeliverChain(piece) : Chain(piece, values_.Push());
+    }
+    const ZRTStatus status = OpenMiddle(piece, cut, ruled_out);
+    if (status != kOk) return status;
+  }
+  return kOk;
+}
+
+// Solves a piece inside the text whose policy reads all of it at once.
+template <class Policy>
+bool Walk<Policy>::SolveAtOnce(const Piece& piece) {
+  if constexpr (Policy::kReadsAtOnce) {
+    if (frames_.empty() || !policy_.MayReadAtOnce(ViewOf(text_, piece))) return false;
+    if (policy_.ReadAtOnce(ViewOf(text_, piece), values_.Push().value)) return true;
+    values_.Drop();
+  }
+  return false;
 }
 
 template <class Policy>
@@ -209,6 +226,7 @@ ZRTStatus Walk<Policy>::DeliverChain(const Piece& piece) {
 // Opens a frame for a cut. `piece` becomes the text inside, with what is known of it.
 template <class Policy>
 ZRTStatus Walk<Policy>::OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out) {
+  ruled_out = RuledOut::kNothing;
   if (cut.shape == Shape::kGroup) return OpenGroup(piece, cut.mark);
   if (!Policy::kHasUnaryPath) {
     const std::uint32_t position = text_.PositionOf(cut.mark);
