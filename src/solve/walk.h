@@ -43,7 +43,7 @@ class Walk : private WalkSteps<Policy> {
   using typename Steps::Solved;
   using typename Steps::Watch;
 
-  enum class Shape : std::uint8_t { kChain, kUnary, kGroup };
+  enum class Shape : std::uint8_t { kSolved, kChain, kUnary, kGroup };
 
   // What a piece is known not to hold, so that nothing is searched for twice: once a text has shown
   // no group, its pieces are not looked through for one again.
@@ -66,7 +66,8 @@ class Walk : private WalkSteps<Policy> {
   };
   // clang-format on
 
-  // Where a piece is cut: at the mark of a "(" or of a unary operator; a chain is not cut.
+  // Where a piece is cut: at the mark of a "(" or of a unary operator. A chain is not cut, and one
+  // that its policy has read at once has its value on the stack.
   struct Cut {
     Shape shape;
     std::uint32_t mark;
@@ -96,6 +97,7 @@ class Walk : private WalkSteps<Policy> {
   static_assert(kIsWatched<Watch> || sizeof(Frame) == 32);
 
   Cut FindCut(const Piece& piece, RuledOut ruled_out) const;
+  Cut SolveOrFindCut(const Piece& piece, RuledOut ruled_out);
 
   // A piece that is to be solved next.
   struct Task {
@@ -104,8 +106,6 @@ class Walk : private WalkSteps<Policy> {
     bool is_there = false;
   };
 
-  ZRTStatus GoDown(Piece piece, RuledOut ruled_out);
-  bool SolveAtOnce(const Piece& piece);
   ZRTStatus OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out);
   ZRTStatus NextSide(Task& task);
   ZRTStatus Combine();
@@ -171,47 +171,45 @@ typename Walk<Policy>::Cut Walk<Policy>::FindCut(const Piece& piece, RuledOut ru
   return {first_unary == kNoMark ? Shape::kChain : Shape::kUnary, first_unary};
 }
 
-// Goes down to the first piece that has a value; then up, combining the levels that have all their
-// sides, to the next side that is to be solved.
+// The same for a piece inside the text, which its policy may read without cutting it.
+template <class Policy>
+typename Walk<Policy>::Cut Walk<Policy>::SolveOrFindCut(const Piece& piece, RuledOut ruled_out) {
+  if constexpr (Policy::kReadsAtOnce) {
+    const std::string_view text = ViewOf(text_, piece);
+    if (policy_.MayReadAtOnce(text)) {
+      if (policy_.ReadAtOnce(text, values_.Push().value)) return {Shape::kSolved, kNoMark};
+      values_.Drop();
+    }
+  }
+  return FindCut(piece, ruled_out);
+}
+
+// Goes down to the first chain of a piece, opening a frame for each level, and solves that chain;
+// then up, combining the levels that have all their sides, to the next side that is to be solved.
 template <class Policy>
 ZRTStatus Walk<Policy>::Solve() {
-  Task task;
-  task.piece = WholePiece(text_);
+  Piece piece = WholePiece(text_);
+  Cut cut = FindCut(piece, RuledOut::kNothing);
+  if (cut.shape == Shape::kChain) return DeliverChain(piece);
   for (;;) {
-    ZRTStatus status = GoDown(task.piece, task.ruled_out);
-    task.is_there = false;
-    while (status == kOk && !task.is_there) {
-      if (frames_.empty()) return kOk;
+    while (cut.shape > Shape::kChain) {
+      RuledOut ruled_out = RuledOut::kNothing;
+      const ZRTStatus status = OpenMiddle(piece, cut, ruled_out);
+      if (status != kOk) return status;
+      cut = SolveOrFindCut(piece, ruled_out);
+    }
+    ZRTStatus status = cut.shape == Shape::kSolved ? kOk : Chain(piece, values_.Push());
+    Task task;
+    while (status == kOk) {
       status = NextSide(task);
-      if (status == kOk && !task.is_there) status = Combine();
+      if (status != kOk || task.is_there) break;
+      status = Combine();
+      if (frames_.empty()) return status;
     }
     if (status != kOk) return status;
+    piece = task.piece;
+    cut = SolveOrFindCut(piece, task.ruled_out);
   }
-}
-
-// Opens a frame for each level of a piece, down to its first chain, and solves that chain.
-template <class Policy>
-ZRTStatus Walk<Policy>::GoDown(Piece piece, RuledOut ruled_out) {
-  while (!SolveAtOnce(piece)) {
-    const Cut cut = FindCut(piece, ruled_out);
-    if (cut.shape == Shape::kChain) {
-      return frames_.empty() ? DeliverChain(piece) : Chain(piece, values_.Push());
-    }
-    const ZRTStatus status = OpenMiddle(piece, cut, ruled_out);
-    if (status != kOk) return status;
-  }
-  return kOk;
-}
-
-// Solves a piece inside the text whose policy reads all of it at once.
-template <class Policy>
-bool Walk<Policy>::SolveAtOnce(const Piece& piece) {
-  if constexpr (Policy::kReadsAtOnce) {
-    if (frames_.empty() || !policy_.MayReadAtOnce(ViewOf(text_, piece))) return false;
-    if (policy_.ReadAtOnce(ViewOf(text_, piece), values_.Push().value)) return true;
-    values_.Drop();
-  }
-  return false;
 }
 
 template <class Policy>
@@ -226,7 +224,6 @@ ZRTStatus Walk<Policy>::DeliverChain(const Piece& piece) {
 // Opens a frame for a cut. `piece` becomes the text inside, with what is known of it.
 template <class Policy>
 ZRTStatus Walk<Policy>::OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out) {
-  ruled_out = RuledOut::kNothing;
   if (cut.shape == Shape::kGroup) return OpenGroup(piece, cut.mark);
   if (!Policy::kHasUnaryPath) {
     const std::uint32_t position = text_.PositionOf(cut.mark);
