@@ -52,8 +52,14 @@ class Reader {
     return true;
   }
 
-  // For as many bytes as literals can have; replications may add to them.
+  // For as many bytes as literals can have; replications may add to them. For the name of a long
+  // literal at once, if the text begins with one.
   void FindRoom() {
+    const std::string_view begin = rest_.substr(0, kShortName);
+    if (begin.size() == kShortName && begin.find('@') == std::string_view::npos &&
+        begin.find(')') == std::string_view::npos) {
+      UseLongName();
+    }
     place_.OfferTo(value_, rest_.size() / 2);
     room_ = value_.Rebuild(std::max(rest_.size() / 2, value_.capacity()));
   }
