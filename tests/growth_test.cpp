@@ -44,7 +44,8 @@ std::array<int, 3> StatusesOf(ZRTExpression& expression, const std::string& text
 constexpr const char* kShapes = R"(
   ~a[ 1 ]   ~1+ 1 .     (1)+ 1 .    1+( 1 )     ( 1 )+1     ( 1 )      1+ 1 .    ( 1 .   ~ 1 ]
   a[ 1 ]    ~b[+]c[ 1 ]e-           #101@ #101 .          (#101)@ #101 .        ~#101@ #101 .
-  #101@( #101 )         ( #101 )@#101         #101@#11&0x1F@ #101 .             #101@#1<<0@ #101 .)";
+  #101@( #101 )         ( #101 )@#101         #101@#11&0x1F@ #101 .             #101@#1<<0@ #101 .
+  (0x5A^2)@0x1@ 0x5A .  0x5A@( 0x5A )         (0x5A)@(0x5A&0x5A)@ 0x5A .        0x5A@(0x5A )@ 0x5A .)";
 
 // Memory stands for work here: it counts exactly. Each piece kept again at every level would show,
 // and the stack would overflow if a level took but a byte of it.

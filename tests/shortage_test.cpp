@@ -51,6 +51,8 @@ TEST(Shortage, InEvaluations) {
            Repeated("(Long)@", 60) + "#1" + Repeated("@Long", 30),
            "0x" + Repeated("12", 300) + "&(ID_MASK[1]@Long)",
            "t[" + Repeated("(1+", 100) + name + Repeated(")", 100) + "-101]",
+           Repeated("(0x12^90)@", 8) + "0x" + Repeated("12", 300) + "@0x8c",
+           "(Long)@(" + Repeated("0x12@", 20) + "0x34^2)",
            name + "x",
        }) {
     RunOutInEvaluations(evaluator, text, {});

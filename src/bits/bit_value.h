@@ -64,6 +64,12 @@ class BitValue {
   /// bit length stays. Throws std::bad_alloc, leaving the value as it was.
   std::span<std::uint8_t> Rebuild(std::size_t byte_count);
 
+  /// As many bytes as Rebuild() gives without new memory.
+  [[nodiscard]] std::size_t capacity() const { return capacity_; }
+
+  /// Leaves the first `byte_count` of own bytes that stand unshifted.
+  void Shorten(std::size_t byte_count) { byte_count_ = byte_count; }
+
   /// The value becomes `bytes`, which stay the lender's; the bit length stays. Few bytes are
   /// copied.
   void Borrow(std::span<const std::uint8_t> bytes);

@@ -8,6 +8,7 @@
 
 #include "bits/bit_value.h"
 #include "bits/wide.h"
+#include "bits/word.h"
 
 namespace zrt {
 namespace {
@@ -19,9 +20,7 @@ constexpr std::size_t kStep = sizeof(Chars);
 constexpr Chars kZeros{};
 
 // Two digits of either case make a byte. What is no digit leaves bits in `others`.
-ZRT_INLINE void ReadStep(const char* digits, std::uint8_t* bytes, Chars& others) {
-  Chars chars;
-  std::memcpy(&chars, digits, kStep);
+ZRT_INLINE void ToBytes(const Chars& chars, std::uint8_t* bytes, Chars& others) {
   const Chars decimal = chars - '0';
   const Chars letter = (chars | ' ') - 'a';
   others |= (decimal > 9) & (letter > 5);
@@ -32,6 +31,28 @@ ZRT_INLINE void ReadStep(const char* digits, std::uint8_t* bytes, Chars& others)
                                            25, 27, 29, 31);
   const auto both = (high << 4) | low;
   std::memcpy(bytes, &both, sizeof(both));
+}
+
+ZRT_INLINE void ReadStep(const char* digits, std::uint8_t* bytes, Chars& others) {
+  Chars chars;
+  std::memcpy(&chars, digits, kStep);
+  ToBytes(chars, bytes, others);
+}
+
+// The first place that has bits in `others`; kStep if there is none.
+ZRT_INLINE std::size_t FirstOf(const Chars& others) {
+  std::array<std::uint64_t, kStep / kWordSize> words{};
+  std::memcpy(words.data(), &others, kStep);
+  if ((words[0] | words[1] | words[2] | words[3]) == 0) return kStep;
+  std::size_t word = 0;
+  while (words[word] == 0) ++word;
+  return word * kWordSize + FirstByte(words[word]);
+}
+
+// A digit without a second one.
+std::uint8_t HighNibble(char digit) {
+  const int value = digit <= '9' ? digit - '0' : (digit | ' ') - 'a' + 10;
+  return static_cast<std::uint8_t>(value << 4);
 }
 
 // The other way round: bytes to digits. `gap` lies between "9" and the digit for ten.
@@ -68,9 +89,35 @@ ZRT_WIDE bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> byt
     const auto rest = bytes.subspan(in_steps / 2);
     std::copy_n(last_bytes.data(), rest.size(), rest.data());
   }
-  std::array<std::uint64_t, kStep / sizeof(std::uint64_t)> bits{};
-  std::memcpy(bits.data(), &others, kStep);
-  return (bits[0] | bits[1] | bits[2] | bits[3]) == 0;
+  return FirstOf(others) == kStep;
+}
+
+// A step at once; the rest in a place of its own with what is no digit behind it.
+ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8_t* bytes) {
+  const std::size_t in_steps = text.size() / kStep * kStep;
+  std::size_t count = 0;
+  std::size_t in_step = kStep;
+  for (; count < in_steps && in_step == kStep; count += in_step) {
+    Chars chars;
+    Chars others{};
+    std::memcpy(&chars, &text[count], kStep);
+    std::memcpy(copy + count, &chars, kStep);
+    ToBytes(chars, bytes + count / 2, others);
+    in_step = FirstOf(others);
+  }
+  if (in_step == kStep && count < text.size()) {
+    std::array<char, kStep> last{};
+    std::array<std::uint8_t, kStep / 2> last_bytes{};
+    Chars others{};
+    const std::size_t length = text.substr(count).copy(last.data(), kStep);
+    std::copy_n(last.data(), length, copy + count);
+    ReadStep(last.data(), last_bytes.data(), others);
+    in_step = FirstOf(others);
+    std::copy_n(last_bytes.data(), (in_step + 1) / 2, bytes + count / 2);
+    count += in_step;
+  }
+  if (count % 2 != 0) bytes[count / 2] = HighNibble(copy[count - 1]);
+  return count;
 }
 
 ZRT_WIDE char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {

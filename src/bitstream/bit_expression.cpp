@@ -4,8 +4,10 @@
 
 #include <utility>
 
+#include "bits/exhausted_memory.h"
 #include "bitstream/bit_operand.h"
 #include "bitstream/bit_operators.h"
+#include "bitstream/joined_literals.h"
 #include "bitstream/stream_bytes.h"
 #include "solve/walk.h"
 
@@ -23,6 +25,7 @@ class BitsPolicy : public BitsKind {
       : scopes_(scopes),
         older_(older),
         place_(older, text_length),
+        effort_left_(4 * text_length),
         outcome_(outcome),
         watch_(watch) {}
 
@@ -31,6 +34,31 @@ class BitsPolicy : public BitsKind {
   ZRTStatus Read(std::string_view text, BitValue& value) {
     return ReadBits(text, scopes_, place_, value, watch_);
   }
+  // Joined literals. They are not worth a try in short texts, nor again where one has failed.
+  static constexpr bool kReadsAtOnce = !kIsWatched<Watch>;
+  [[nodiscard]] bool MayReadAtOnce(std::string_view text) const {
+    constexpr std::size_t kShortest = 64;  // characters
+    return text.size() >= kShortest && MayBeJoinedLiterals(text) && text.size() <= effort_left_ &&
+           (text.data() > failed_at_ || text.data() + text.size() <= failed_at_);
+  }
+  bool ReadAtOnce(std::string_view text, BitValue& value) {
+    effort_left_ -= text.size();
+    const JoinedLiterals joined = OnExhaustedMemory(
+        JoinedLiterals{}, [&] { return ReadJoinedLiterals(text, scopes_, place_, value); });
+    if (!joined.are_read) failed_at_ = text.data() + joined.read_count;
+    is_group_ = joined.are_a_group;
+    return joined.are_read;
+  }
+
+  // The same for the whole text, if no operator is to work on older bytes.
+  bool SolveAtOnce(std::string_view text) {
+    if (!MayReadAtOnce(text) || (older_ && older_->GetTotalSize() > 0)) return false;
+    BitValue value;
+    const bool is_read = ReadAtOnce(text, value);
+    if (is_read) Deliver(value, is_group_);
+    return is_read;
+  }
+
   ZRTStatus Apply(BitValue& value, OperatorCode code, BitValue& operand) {
     return ApplyToBits(value, code, operand, place_);
   }
@@ -58,6 +86,9 @@ class BitsPolicy : public BitsKind {
   const Scopes& scopes_;
   LByteBuffer* older_;
   OutcomePlace place_;
+  std::size_t effort_left_;          // characters: all tries together stay linear
+  const char* failed_at_ = nullptr;  // by the last one
+  bool is_group_ = false;
   BitsOutcome& outcome_;
   [[no_unique_address]] Watch watch_;
 };
@@ -67,7 +98,11 @@ class BitsPolicy : public BitsKind {
 template <class Watch>
 ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
                     BitsOutcome& outcome, Watch watch) {
-  return SolveText(text, BitsPolicy<Watch>(scopes, older, text.size(), outcome, watch));
+  BitsPolicy<Watch> policy(scopes, older, text.size(), outcome, watch);
+  if constexpr (BitsPolicy<Watch>::kReadsAtOnce) {
+    if (text.size() <= kMaxTextLength && policy.SolveAtOnce(text)) return kOk;
+  }
+  return SolveText(text, std::move(policy));
 }
 
 template ZRTStatus SolveBits(std::string_view, const Scopes&, LByteBuffer*, BitsOutcome&,

@@ -27,14 +27,6 @@ NameBuffer::NameBuffer(std::string_view name) : NameBuffer(name.size()) {
   text()[name.copy(text(), name.size())] = '\0';
 }
 
-QLMDataField* Scopes::FindField(char* name) const {
-  for (const QLMPlusData* data : {external_data, local_data, global_data}) {
-    if (!data) continue;
-    if (QLMDataField* field = data->GetDataField(name)) return field;
-  }
-  return nullptr;
-}
-
 OperandEvent::Scope Scopes::ScopeOf(const ZRTTokens& token, char* name) const {
   const bool is_local = local_tokens && local_tokens->GetToken(name) == &token;
   return is_local ? OperandEvent::Scope::kLocal : OperandEvent::Scope::kGlobal;

@@ -48,7 +48,11 @@ struct Scopes {
   }
 
   /// The field of that name, external before local before global; null if there is none.
-  [[nodiscard]] QLMDataField* FindField(char* name) const;
+  [[nodiscard]] QLMDataField* FindField(char* name) const {
+    QLMDataField* field = external_data ? external_data->GetDataField(name) : nullptr;
+    if (!field && local_data) field = local_data->GetDataField(name);
+    return field || !global_data ? field : global_data->GetDataField(name);
+  }
 
   /// The scope in which `name` has led to the token or the field.
   [[nodiscard]] OperandEvent::Scope ScopeOf(const ZRTTokens& token, char* name) const;

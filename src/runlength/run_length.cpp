@@ -5,12 +5,12 @@
 // time.
 #include "runlength/run_length.h"
 
-#include <bit>
 #include <charconv>
 #include <cstring>
 #include <string_view>
 
 #include "bits/digits.h"
+#include "bits/word.h"
 
 namespace zrt {
 namespace {
@@ -19,25 +19,12 @@ constexpr std::size_t kLongRun = 7;
 
 using Bytes = std::span<const std::uint8_t>;
 
-constexpr std::size_t kWordSize = sizeof(std::uint64_t);
 constexpr std::uint64_t kLowBits = 0x0101010101010101U;  // of each byte
-
-std::uint64_t LoadWord(const std::uint8_t* from) {
-  std::uint64_t word = 0;
-  std::memcpy(&word, from, kWordSize);
-  return word;
-}
 
 // The top bit of each byte that is 0 (H. S. Warren, Hacker's Delight, 6-1).
 std::uint64_t ZeroBytes(std::uint64_t word) {
   constexpr std::uint64_t kLow7 = kLowBits * 0x7F;
   return ~(((word & kLow7) + kLow7) | word | kLow7);
-}
-
-// The place in memory of the first byte that is not 0, in a word that has one.
-std::size_t FirstByte(std::uint64_t word) {
-  const bool is_little = std::endian::native == std::endian::little;
-  return static_cast<std::size_t>(is_little ? std::countr_zero(word) : std::countl_zero(word)) / 8;
 }
 
 // The first place from `begin` on whose byte the next one equals; the end if there is none.

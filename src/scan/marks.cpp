@@ -5,6 +5,7 @@
 #include "scan/marks.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <utility>
 
@@ -33,29 +34,40 @@ ZRT_WIDE unsigned FindOthers(const char* block, Others& others) {
   return count;
 }
 
-bool HasOthers(const Others& others, std::uint32_t word) {
+// A word of them, a byte for each character.
+std::uint64_t OthersIn(const Others& others, std::uint32_t word) {
   std::uint64_t ones = 0;
   static_assert(sizeof(ones) == kWord);
   std::memcpy(&ones, &others[word], kWord);
-  return ones != 0;
+  return ones;
 }
 
-// Moves `begin` on to the next characters among which one may carry a mark and gives their end: a
-// word in a block, or the rest behind the last block. `others` are those of the block in
-// which `begin` stands, unless it stands at its start.
-std::uint32_t NextPart(std::string_view text, std::uint32_t& begin, Others& others) {
-  const auto length = static_cast<std::uint32_t>(text.size());
-  const std::uint32_t in_blocks = length / kBlock * kBlock;
-  while (begin < in_blocks) {
-    if (begin % kBlock == 0 && FindOthers(&text[begin], others) == 0) {
-      begin += kBlock;
-    } else if (HasOthers(others, begin % kBlock)) {
-      return begin + kWord;
-    } else {
-      begin += kWord;
+// Takes the first character that is left out of a word of them and gives its place.
+std::uint32_t TakeFirst(std::uint64_t& ones) {
+  if constexpr (std::endian::native == std::endian::little) {
+    const auto place = static_cast<std::uint32_t>(std::countr_zero(ones)) / 8;
+    ones &= ones - 1;
+    return place;
+  } else {
+    const auto bit = static_cast<std::uint32_t>(std::countl_zero(ones));
+    ones ^= std::uint64_t{1} << (63 - bit);
+    return bit / 8;
+  }
+}
+
+// Hands on the characters of the whole blocks of `text` that may carry a mark.
+template <class Take>
+void ForEachOther(std::string_view text, const Take& take) {
+  const auto in_blocks = static_cast<std::uint32_t>(text.size() / kBlock * kBlock);
+  Others others;
+  for (std::uint32_t block = 0; block < in_blocks; block += kBlock) {
+    if (FindOthers(&text[block], others) == 0) continue;
+    for (std::uint32_t word = 0; word < kBlock; word += kWord) {
+      for (std::uint64_t ones = OthersIn(others, word); ones != 0;) {
+        take(block + word + TakeFirst(ones));
+      }
     }
   }
-  return length;
 }
 
 // As many marks as a text has, or more.
@@ -92,15 +104,13 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
     if (mark == kInlineMarks) marks = MoveToHeap(position);
     marks[mark++] = {position, link};
   };
-  const auto length = static_cast<std::uint32_t>(text.size());
-  Others others;
-  for (std::uint32_t begin = 0; begin < length;) {
-    const std::uint32_t end = length < kBlock ? length : NextPart(text, begin, others);
-    for (; begin < end; ++begin) {
-      const CharClass char_class = ClassOf(text[begin]);
-      if (char_class != CharClass::kPlain) note(begin, char_class);
-    }
-  }
+  const auto look_at = [&](std::uint32_t position) {
+    const CharClass char_class = ClassOf(text[position]);
+    if (char_class != CharClass::kPlain) note(position, char_class);
+  };
+  ForEachOther(text, look_at);
+  const std::size_t rest = text.size() / kBlock * kBlock;
+  for (std::size_t i = rest; i < text.size(); ++i) look_at(static_cast<std::uint32_t>(i));
   mark_count_ = mark;
   while (innermost_open != kNoMark) {
     innermost_open = std::exchange(marks[innermost_open].link, kNoMark);

@@ -43,7 +43,7 @@ class Walk : private WalkSteps<Policy> {
   using typename Steps::Solved;
   using typename Steps::Watch;
 
-  enum class Shape : std::uint8_t { kChain, kUnary, kGroup };
+  enum class Shape : std::uint8_t { kSolved, kChain, kUnary, kGroup };
 
   // What a piece is known not to hold, so that nothing is searched for twice: once a text has shown
   // no group, its pieces are not looked through for one again.
@@ -66,7 +66,8 @@ class Walk : private WalkSteps<Policy> {
   };
   // clang-format on
 
-  // Where a piece is cut: at the mark of a "(" or of a unary operator; a chain is not cut.
+  // Where a piece is cut: at the mark of a "(" or of a unary operator. A chain is not cut, and one
+  // that its policy has read at once has its value on the stack.
   struct Cut {
     Shape shape;
     std::uint32_t mark;
@@ -96,6 +97,7 @@ class Walk : private WalkSteps<Policy> {
   static_assert(kIsWatched<Watch> || sizeof(Frame) == 32);
 
   Cut FindCut(const Piece& piece, RuledOut ruled_out) const;
+  Cut SolveOrFindCut(const Piece& piece, RuledOut ruled_out);
 
   // A piece that is to be solved next.
   struct Task {
@@ -169,6 +171,19 @@ typename Walk<Policy>::Cut Walk<Policy>::FindCut(const Piece& piece, RuledOut ru
   return {first_unary == kNoMark ? Shape::kChain : Shape::kUnary, first_unary};
 }
 
+// The same for a piece inside the text, which its policy may read without cutting it.
+template <class Policy>
+typename Walk<Policy>::Cut Walk<Policy>::SolveOrFindCut(const Piece& piece, RuledOut ruled_out) {
+  if constexpr (Policy::kReadsAtOnce) {
+    const std::string_view text = ViewOf(text_, piece);
+    if (policy_.MayReadAtOnce(text)) {
+      if (policy_.ReadAtOnce(text, values_.Push().value)) return {Shape::kSolved, kNoMark};
+      values_.Drop();
+    }
+  }
+  return FindCut(piece, ruled_out);
+}
+
 // Goes down to the first chain of a piece, opening a frame for each level, and solves that chain;
 // then up, combining the levels that have all their sides, to the next side that is to be solved.
 template <class Policy>
@@ -177,13 +192,13 @@ ZRTStatus Walk<Policy>::Solve() {
   Cut cut = FindCut(piece, RuledOut::kNothing);
   if (cut.shape == Shape::kChain) return DeliverChain(piece);
   for (;;) {
-    while (cut.shape != Shape::kChain) {
+    while (cut.shape > Shape::kChain) {
       RuledOut ruled_out = RuledOut::kNothing;
       const ZRTStatus status = OpenMiddle(piece, cut, ruled_out);
       if (status != kOk) return status;
-      cut = FindCut(piece, ruled_out);
+      cut = SolveOrFindCut(piece, ruled_out);
     }
-    ZRTStatus status = Chain(piece, values_.Push());
+    ZRTStatus status = cut.shape == Shape::kSolved ? kOk : Chain(piece, values_.Push());
     Task task;
     while (status == kOk) {
       status = NextSide(task);
@@ -193,7 +208,7 @@ ZRTStatus Walk<Policy>::Solve() {
     }
     if (status != kOk) return status;
     piece = task.piece;
-    cut = FindCut(piece, task.ruled_out);
+    cut = SolveOrFindCut(piece, task.ruled_out);
   }
 }
 

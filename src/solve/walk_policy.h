@@ -60,6 +60,14 @@ struct WalkDefaults {
   using Watch = Unwatched;
   static Unwatched watch() { return {}; }
 
+  /// Some pieces inside a text are read without being taken apart, since that gives the same (bit
+  /// vectors). Such a policy tells by a quick look whether that may be, and leaves the value empty
+  /// if it turns out that it is not:
+  ///
+  ///   MayReadAtOnce(text)
+  ///   ReadAtOnce(text, value)
+  static constexpr bool kReadsAtOnce = false;
+
   /// Operators are about to make `value` the outcome in place: 1+(2). Bit vectors let them work on
   /// what the caller's result holds, too. May throw std::bad_alloc.
   template <class Value>
