@@ -10,7 +10,8 @@ zrt_root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 
 readonly ZRT_PACKAGES=(
   cmake=cmake ninja-build=ninja g++=g++ libcli11-dev=/usr/include/CLI/CLI.hpp
-  nlohmann-json3-dev=/usr/include/nlohmann/json.hpp libgtest-dev=/usr/include/gtest/gtest.h)
+  nlohmann-json3-dev=/usr/include/nlohmann/json.hpp libgtest-dev=/usr/include/gtest/gtest.h
+  libedit-dev=/usr/include/histedit.h)
 readonly ZRT_CLANG=(clang=clang++ libclang-rt-14-dev=/usr/lib/llvm-14/lib/clang/14.0.6/lib/linux)
 
 # What the benchmarks stand beside, and nothing else of this project needs.

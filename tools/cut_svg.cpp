@@ -182,6 +182,7 @@ std::string Description(std::string_view text, const ReadingTree& tree, std::str
   }
   if (!steps.empty()) description += "Steps:" + steps + ' ';
   if (reading.has_outcome()) description += "Gives " + ValueText(reading.outcome_value()) + ". ";
+  if (!reading.has_outcome()) description += "It fails. ";
   return description + std::string(failure);
 }
 

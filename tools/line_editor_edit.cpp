@@ -64,15 +64,18 @@ struct State {
     std::mbstate_t shift{};
     while (true) {
       char byte = '\0';
-      const ssize_t count = read(STDIN_FILENO, &byte, 1);
-      if (TakeInterrupt()) {
+      const bool is_interrupted = TakeInterrupt();
+      const ssize_t count = is_interrupted ? 0 : read(STDIN_FILENO, &byte, 1);
+      if (is_interrupted || TakeInterrupt()) {
         state->is_interrupted = true;
-        byte = '\n';
-      } else if (count == 0 || (count < 0 && errno != EINTR)) {
-        return 0;
-      } else if (count < 0) {
-        continue;
+        state->HideRemark();
+        *character = L'\n';
+        return 1;
       }
+      if (count == 0 || (count < 0 && errno != EINTR)) {
+        return 0;
+      }
+      if (count < 0) continue;
       const std::size_t size = std::mbrtowc(character, &byte, 1, &shift);
       if (size == static_cast<std::size_t>(-2)) continue;
       if (size == static_cast<std::size_t>(-1)) *character = L'\uFFFD';

@@ -53,15 +53,35 @@ std::string Trimmed(std::string_view text) {
   return std::string(text.substr(first, text.find_last_not_of(kBlanks) + 1 - first));
 }
 
-void TellHelp() {
-  constexpr std::size_t kWidth = 18;
-  std::cout << "A line is a text, whose value is printed and has the name last; or a command:\n";
-  for (const Command& command : kCommands) {
-    std::string form(command.form);
-    form.resize(kWidth, ' ');
-    std::cout << "  " << form << command.meaning << '\n';
+// Prints words behind `head`, further lines indented, none wider than the terminal.
+void TellWrapped(const std::string& head, std::string_view words, std::size_t indent) {
+  const std::size_t columns = OutputStyle().columns;
+  std::string line = head;
+  while (!words.empty()) {
+    const std::size_t end = std::min(words.find(' '), words.size());
+    if (line.size() + 1 + end > columns && line.size() > indent) {
+      std::cout << line << '\n';
+      line.assign(indent, ' ');
+    }
+    if (!line.empty() && line.back() != ' ') line += ' ';
+    line += words.substr(0, end);
+    words.remove_prefix(std::min(end + 1, words.size()));
   }
-  std::cout << "Ctrl-C ends a line or an evaluation, Ctrl-D the session.\n";
+  std::cout << line << '\n';
+}
+
+void TellHelp() {
+  constexpr std::size_t kWidth = 19, kNarrow = 60;
+  const bool is_narrow = OutputStyle().columns < kNarrow;
+  TellWrapped("",
+              "A line is a text, whose value is printed and has the name last; or a command:", 0);
+  for (const Command& command : kCommands) {
+    std::string form = "  " + std::string(command.form);
+    if (is_narrow) std::cout << form << '\n';
+    form.resize(is_narrow ? 0 : kWidth, ' ');
+    TellWrapped(is_narrow ? "      " : form, command.meaning, is_narrow ? 6 : kWidth);
+  }
+  TellWrapped("", "Ctrl-C ends a line or an evaluation, Ctrl-D the session.", 0);
 }
 
 // The value of the last text as a name can have it; none if it is too long for that.
@@ -311,6 +331,8 @@ std::string Session::RemarkOn(const std::string& line) {
     return hints.empty() ? "" : HintMessage(hints.front());
   };
   std::string remark;
-  if (RunApart(work, kMostMilliseconds, &remark) != ApartEnd::kDone) return "";
+  const ApartEnd end = RunApart(work, kMostMilliseconds, &remark);
+  if (end == ApartEnd::kInterrupted) ReturnInterrupt();  // it is meant for the line
+  if (end != ApartEnd::kDone) return "";
   return Shown(remark, std::max<std::size_t>(OutputStyle().columns, 10) - 5);
 }

@@ -80,8 +80,9 @@ class Shower {
 
   [[nodiscard]] std::optional<ByteRange> WindowIn(std::size_t byte_count) const {
     if (!request_.window) return std::nullopt;
-    const std::size_t first = std::min(request_.window->first, byte_count);
-    return ByteRange{first, std::min(request_.window->count, byte_count - first)};
+    const std::size_t first = request_.window->first;
+    const std::size_t behind = byte_count - std::min(first, byte_count);
+    return ByteRange{first, std::min(request_.window->count, behind)};
   }
 
   void Print(const std::string& picture) { std::cout << (count_ > 1 ? "\n" : "") << picture; }

@@ -73,3 +73,5 @@ bool TakeInterrupt() {
   interrupted = 0;
   return was_interrupted;
 }
+
+void ReturnInterrupt() { interrupted = 1; }

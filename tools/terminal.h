@@ -28,3 +28,6 @@ void SurviveClosedPipes();
 /// was one since it was asked last.
 void CatchInterrupts();
 bool TakeInterrupt();
+
+/// Gives one back that was taken by mistake.
+void ReturnInterrupt();

@@ -25,8 +25,10 @@ constexpr std::array<const char*, 6> kColors = {"\033[36m", "\033[33m", "\033[32
 
 class Writer {
  public:
-  Writer(std::size_t byte_count, const Style& style)
-      : style_(style), number_width_(std::to_string(byte_count).size()) {}
+  Writer(std::size_t byte_count, bool is_comparison, const Style& style)
+      : style_(style),
+        is_comparison_(is_comparison),
+        number_width_(std::to_string(byte_count).size() + (is_comparison ? 1 : 0)) {}
 
   void ChooseScale(bool shows_bits) {
     shows_bits_ = shows_bits;
@@ -59,7 +61,6 @@ class Writer {
   }
 
   void PairRow(const VectorComparison& comparison, const CellRow& row) {
-    is_comparison_ = true;
     std::string before = Margin("-", row.first), after = Margin("+", row.first);
     std::string marks(margin(), ' ');
     for (std::size_t i = 0; i < row.count; ++i) {
@@ -202,11 +203,11 @@ class Writer {
   }
 
   Style style_;
+  bool is_comparison_;
   std::size_t number_width_;
   bool shows_bits_ = true;
   std::size_t cell_width_ = 8;
   std::size_t per_row_ = 1;
-  bool is_comparison_ = false;
   std::string out_;
 };
 
@@ -225,8 +226,9 @@ std::vector<CellRow> RowsOfWindow(const ByteRange& window, std::size_t per_row) 
 std::string VectorText(const VectorImage& image, const std::optional<ByteRange>& window,
                        const Style& style) {
   const std::size_t count = window ? window->count : image.bytes.size();
-  Writer writer(image.bytes.size(), style);
+  Writer writer(image.bytes.size(), false, style);
   writer.Words(SizeWords(image));
+  if (window && count == 0) writer.Words("there is no byte " + std::to_string(window->first));
   if (count == 0) return writer.Take();
   writer.Blank();
   const bool shows_bits = count <= kMostBitBytes;
@@ -258,10 +260,14 @@ std::string VectorText(const VectorImage& image, const std::optional<ByteRange>&
 
 std::string ComparisonText(const VectorComparison& comparison,
                            const std::optional<ByteRange>& window, const Style& style) {
-  Writer writer(comparison.pair_count(), style);
+  Writer writer(comparison.pair_count(), true, style);
   writer.Words("- " + SizeWords(comparison.before()));
   writer.Words("+ " + SizeWords(comparison.after()));
   writer.Words(DifferenceWords(comparison));
+  if (window && window->count == 0) {
+    writer.Words("there is no byte " + std::to_string(window->first));
+    return writer.Take();
+  }
   if (comparison.changed_bits() == 0 && !window) return writer.Take();
   writer.Blank();
   std::vector<CellRow> rows;

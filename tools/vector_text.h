@@ -10,7 +10,8 @@
 
 /// Lines within `style.columns`: bits in short vectors, bytes in longer ones, else a map of how
 /// many bits are 1, with the longest runs. What each share has given is marked by letters. With a
-/// window the bytes of that alone, bit by bit or byte by byte; it must lie within the vector.
+/// window the bytes of that alone, bit by bit or byte by byte; it must not go beyond the vector,
+/// but may be empty.
 std::string VectorText(const VectorImage& image, const std::optional<ByteRange>& window,
                        const Style& style);
 

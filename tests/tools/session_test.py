@@ -155,8 +155,9 @@ def run_interrupts(**environment):
     terminal.wait_for("int> $")
     terminal.enter("size", r"(^|\n)8\n")
     terminal.enter(":bits", "")
-    # Minutes of work in few characters.
-    terminal.type("(0xFF^200000000)" + "&((0xFF^200000000)" * 60 + ")" * 60 + "\n")
+    # Much work in few characters.
+    terminal.type("(0xFF^100000000)" + "&((0xFF^100000000)" * 180 + ")" * 180 + "\n")
+    terminal.wait_for(r"\)\n$")
     time.sleep(1)
     terminal.type("\x03")
     terminal.wait_for(r"stopped; names and rows are as they were\nbits> $")
