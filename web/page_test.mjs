@@ -1,7 +1,7 @@
 // Tries the page in a browser: what it tells beside what zrteval tells, typing, long and wrong
 // texts, the link, the keyboard, and how it fits wide and narrow screens.
 //
-//   node page_test.mjs PAGE ZRTEVAL SOURCE_DIR [PICTURES]
+//   node page_test.mjs PAGE ZRTEVAL [PICTURES]
 import {spawnSync} from 'node:child_process';
 import {mkdirSync, mkdtempSync, rmSync, writeFileSync} from 'node:fs';
 import {tmpdir} from 'node:os';
@@ -10,7 +10,7 @@ import {join} from 'node:path';
 import {pathToFileURL} from 'node:url';
 import {Browser} from './browser.mjs';
 
-const [page, zrteval, , pictures] = process.argv.slice(2);
+const [page, zrteval, pictures] = process.argv.slice(2);
 const url = pathToFileURL(page).href;
 const folder = mkdtempSync(join(tmpdir(), 'zrt-scope-'));
 const scopeFile = join(folder, 'scope.jsonc');
