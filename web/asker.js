@@ -1,7 +1,7 @@
 // Asks the engine in its thread, one question at a time. A newer text takes the place of one that
 // waits; a thread that takes too long is ended and another one begins, so the page never waits.
-const kPatience = 400;               // milliseconds that an old text may keep a newer one waiting
-const kMostTime = 10000;             // milliseconds for any text
+const kPatience = 400;                // milliseconds that an old text may keep a newer one waiting
+const kMostTime = 10000;              // milliseconds for any text
 const kMostMemory = 256 * 1024 ** 2;  // bytes with which a thread may take another text
 
 class Asker {
@@ -31,7 +31,10 @@ class Asker {
     if (this.asked === null) return this.next();
     const left = this.asked.since + kPatience - performance.now();
     clearTimeout(this.watch);
-    this.watch = setTimeout(() => { this.start(); this.next(); }, Math.max(left, 0));
+    this.watch = setTimeout(() => {
+      this.start();
+      this.next();
+    }, Math.max(left, 0));
   }
 
   remark(done) {
@@ -50,15 +53,17 @@ class Asker {
   }
 
   next() {
-    const what = ['evaluate', 'remark', 'stand', 'draw'].find((name) => this.waiting[name] !== undefined);
+    const what =
+        ['evaluate', 'remark', 'stand', 'draw'].find((name) => this.waiting[name] !== undefined);
     if (what === undefined) return;
     const {done, ...request} = this.waiting[what];
     delete this.waiting[what];
     if (what === 'evaluate' && this.memory > kMostMemory) this.start();
     this.asked = {id: ++this.lastId, done, since: performance.now()};
     this.worker.postMessage({...request, id: this.lastId});
-    this.watch = setTimeout(() => this.giveUp(
-        `this takes longer than ${kMostTime / 1000} seconds and was stopped`), kMostTime);
+    this.watch = setTimeout(
+        () => this.giveUp(`this takes longer than ${kMostTime / 1000} seconds and was stopped`),
+        kMostTime);
   }
 
   // Begins anew. What waits is of a text that the new thread does not know.

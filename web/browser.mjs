@@ -19,17 +19,27 @@ export class Browser {
     const {targetId} = await browser.#send('Target.createTarget', {url: 'about:blank'});
     const {sessionId} = await browser.#send('Target.attachToTarget', {targetId, flatten: true});
     browser.#session = sessionId;
-    for (const domain of ['Page', 'Runtime', 'Log', 'Network']) await browser.send(`${domain}.enable`);
+    for (const domain of ['Page', 'Runtime', 'Log', 'Network'])
+      await browser.send(`${domain}.enable`);
     await browser.go(url);
     return browser;
   }
 
   #start(program) {
     // In a container there is no sandbox of the browser's own, and little shared memory.
-    this.#process = spawn(program, [
-      '--headless=new', '--no-sandbox', '--disable-gpu', '--disable-dev-shm-usage', '--no-first-run',
-      '--hide-scrollbars', '--remote-debugging-pipe', `--user-data-dir=${this.#profile}`,
-    ], {stdio: ['ignore', 'ignore', 'ignore', 'pipe', 'pipe']});
+    this.#process = spawn(
+        program,
+        [
+          '--headless=new',
+          '--no-sandbox',
+          '--disable-gpu',
+          '--disable-dev-shm-usage',
+          '--no-first-run',
+          '--hide-scrollbars',
+          '--remote-debugging-pipe',
+          `--user-data-dir=${this.#profile}`,
+        ],
+        {stdio: ['ignore', 'ignore', 'ignore', 'pipe', 'pipe']});
     let rest = '';
     this.#process.stdio[4].setEncoding('utf8').on('data', (piece) => {
       const messages = (rest + piece).split('\0');
@@ -45,12 +55,17 @@ export class Browser {
     if (id !== undefined) {
       const {take, refuse} = this.#pending.get(id);
       this.#pending.delete(id);
-      if (error) refuse(new Error(error.message)); else take(result);
+      if (error)
+        refuse(new Error(error.message));
+      else
+        take(result);
     } else if (method === 'Runtime.exceptionThrown') {
-      this.complaints.push(params.exceptionDetails.exception?.description ?? params.exceptionDetails.text);
+      this.complaints.push(
+          params.exceptionDetails.exception?.description ?? params.exceptionDetails.text);
     } else if (method === 'Log.entryAdded' && params.entry.level === 'error') {
       this.complaints.push(params.entry.text);
-    } else if (method === 'Network.requestWillBeSent' && !/^(file|blob|data):/.test(params.request.url)) {
+    } else if (
+        method === 'Network.requestWillBeSent' && !/^(file|blob|data):/.test(params.request.url)) {
       this.complaints.push(`asks for ${params.request.url}`);
     }
   }
@@ -61,7 +76,9 @@ export class Browser {
     return new Promise((take, refuse) => this.#pending.set(id, {take, refuse}));
   }
 
-  send(method, params) { return this.#send(method, params, this.#session); }
+  send(method, params) {
+    return this.#send(method, params, this.#session);
+  }
 
   async go(url) {
     await this.send('Page.navigate', {url});
@@ -71,9 +88,12 @@ export class Browser {
   // The value of an expression in the page; of a promise what it becomes.
   async read(expression) {
     const {result, exceptionDetails} = await this.send('Runtime.evaluate', {
-      expression, awaitPromise: true, returnByValue: true,
+      expression,
+      awaitPromise: true,
+      returnByValue: true,
     });
-    if (exceptionDetails) throw new Error(exceptionDetails.exception?.description ?? exceptionDetails.text);
+    if (exceptionDetails)
+      throw new Error(exceptionDetails.exception?.description ?? exceptionDetails.text);
     return result.value;
   }
 
@@ -89,25 +109,37 @@ export class Browser {
   // A key as a person presses it; `key` as the browser names it.
   async press(key, modifiers = 0) {
     const text = key.length === 1 ? key : undefined;
-    const codes = {Tab: 9, Enter: 13, Backspace: 8, End: 35, Home: 36, ArrowLeft: 37, ArrowUp: 38,
-                   ArrowRight: 39, ArrowDown: 40, ' ': 32};
+    const codes = {
+      Tab: 9,
+      Enter: 13,
+      Backspace: 8,
+      End: 35,
+      Home: 36,
+      ArrowLeft: 37,
+      ArrowUp: 38,
+      ArrowRight: 39,
+      ArrowDown: 40,
+      ' ': 32
+    };
     const common = {key, modifiers, windowsVirtualKeyCode: codes[key] ?? 0};
-    await this.send('Input.dispatchKeyEvent', {type: text ? 'keyDown' : 'rawKeyDown', text, ...common});
+    await this.send(
+        'Input.dispatchKeyEvent', {type: text ? 'keyDown' : 'rawKeyDown', text, ...common});
     await this.send('Input.dispatchKeyEvent', {type: 'keyUp', ...common});
   }
 
   async show(width, height, scheme = 'light') {
-    await this.send('Emulation.setDeviceMetricsOverride',
-                    {width, height, deviceScaleFactor: 1, mobile: false});
-    await this.send('Emulation.setEmulatedMedia',
-                    {features: [{name: 'prefers-color-scheme', value: scheme}]});
+    await this.send(
+        'Emulation.setDeviceMetricsOverride', {width, height, deviceScaleFactor: 1, mobile: false});
+    await this.send(
+        'Emulation.setEmulatedMedia', {features: [{name: 'prefers-color-scheme', value: scheme}]});
   }
 
   // The whole page, however long, as a PNG file.
   async picture(path) {
     const {cssContentSize: {width, height}} = await this.send('Page.getLayoutMetrics');
     const {data} = await this.send('Page.captureScreenshot', {
-      captureBeyondViewport: true, clip: {x: 0, y: 0, width, height, scale: 1},
+      captureBeyondViewport: true,
+      clip: {x: 0, y: 0, width, height, scale: 1},
     });
     writeFileSync(path, Buffer.from(data, 'base64'));
   }

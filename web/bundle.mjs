@@ -58,9 +58,11 @@ const parts = {
   'engine-code': inScript(readFileSync(join(engineDir, 'zrt_engine.js'), 'utf8')),
   'worker': inScript(read('worker.js')),
   'examples': JSON.stringify(examplesOf(readFileSync(join(sourceDir, 'docs/language.md'), 'utf8')))
-      .replace(/</g, '\\u003c'),
-  'scripts': ['asker.js', 'marks.js', 'told.js', 'steps.js', 'page.js'].map((name) =>
-      inScript(read(name))).join('\n'),
+                  .replace(/</g, '\\u003c'),
+  'scripts': ['asker.js', 'marks.js', 'told.js', 'steps.js', 'page.js']
+                 .map((name) => inScript(read(name)))
+                 .join('\n'),
   'version': version,
 };
-writeFileSync(output, read('page.html').replace(/\{([a-z-]+)\}/g, (whole, name) => parts[name] ?? whole));
+writeFileSync(
+    output, read('page.html').replace(/\{([a-z-]+)\}/g, (whole, name) => parts[name] ?? whole));

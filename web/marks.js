@@ -4,8 +4,10 @@
 function make(tag, attributes = {}, ...children) {
   const element = document.createElement(tag);
   for (const [name, value] of Object.entries(attributes)) {
-    if (name === 'onclick') element.onclick = value;
-    else if (value !== undefined && value !== false) element.setAttribute(name, value);
+    if (name === 'onclick')
+      element.onclick = value;
+    else if (value !== undefined && value !== false)
+      element.setAttribute(name, value);
   }
   element.append(...children);
   return element;
@@ -13,7 +15,8 @@ function make(tag, attributes = {}, ...children) {
 
 // Characters that cannot be seen are shown by their code.
 function shown(text) {
-  return text.replace(/[\u0000-\u001F\u007F-\u00A0\u00AD\u061C\u1680\u180E\u2000-\u200F\u2028-\u202F\u205F-\u206F\u3000\uFEFF\uFFF9-\uFFFB]/g,
+  return text.replace(
+      /[\u0000-\u001F\u007F-\u00A0\u00AD\u061C\u1680\u180E\u2000-\u200F\u2028-\u202F\u205F-\u206F\u3000\uFEFF\uFFF9-\uFFFB]/g,
       (character) => ({'\n': '\\n', '\r': '\\r', '\t': '\\t'})[character] ??
           '\\u' + character.charCodeAt(0).toString(16).toUpperCase().padStart(4, '0'));
 }
@@ -27,7 +30,8 @@ function shortened(text, most) {
 function putMarked(element, text, marks, from = 0, to = text.length, show = (part) => part) {
   const ends = new Set([from, to]);
   for (const {at, length} of marks) {
-    for (const end of [at, at + length]) if (end > from && end < to) ends.add(end);
+    for (const end of [at, at + length])
+      if (end > from && end < to) ends.add(end);
   }
   const sorted = [...ends].sort((a, b) => a - b);
   const parts = [];
@@ -51,12 +55,17 @@ class Editor {
     this.area = area;
     this.under = area.parentElement.querySelector('.under');
     this.marks = [];
-    area.addEventListener('input', () => { this.put([]); onEdit(); });
+    area.addEventListener('input', () => {
+      this.put([]);
+      onEdit();
+    });
     area.addEventListener('scroll', () => this.follow());
     new ResizeObserver(() => this.follow()).observe(area);
   }
 
-  get text() { return this.area.value; }
+  get text() {
+    return this.area.value;
+  }
 
   set text(text) {
     if (text === this.area.value) return;

@@ -21,7 +21,8 @@ function edited() {
 
 function linkOf() {
   const part = (name, value) => `${name}=${encodeURIComponent(value)}`;
-  return '#' + [part('kind', kindNow()), part('text', text.text), part('scope', scope.text)].join('&');
+  return '#' +
+      [part('kind', kindNow()), part('text', text.text), part('scope', scope.text)].join('&');
 }
 
 // What the link says. A part that it does not have stays as it is.
@@ -73,7 +74,8 @@ function show(request, told) {
   text.put(marksOf(answer, told));
   byId('told').classList.remove('waits');
   steps.put(told, request.text);
-  if (told.step_count === undefined || told.hints !== undefined) return remark(request, told, answer);
+  if (told.step_count === undefined || told.hints !== undefined)
+    return remark(request, told, answer);
   for (const id of ['hints', 'brackets', 'cut', 'bits']) byId(id).classList.add('waits');
   asker.remark((remarks) => remark(request, {...told, ...remarks}, answer));
 }
@@ -89,10 +91,14 @@ function remark(request, told, answer) {
   document.documentElement.dataset.state = 'done';
 }
 
+function counted(count, noun) {
+  return `${count.toLocaleString('en')} ${noun}${count === 1 ? '' : 's'}`;
+}
+
 function lengthNote(words) {
-  const count = [...words].length;
-  const lines = words.includes('\n') ? ' A line break is a character like any other, and no blank.' : '';
-  return `${count.toLocaleString('en')} ${count === 1 ? 'character' : 'characters'}.${lines}`;
+  const length = `${counted([...words].length, 'character')}.`;
+  if (!words.includes('\n')) return length;
+  return `${length} A line break is a character like any other, and no blank.`;
 }
 
 function putScopeNote(written, {wrongScope, names}) {
@@ -101,19 +107,26 @@ function putScopeNote(written, {wrongScope, names}) {
     scope.put([]);
     const fields = names?.fields.length ?? 0;
     note.className = 'note';
-    note.textContent = written === '' ? 'Names come from here, as JSON; // comments are welcome.'
-        : fields === 0 ? ''
-        : `${fields} data ${fields === 1 ? 'field' : 'fields'}; each evaluation begins with the first rows.`;
+    const begin = 'each evaluation begins with the first rows';
+    if (written === '') {
+      note.textContent = 'Names come from here, as JSON; // comments are welcome.';
+    } else {
+      note.textContent = fields === 0 ? '' : `${counted(fields, 'data field')}; ${begin}.`;
+    }
     return;
   }
   const at = wrongScope.at ?? 0;
   scope.put([{at, length: at < written.length ? 1 : 0, is: 'fail'}]);
   const where = wrongScope.line === undefined ? '' : `${wrongScope.line}:${wrongScope.column}: `;
   note.className = 'note failure';
-  note.replaceChildren(make('button', {
-    type: 'button', class: 'place', title: 'Show it in the scope',
-    onclick: () => scope.select({at, length: at < written.length ? 1 : 0}),
-  }, where + shown(wrongScope.error)));
+  note.replaceChildren(make(
+      'button', {
+        type: 'button',
+        class: 'place',
+        title: 'Show it in the scope',
+        onclick: () => scope.select({at, length: at < written.length ? 1 : 0}),
+      },
+      where + shown(wrongScope.error)));
 }
 
 // Tries an example. The way back in the browser brings what stood there before.
@@ -129,11 +142,17 @@ function putExamples() {
   for (const {title, examples} of scopeBlock.sections) {
     const list = make('ul', {class: 'examples'});
     for (const {kind, text: words, remark} of examples) {
-      list.append(make('li', {}, make('button', {
-        type: 'button', class: `try ${kind}`, onclick: () => tryExample(kind, words),
-      }, make('code', {}, words === '' ? '(nothing)' : words),
-      make('span', {class: 'kind'}, {int: 'integer', float: 'float', bits: 'bits'}[kind])),
-      ...(remark === '' ? [] : [make('span', {class: 'note'}, remark)])));
+      list.append(make(
+          'li', {},
+          make(
+              'button', {
+                type: 'button',
+                class: `try ${kind}`,
+                onclick: () => tryExample(kind, words),
+              },
+              make('code', {}, words === '' ? '(nothing)' : words),
+              make('span', {class: 'kind'}, {int: 'integer', float: 'float', bits: 'bits'}[kind])),
+          ...(remark === '' ? [] : [make('span', {class: 'note'}, remark)])));
     }
     byId('examples').append(make('details', {}, make('summary', {}, title), list));
   }
@@ -143,7 +162,9 @@ function putExamples() {
 function tell(button, words) {
   const before = button.textContent;
   button.textContent = words;
-  setTimeout(() => { button.textContent = before; }, 1500);
+  setTimeout(() => {
+    button.textContent = before;
+  }, 1500);
 }
 
 async function copy(button, words) {
@@ -166,8 +187,14 @@ async function begin() {
     copy(byId('share'), location.href);
   });
   byId('value-copy').addEventListener('click', () => copy(byId('value-copy'), copied));
-  byId('scope-clear').addEventListener('click', () => { scope.text = ''; edited(); });
-  byId('scope-example').addEventListener('click', () => { scope.text = scopeBlock.scope; edited(); });
+  byId('scope-clear').addEventListener('click', () => {
+    scope.text = '';
+    edited();
+  });
+  byId('scope-example').addEventListener('click', () => {
+    scope.text = scopeBlock.scope;
+    edited();
+  });
   // A text is one line, so the key that ends lines has no use here.
   byId('text').addEventListener('keydown', (event) => {
     if (event.key === 'Enter' && !event.shiftKey && !event.isComposing) event.preventDefault();
@@ -183,12 +210,16 @@ async function begin() {
   try {
     asker = await startAsker();
   } catch (error) {
-    byId('value').replaceChildren(make('p', {class: 'failure'}, `The engine does not start: ${error.message}`));
+    byId('value').replaceChildren(
+        make('p', {class: 'failure'}, `The engine does not start: ${error.message}`));
     return;
   }
   steps = new Steps(asker);
   pictures = new Pictures(asker);
-  if (location.hash.length > 1) takeLink(); else take('int', '2+3*4', scopeBlock.scope);
+  if (location.hash.length > 1)
+    takeLink();
+  else
+    take('int', '2+3*4', scopeBlock.scope);
 }
 
 begin();

@@ -1,16 +1,17 @@
 // Tries the page in a browser: what it tells beside what zrteval tells, typing, long and wrong
 // texts, the link, the keyboard, and how it fits wide and narrow screens.
 //
-//   node page_test.mjs PAGE ZRTEVAL SOURCE_DIR [PICTURES]
+//   node page_test.mjs PAGE ZRTEVAL [PICTURES]
 import {spawnSync} from 'node:child_process';
 import {mkdirSync, mkdtempSync, rmSync, writeFileSync} from 'node:fs';
 import {tmpdir} from 'node:os';
-import {isDeepStrictEqual} from 'node:util';
 import {join} from 'node:path';
 import {pathToFileURL} from 'node:url';
+import {isDeepStrictEqual} from 'node:util';
+
 import {Browser} from './browser.mjs';
 
-const [page, zrteval, , pictures] = process.argv.slice(2);
+const [page, zrteval, pictures] = process.argv.slice(2);
 const url = pathToFileURL(page).href;
 const folder = mkdtempSync(join(tmpdir(), 'zrt-scope-'));
 const scopeFile = join(folder, 'scope.jsonc');
@@ -50,9 +51,11 @@ function native(...args) {
 }
 
 // The hints as zrteval prints them, in order, and those of the page in the same form.
-const saidBy = (output) => [...output.matchAll(/(?:^ {2}|: )hint: (.*)$/gm)].map(([, said]) => said);
+const saidBy =
+    (output) => [...output.matchAll(/(?:^ {2}|: )hint: (.*)$/gm)].map(([, said]) => said);
 const quoted = (text) => `"${text.length > 60 ? `${text.slice(0, 60)}...` : text}"`;
-const saidIn = ({says, instead}) => instead === undefined ? says : `${says}; write ${quoted(instead)}`;
+const saidIn = ({says, instead}) =>
+    instead === undefined ? says : `${says}; write ${quoted(instead)}`;
 
 async function compare(kind, text, steps) {
   const told = await put(kind, text);
@@ -73,7 +76,9 @@ async function compare(kind, text, steps) {
     await browser.until(`document.getElementById('stands').dataset.step === '${i}'`);
     const {at, length} = nativeSteps[i - 1];
     if (!length) continue;
-    check(`${name}: where step ${i} stands`, await words('#stands .now'), text.slice(at, at + length));
+    check(
+        `${name}: where step ${i} stands`, await words('#stands .now'),
+        text.slice(at, at + length));
   }
 }
 
@@ -87,7 +92,8 @@ async function rows() {
   check('no row yet', await taken(1), []);
   check('the first row', await taken(3), ['now', '', '']);
   check('an index', await taken(await browser.read('steps.count')), ['taken', 'taken', '']);
-  check('drawings', await browser.read('document.querySelectorAll("#cut svg, #bits svg").length'), 2);
+  check(
+      'drawings', await browser.read('document.querySelectorAll("#cut svg, #bits svg").length'), 2);
 }
 
 async function typing(text, kind) {
@@ -98,28 +104,40 @@ async function typing(text, kind) {
   check(`${text} typed`, (await browser.read('window.zrtAnswer')).request.text, text);
   for (const _ of text) await browser.press('Backspace');
   await isDone();
-  check(`${text} deleted`, (await browser.read('window.zrtAnswer')).answer.name, 'ErrUnknownOperand');
+  check(
+      `${text} deleted`, (await browser.read('window.zrtAnswer')).answer.name, 'ErrUnknownOperand');
 }
 
 async function longTexts() {
   const most = 65536;
   const repeated = (text) => text.repeat(Math.floor(most / text.length));
   const texts = {
-    chain: [`1${repeated('+1')}`, 'int'], groups: [`(1)${repeated('+(1)')}`, 'bits'],
-    unary: [`~1${repeated('+~1')}`, 'bits'], joined: [`#1${repeated('@#1')}`, 'bits'],
+    chain: [`1${repeated('+1')}`, 'int'],
+    groups: [`(1)${repeated('+(1)')}`, 'bits'],
+    unary: [`~1${repeated('+~1')}`, 'bits'],
+    joined: [`#1${repeated('@#1')}`, 'bits'],
     nested: [`${'('.repeat(most / 2)}1${')'.repeat(most / 2)}`, 'int'],
-    open: ['('.repeat(most), 'int'], name: ['a'.repeat(most), 'float'],
-    digits: [`0x${'5A'.repeat(most / 2)}`, 'bits'], factors: [`1.5${repeated('*1.5')}`, 'int'],
-    large: ['0xFF^200000000', 'bits'], larger: ['(0xFF^130000000)@(0xFF^130000000)', 'bits'],
+    open: ['('.repeat(most), 'int'],
+    name: ['a'.repeat(most), 'float'],
+    digits: [`0x${'5A'.repeat(most / 2)}`, 'bits'],
+    factors: [`1.5${repeated('*1.5')}`, 'int'],
+    large: ['0xFF^200000000', 'bits'],
+    larger: ['(0xFF^130000000)@(0xFF^130000000)', 'bits'],
     scarce: [`${'(0xFF^260000000)@'.repeat(8)}#1`, 'bits'],
-    slow: [`${'~('.repeat(2000)}0xFF^250000000${')'.repeat(2000)}`, 'bits'], wide: ['ß\u{1F600}+1', 'int'], acting: ['1+\u202E2\n', 'int'], none: ['1\0', 'int'],
+    slow: [`${'~('.repeat(2000)}0xFF^250000000${')'.repeat(2000)}`, 'bits'],
+    wide: ['ß\u{1F600}+1', 'int'],
+    acting: ['1+\u202E2\n', 'int'],
+    none: ['1\0', 'int'],
   };
   for (const [name, [text, kind]] of Object.entries(texts)) {
     const since = Date.now();
     const told = await put(kind, text);
     const outcome = told.answer.error ?? told.answer.name ?? 'has a value';
-    console.log(`  ${name.padEnd(8)} ${String(Date.now() - since).padStart(5)} ms  ${outcome.slice(0, 80)}`);
-    check(`${name} is told`, told.answer.status !== undefined || told.answer.error !== undefined, true);
+    console.log(`  ${name.padEnd(8)} ${String(Date.now() - since).padStart(5)} ms  ${
+        outcome.slice(0, 80)}`);
+    check(
+        `${name} is told`, told.answer.status !== undefined || told.answer.error !== undefined,
+        true);
   }
   check('a text after all that', (await put('int', '2+3*4')).answer.value, 20);
   await browser.read(`text.text = ${JSON.stringify(texts.slow[0])}; edited()`);
@@ -130,7 +148,9 @@ async function wrongScope(scope) {
   const {wrongScope: wrong} = await put('int', '1', '{"tokens": {\n  "local": {"a": 4294967296}}}');
   writeFileSync(join(folder, 'wrong.json'), '{"tokens": {\n  "local": {"a": 4294967296}}}');
   const {stderr} = native('int', '--scope', join(folder, 'wrong.json'), '1');
-  check('a wrong scope', stderr.includes(`wrong.json:${wrong.line}:${wrong.column}: ${wrong.error}\n`), true);
+  check(
+      'a wrong scope',
+      stderr.includes(`wrong.json:${wrong.line}:${wrong.column}: ${wrong.error}\n`), true);
   check('a scope put right', (await put('int', 'size', scope)).answer.value, 8);
 }
 
@@ -141,8 +161,9 @@ async function link(scope) {
   await browser.go('about:blank');
   await browser.go(before.href);
   await isDone();
-  check('a link', await browser.read('({href: linkOf(), text: text.text, scope: scope.text})'),
-        {...before, href: before.href.slice(before.href.indexOf('#'))});
+  check(
+      'a link', await browser.read('({href: linkOf(), text: text.text, scope: scope.text})'),
+      {...before, href: before.href.slice(before.href.indexOf('#'))});
   await browser.read('document.querySelector("details").open = true');
   await browser.read('document.querySelector(".try").click()');
   await isDone();
@@ -153,14 +174,16 @@ async function link(scope) {
 
 async function keyboard() {
   await put('int', '(1+2)*3');
-  await browser.read('document.querySelectorAll("details details").forEach((part) => part.open = false)');
+  await browser.read(
+      'document.querySelectorAll("details details").forEach((part) => part.open = false)');
   await browser.read('document.getElementById("share").focus()');
   const reached = ['share'];
   for (let i = 0; i < 40; ++i) {
     await browser.press('Tab');
     reached.push(await browser.read('document.activeElement.id || document.activeElement.value'));
   }
-  for (const id of ['share', 'int', 'text', 'scope', 'value-copy', 'step-back', 'step', 'step-list']) {
+  for (const id
+           of ['share', 'int', 'text', 'scope', 'value-copy', 'step-back', 'step', 'step-list']) {
     check(`${id} by keyboard`, reached.includes(id), true);
   }
   const number = () => browser.read('steps.number');
@@ -177,8 +200,10 @@ async function keyboard() {
 
 async function screens() {
   const texts = {
-    value: ['int', '10+2*(1+2)-3*4'], rows: ['bits', 'fuses@(fuses)@~id@fuses'],
-    failure: ['int', 'order[0-1]*(size-1)'], long: ['bits', `(0x5A^40)${'@#101@usercode'.repeat(60)}`],
+    value: ['int', '10+2*(1+2)-3*4'],
+    rows: ['bits', 'fuses@(fuses)@~id@fuses'],
+    failure: ['int', 'order[0-1]*(size-1)'],
+    long: ['bits', `(0x5A^40)${'@#101@usercode'.repeat(60)}`],
   };
   for (const [width, height] of [[1280, 900], [360, 740]]) {
     for (const scheme of ['light', 'dark']) {
@@ -187,7 +212,9 @@ async function screens() {
         await put(kind, text);
         await browser.until('document.querySelector(".picture.waits") === null');
         await new Promise((go) => setTimeout(go, 300));
-        check(`${name} fits ${width}`, await browser.read('document.documentElement.scrollWidth <= innerWidth'), true);
+        check(
+            `${name} fits ${width}`,
+            await browser.read('document.documentElement.scrollWidth <= innerWidth'), true);
         if (pictures) await browser.picture(join(pictures, `${name}-${width}-${scheme}.png`));
       }
     }

@@ -3,7 +3,8 @@
 const kListed = 120;  // steps in the list around the one that is shown
 const kAround = 160;  // characters of the text around it
 
-const valueText = (value) => typeof value === 'object' ? `${value.hex}/${value.bits}` : String(value);
+const valueText = (value) =>
+    typeof value === 'object' ? `${value.hex}/${value.bits}` : String(value);
 
 // A step in words: what it does, and a remark.
 function wordsOf(step, text) {
@@ -12,7 +13,8 @@ function wordsOf(step, text) {
     case 'cut': {
       const {at, length} = step.middle;
       const middle = shortened(shown(text.slice(at, at + length)), 40);
-      if (step.by === 'chain') return [middle === '' ? 'nothing' : middle, 'runs from left to right'];
+      if (step.by === 'chain')
+        return [middle === '' ? 'nothing' : middle, 'runs from left to right'];
       return [middle, step.by === 'group' ? 'cut at this group' : 'cut at this operator'];
     }
     case 'read': {
@@ -21,22 +23,31 @@ function wordsOf(step, text) {
       const value = valueText(step.value);
       return [value === part ? part : `${part} = ${value}`, scope + row];
     }
-    case 'apply': case 'fail': {
+    case 'apply':
+    case 'fail': {
       const value = step.step === 'fail' ? 'fails' : valueText(step.value);
       const left = valueText(step.left);
       if (step.right === undefined) return [`${part}${left} = ${value}`, ''];
       return [`${left} ${part} ${valueText(step.right)} = ${value}`, ''];
     }
     case 'drop left':
-      return [`${valueText(step.left)} ${part} ${valueText(step.right)}`, 'the left side is dropped'];
+      return [
+        `${valueText(step.left)} ${part} ${valueText(step.right)}`, 'the left side is dropped'
+      ];
     case 'drop right':
-      return [`${valueText(step.left)} ${part} ${valueText(step.right)}`, 'the right side is dropped'];
-    case 'drop operator': return [`${valueText(step.left)} ${part}`, 'nothing behind it'];
-    case 'skip': return [part, 'nothing reads this'];
-    case 'index': return [`[${part}]`, 'the index is evaluated'];
+      return [
+        `${valueText(step.left)} ${part} ${valueText(step.right)}`, 'the right side is dropped'
+      ];
+    case 'drop operator':
+      return [`${valueText(step.left)} ${part}`, 'nothing behind it'];
+    case 'skip':
+      return [part, 'nothing reads this'];
+    case 'index':
+      return [`[${part}]`, 'the index is evaluated'];
     case 'index end':
       return [step.status === 0 ? `the index is ${step.value}` : 'the index fails', ''];
-    case 'failure': return [part === '' ? 'something is missing' : part, step.name];
+    case 'failure':
+      return [part === '' ? 'something is missing' : part, step.name];
   }
   return [step.step, ''];
 }
@@ -60,8 +71,12 @@ class Steps {
 
   key(event) {
     const where = {
-      ArrowDown: this.number + 1, ArrowRight: this.number + 1, ArrowUp: this.number - 1,
-      ArrowLeft: this.number - 1, Home: 1, End: this.count,
+      ArrowDown: this.number + 1,
+      ArrowRight: this.number + 1,
+      ArrowUp: this.number - 1,
+      ArrowLeft: this.number - 1,
+      Home: 1,
+      End: this.count,
     }[event.key];
     if (where === undefined || event.ctrlKey || event.altKey || event.metaKey) return;
     event.preventDefault();
@@ -78,7 +93,9 @@ class Steps {
     delete byId('stands').dataset.step;
     if (this.count === 0) return;
     this.failure = answer.status === undefined || answer.status === 0 ? null : {
-      step: 'failure', text: text.slice(answer.at, answer.at + answer.length), name: answer.name,
+      step: 'failure',
+      text: text.slice(answer.at, answer.at + answer.length),
+      name: answer.name,
     };
     if (this.failure !== null) ++this.count;
     this.slider.max = this.count;
@@ -96,8 +113,9 @@ class Steps {
     this.number = Math.min(Math.max(number, 1), this.count);
     const asked = this.number;
     const first = Math.max(this.number - 1 - kListed / 2, 0);
-    this.asker.stand({step: this.number - 1, first, count: kListed},
-                     (answer) => this.show(answer, first, asked));
+    this.asker.stand(
+        {step: this.number - 1, first, count: kListed},
+        (answer) => this.show(answer, first, asked));
   }
 
   // Shows a step that was asked for, though another one may be on its way.
@@ -106,15 +124,17 @@ class Steps {
     if (this.failure !== null && first + steps.length === this.count - 1) steps.push(this.failure);
     this.slider.value = this.number;
     byId('step-number').textContent = `${number} of ${this.count}`;
-    for (const [id, ends] of [['step-first', 1], ['step-back', 1], ['step-on', this.count],
-                              ['step-last', this.count]]) {
+    for (const [id, ends] of [
+             ['step-first', 1], ['step-back', 1], ['step-on', this.count],
+             ['step-last', this.count]]) {
       byId(id).setAttribute('aria-disabled', number === ends);
     }
     const step = steps[number - 1 - first];
     const [does, remark] = wordsOf(step, this.text);
     this.slider.setAttribute('aria-valuetext', `${number} of ${this.count}: ${does} ${remark}`);
-    byId('step-says').replaceChildren(
-        make('code', {}, does), ...(remark === '' ? [] : [make('span', {}, remark)]));
+    byId('step-says').replaceChildren(make('code', {}, does), ...(remark === '' ? [] : [
+                                        make('span', {}, remark)
+                                      ]));
     this.putStanding(standing, number);
     this.putRows(standing, number - 1);
     this.putList(steps, first, number);
@@ -128,7 +148,8 @@ class Steps {
     const to = Math.min(at + Math.min(length, kAround) + kAround, this.text.length);
     const line = make('pre', {});
     const innermost = pieces.at(-1) ?? {at: 0, length: 0};
-    putMarked(line, this.text, [{...innermost, is: 'piece'}, {at, length, is: 'now'}], from, to, shown);
+    putMarked(
+        line, this.text, [{...innermost, is: 'piece'}, {at, length, is: 'now'}], from, to, shown);
     if (from > 0) line.prepend('…');
     if (to < this.text.length) line.append('…');
     const strip = make('div', {class: 'strip'}, line);
@@ -137,8 +158,8 @@ class Steps {
     for (const piece of pieces) strip.append(barOf(piece, place, strip));
     const now = line.querySelector('.now');
     if (now !== null) {
-      box.scrollLeft = now.offsetLeft + Math.min(now.offsetWidth, box.clientWidth) / 2 -
-          box.clientWidth / 2;
+      box.scrollLeft =
+          now.offsetLeft + Math.min(now.offsetWidth, box.clientWidth) / 2 - box.clientWidth / 2;
     }
   }
 
@@ -148,16 +169,20 @@ class Steps {
     const tables = [];
     for (const number of used) {
       const field = this.fields[number];
-      const row = make('div', {class: 'field'}, make('code', {class: 'name'}, shown(field.name)),
-                       make('span', {class: 'note'}, `${field.scope} field`));
+      const row = make(
+          'div', {class: 'field'}, make('code', {class: 'name'}, shown(field.name)),
+          make('span', {class: 'note'}, `${field.scope} field`));
       const list = make('ol', {class: 'chips'});
       field.rows.slice(0, 64).forEach((entry, index) => {
         const taken = rows.filter((read) => read.field === number && read.row === index + 1);
-        const is = taken.some((read) => read.step === step) ? 'now' : taken.length > 0 ? 'taken' : '';
-        const by = taken.map((read) => read.step + 1);
-        const note = by.length === 0 ? '' : ` step ${by.slice(0, 3).join(', ')}${by.length > 3 ? ' …' : ''}`;
-        list.append(make('li', {class: is}, `${entry.hex}/${entry.bits}`,
-                         ...(note === '' ? [] : [make('small', {}, note)])));
+        const isNow = taken.some((read) => read.step === step);
+        const is = isNow ? 'now' : taken.length > 0 ? 'taken' : '';
+        const by = taken.slice(0, 3).map((read) => read.step + 1);
+        const more = taken.length > by.length ? ' …' : '';
+        const note = by.length === 0 ? '' : ` step ${by.join(', ')}${more}`;
+        list.append(make(
+            'li', {class: is}, `${entry.hex}/${entry.bits}`,
+            ...(note === '' ? [] : [make('small', {}, note)])));
       });
       if (field.count > 64) list.append(make('li', {}, `and ${field.count - 64} more`));
       row.append(list);
@@ -172,12 +197,15 @@ class Steps {
     const items = steps.map((step, index) => {
       if (step.step === 'index end') depth = Math.max(depth - 1, 0);
       const [does, remark] = wordsOf(step, this.text);
-      const item = make('li', {
-        value: first + index + 1, class: `is-${step.step.replace(' ', '-')}`,
-        style: depth > 0 ? `--depth: ${depth}` : undefined,
-        'aria-current': first + index + 1 === number ? 'step' : undefined,
-        onclick: () => this.step(first + index + 1),
-      }, make('code', {}, does), ...(remark === '' ? [] : [make('span', {}, remark)]));
+      const item = make(
+          'li', {
+            value: first + index + 1,
+            class: `is-${step.step.replace(' ', '-')}`,
+            style: depth > 0 ? `--depth: ${depth}` : undefined,
+            'aria-current': first + index + 1 === number ? 'step' : undefined,
+            onclick: () => this.step(first + index + 1),
+          },
+          make('code', {}, does), ...(remark === '' ? [] : [make('span', {}, remark)]));
       if (step.step === 'index') ++depth;
       return item;
     });
@@ -216,7 +244,8 @@ function placer(line, from, to) {
 
 function barOf(piece, place) {
   const [left, right] = place(piece);
-  const bar = make('div', {class: 'bar', style: `left: ${left}px; width: ${Math.max(right - left, 2)}px`});
+  const bar =
+      make('div', {class: 'bar', style: `left: ${left}px; width: ${Math.max(right - left, 2)}px`});
   if (piece.by !== 'chain') {
     const [begin, end] = place(piece.middle);
     bar.append(make('i', {style: `left: ${begin - left}px; width: ${Math.max(end - begin, 2)}px`}));

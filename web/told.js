@@ -1,19 +1,19 @@
 // Shows what the engine tells of a text as a whole: the value or the failure, the hints, and how it
 // is read. What it shows is worded as zrteval words it.
-const kMostShown = 2000;   // characters of a value or a reading
-const kExcerpt = 60;       // characters around a place
-const kFewSteps = 60;      // that are drawn at once,
+const kMostShown = 2000;  // characters of a value or a reading
+const kExcerpt = 60;      // characters around a place
+const kFewSteps = 60;     // that are drawn at once,
 const kFewBits = 512;
-const kManySteps = 1000;   // that are not drawn unless asked for
-const kDrawDelay = 250;    // milliseconds after which the others are drawn
+const kManySteps = 1000;  // that are not drawn unless asked for
+const kDrawDelay = 250;   // milliseconds after which the others are drawn
 
 const byId = (id) => document.getElementById(id);
 
 // The text around a place, with the place marked.
 function excerpt(text, place, is) {
   const from = Math.max(place.at - kExcerpt, 0);
-  const to = Math.min(Math.max(place.at + Math.min(place.length, kExcerpt), place.at + 1) + kExcerpt,
-                      text.length);
+  const to = Math.min(
+      Math.max(place.at + Math.min(place.length, kExcerpt), place.at + 1) + kExcerpt, text.length);
   const line = make('code', {class: 'excerpt'});
   putMarked(line, text, [{...place, is}], from, to, shown);
   if (from > 0) line.prepend('…');
@@ -25,10 +25,14 @@ function excerpt(text, place, is) {
 function placeButton(place, editor) {
   const column = place.at + 1;
   const words = place.length > 1 ? `${column}–${place.at + place.length}` : `${column}`;
-  return make('button', {
-    type: 'button', class: 'place', title: 'Show it in the text',
-    onclick: () => editor.select(place),
-  }, `column ${words}`);
+  return make(
+      'button', {
+        type: 'button',
+        class: 'place',
+        title: 'Show it in the text',
+        onclick: () => editor.select(place),
+      },
+      `column ${words}`);
 }
 
 // `above` is a place that is shown already.
@@ -40,10 +44,14 @@ function hintItem(hint, text, editor, above = undefined) {
     row.append(placeButton(hint, editor));
   }
   if (hint.instead !== undefined) {
-    row.append(make('button', {
-      type: 'button', class: 'instead', title: 'Put it into the text',
-      onclick: () => editor.replace(hint, hint.instead),
-    }, 'write ', make('code', {}, shortened(shown(hint.instead), 120))));
+    row.append(make(
+        'button', {
+          type: 'button',
+          class: 'instead',
+          title: 'Put it into the text',
+          onclick: () => editor.replace(hint, hint.instead),
+        },
+        'write ', make('code', {}, shortened(shown(hint.instead), 120))));
   }
   if (row.childElementCount > 0) item.append(row);
   return item;
@@ -80,20 +88,22 @@ function putValue(box, answer, told, text, editor) {
 }
 
 function putFailure(box, answer, told, text, editor) {
-  const told_as = (failure, sentence, opening) => make('p', {class: 'failure'}, opening,
-      make('b', {}, failure.name), ` (${failure.status}): ${sentence}`);
-  box.replaceChildren(told_as(answer, answer.message, ''), excerpt(text, answer, 'fail'),
-                      make('p', {class: 'actions'}, placeButton(answer, editor)));
+  const told_as = (failure, sentence, opening) => make(
+      'p', {class: 'failure'}, opening, make('b', {}, failure.name),
+      ` (${failure.status}): ${sentence}`);
+  box.replaceChildren(
+      told_as(answer, answer.message, ''), excerpt(text, answer, 'fail'),
+      make('p', {class: 'actions'}, placeButton(answer, editor)));
   if (answer.cause !== undefined) {
-    box.append(told_as(answer.cause, told.cause, 'the cause: '),
-               excerpt(text, answer.cause, 'fail'),
-               make('p', {class: 'actions'}, placeButton(answer.cause, editor)));
+    box.append(
+        told_as(answer.cause, told.cause, 'the cause: '), excerpt(text, answer.cause, 'fail'),
+        make('p', {class: 'actions'}, placeButton(answer.cause, editor)));
   }
   const reasons = told.reasons ?? [];
   if (reasons.length > 0) {
     const last = answer.cause ?? answer;
-    box.append(make('ul', {class: 'hints'},
-                    ...reasons.map((reason) => hintItem(reason, text, editor, last))));
+    box.append(make(
+        'ul', {class: 'hints'}, ...reasons.map((reason) => hintItem(reason, text, editor, last))));
   }
 }
 
@@ -155,7 +165,8 @@ class Pictures {
     putPicture('cut', cut);
     putPicture('bits', bits);
     byId('bits-card').hidden = bits === undefined;
-    byId('cut-card').hidden = cut === undefined && byId('brackets').textContent === '' && byId('draw').hidden;
+    byId('cut-card').hidden =
+        cut === undefined && byId('brackets').textContent === '' && byId('draw').hidden;
   }
 }
 
@@ -163,8 +174,10 @@ class Pictures {
 function marksOf(answer, told) {
   const marks = (told.hints ?? []).map(({at, length}) => ({at, length, is: 'hint'}));
   if (answer.status !== undefined && answer.status !== 0) {
-    if (answer.cause !== undefined) marks.push({...answer.cause, is: 'fail'});
-    else marks.push({at: answer.at, length: answer.length, is: 'fail'});
+    if (answer.cause !== undefined)
+      marks.push({...answer.cause, is: 'fail'});
+    else
+      marks.push({at: answer.at, length: answer.length, is: 'fail'});
   }
   return marks;
 }

@@ -3,7 +3,7 @@
 const kLong = 4096;  // characters of a text whose value is told before the remarks on it
 const encoder = new TextEncoder();
 let engine = null;
-let scope = null;         // as it was taken last
+let scope = null;  // as it was taken last
 let scopeAnswer = null;
 let text = '';
 
@@ -55,9 +55,9 @@ function turnPlaces(value, indexes) {
 function takeScope(written) {
   if (written === scope) return scopeAnswer;
   scope = written;
-  scopeAnswer = written.includes('\0')
-      ? {error: 'this is no text, it holds a NUL', at: written.indexOf('\0')}
-      : turnPlaces(tell(engine._zrt_take_scope, written), indexOfBytes(written));
+  scopeAnswer = written.includes('\0') ?
+      {error: 'this is no text, it holds a NUL', at: written.indexOf('\0')} :
+      turnPlaces(tell(engine._zrt_take_scope, written), indexOfBytes(written));
   return scopeAnswer;
 }
 
