@@ -63,7 +63,9 @@ struct Situation {
   }
   [[nodiscard]] Hint Wrapped(zrt::Place wrapped, const std::string& says,
                              const std::string& before) const {
-    return {wrapped, says, before + std::string(PartOf(text, wrapped)) + ")"};
+    const std::string inside(PartOf(text, wrapped));
+    const bool has_operand = !inside.empty() && !IsOperator(inside.back());
+    return {wrapped, says, has_operand ? before + inside + ")" : ""};
   }
 };
 

@@ -72,7 +72,7 @@ Said ExponentBeforeMiddle(const Situation& at) {
   if (minus == 0 || (at.text[minus - 1] != 'e' && at.text[minus - 1] != 'E')) return std::nullopt;
   return Hint{
       {minus, 1},
-      "a \"-\" behind an \"e\" is an exponent's: put blanks around it", " - "
+      R"(a "-" behind an "e" is an exponent's: put blanks around it)", " - "
   };
 }
 

@@ -91,7 +91,7 @@ Said FractionInBits(const Situation& at) {
 Said ExponentSign(const Situation& at) {
   const std::string apart = WithBlanks(at.part);
   if (apart.empty()) return std::nullopt;
-  return Hint{at.place, "a \"-\" behind an \"e\" is an exponent's: put blanks around it", apart};
+  return Hint{at.place, R"(a "-" behind an "e" is an exponent's: put blanks around it)", apart};
 }
 
 Said LargeX(const Situation& at) {
@@ -190,7 +190,9 @@ Said HexadecimalDigits(const Situation& at) {
 
 Said MisspeltName(const Situation& at) {
   const std::string nearest = NearestName(Trimmed(at.part), at.names);
-  const auto has_blank = [](std::string_view name) { return name.find(' ') != name.npos; };
+  const auto has_blank = [](std::string_view name) {
+    return name.find(' ') != std::string_view::npos;
+  };
   if (nearest.empty() || has_blank(Trimmed(at.part)) != has_blank(nearest)) return std::nullopt;
   return Hint{at.place, "no such name is known, but a similar one", nearest};
 }
@@ -207,7 +209,7 @@ Said BlankInside(const Situation& at) {
 
 // 10ms, 2rows, 1_000, 1.5.2
 Said NumberBesideText(const Situation& at) {
-  if (at.part.empty() || !IsDigit(at.part[0]) || at.part.find(' ') != at.part.npos) {
+  if (at.part.empty() || !IsDigit(at.part[0]) || at.part.find(' ') != std::string_view::npos) {
     return std::nullopt;
   }
   const std::size_t end = at.part.find_first_not_of("0123456789.");
@@ -245,11 +247,12 @@ constexpr Said (*kRules[])(const Situation&) = {
 Said SignHint(const Situation& at) {
   const bool is_there = at.part.empty() || at.part == "+" || at.part == "-";
   if (!is_there || (at.At() != '-' && at.At() != '+')) return std::nullopt;
-  if (at.At() == '+')
+  if (at.At() == '+') {
     return Hint{
         {at.place.offset, 1},
         "numbers have no sign, leave it out", ""
     };
+  }
   const char before = at.Before();
   if (before == '\0' || before == '(' || before == '[') {
     return Hint{
