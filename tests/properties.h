@@ -77,7 +77,7 @@ inline std::string DifferenceAfter(Stream model, const std::vector<Step>& steps)
     if (is_swapped) std::swap(model, right);
     if (is_swapped) std::swap(value, right_value);
     const int right_status =
-        reference::StatusOf([&] { Apply(model, ReferenceOperator(code), right); });
+        reference::StatusOf([&, code = code] { Apply(model, ReferenceOperator(code), right); });
     const int status = ApplyToBits(value, code, right_value, place);
     if (status != right_status) return told + ": status " + std::to_string(status);
   }

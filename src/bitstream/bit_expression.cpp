@@ -38,14 +38,19 @@ class BitsPolicy : public BitsKind {
   static constexpr bool kReadsAtOnce = !kIsWatched<Watch>;
   [[nodiscard]] bool MayReadAtOnce(std::string_view text) const {
     constexpr std::size_t kShortest = 64;  // characters
-    return text.size() >= kShortest && MayBeJoinedLiterals(text) && text.size() <= effort_left_ &&
-           (text.data() > failed_at_ || text.data() + text.size() <= failed_at_);
+    const bool is_new = text.data() > failed_at_ || text.data() + text.size() <= failed_at_;
+    return is_new && text.size() >= kShortest && text.size() <= effort_left_ &&
+           MayBeJoinedLiterals(text);
   }
   bool ReadAtOnce(std::string_view text, BitValue& value) {
     effort_left_ -= text.size();
+    const OutcomePlace place_before = place_;
     const JoinedLiterals joined = OnExhaustedMemory(
         JoinedLiterals{}, [&] { return ReadJoinedLiterals(text, scopes_, place_, value); });
-    if (!joined.are_read) failed_at_ = text.data() + joined.read_count;
+    if (!joined.are_read) {
+      failed_at_ = text.data() + joined.read_count;
+      place_ = place_before;
+    }
     is_group_ = joined.are_a_group;
     return joined.are_read;
   }
