@@ -104,13 +104,13 @@ MarkedText::MarkedText(std::string_view text, Parentheses parentheses) : text_(t
     if (mark == kInlineMarks) marks = MoveToHeap(position);
     marks[mark++] = {position, link};
   };
-  const auto look_at = [&](std::uint32_t position) {
+  const auto note_other = [&](std::uint32_t position) {
     const CharClass char_class = ClassOf(text[position]);
     if (char_class != CharClass::kPlain) note(position, char_class);
   };
-  ForEachOther(text, look_at);
+  ForEachOther(text, note_other);
   const std::size_t rest = text.size() / kBlock * kBlock;
-  for (std::size_t i = rest; i < text.size(); ++i) look_at(static_cast<std::uint32_t>(i));
+  for (std::size_t i = rest; i < text.size(); ++i) note_other(static_cast<std::uint32_t>(i));
   mark_count_ = mark;
   while (innermost_open != kNoMark) {
     innermost_open = std::exchange(marks[innermost_open].link, kNoMark);

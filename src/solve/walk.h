@@ -48,7 +48,6 @@ class Walk : private WalkSteps<Policy> {
   // What a piece is known not to hold, so that nothing is searched for twice: once a text has shown
   // no group, its pieces are not looked through for one again.
   enum class RuledOut : std::uint8_t { kNothing, kGroups, kGroupsAndUnary };
-
   enum class Side : std::uint8_t { kLeft, kRight };
 
   // The order in which the sides of a middle are solved, and what is then known of each. The order

@@ -17,7 +17,7 @@ while IFS='|' read -r line expected; do
   _zrteval
   [[ "${COMPREPLY[*]}" == "$expected" ]] || { echo "FAILED: $line: ${COMPREPLY[*]}"; ((++failures)); }
 done << 'END'
-zrteval |int float bits explain check names batch encode decode
+zrteval |int float bits explain check names show batch encode decode
 zrteval e|explain encode
 zrteval --v|--version
 zrteval check |int float bits
