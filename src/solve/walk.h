@@ -17,6 +17,7 @@
 #include "scan/marks.h"
 #include "scan/operator_scan.h"
 #include "solve/small_stack.h"
+#include "solve/walk_frame.h"
 #include "solve/walk_policy.h"
 #include "solve/walk_steps.h"
 #include "solve/watch.h"
@@ -72,28 +73,7 @@ class Walk : private WalkSteps<Policy> {
     std::uint32_t mark;
   };
 
-  // Where the operators of a frame's sides stand.
-  struct SidePositions {
-    std::uint32_t left = 0;
-    std::uint32_t right = 0;
-  };
-
-  // An open level: a piece with its middle, the "(" or the unary operator, and how far it is. Deep
-  // texts have millions of them, so it is kept small.
-  struct Frame {
-    Piece piece;
-    std::uint32_t middle_mark = kNoMark;
-    std::uint32_t right_mark = kNoMark;    // first of the right text; behind a group's ")"
-    OperatorCode left_code = kNoOperator;  // of a side that is there
-    OperatorCode right_code = kNoOperator;
-    bool is_group = false;
-    std::uint8_t sides_done = 0;
-    [[no_unique_address]] IfWatched<Watch, SidePositions> operators;
-
-    [[nodiscard]] bool has_left() const { return left_code != kNoOperator; }
-    [[nodiscard]] bool has_right() const { return right_code != kNoOperator; }
-  };
-  static_assert(kIsWatched<Watch> || sizeof(Frame) == 32);
+  using Frame = WalkFrame<Watch>;
 
   Cut FindCut(const Piece& piece, RuledOut ruled_out) const;
   Cut SolveOrFindCut(const Piece& piece, RuledOut ruled_out);
@@ -121,18 +101,6 @@ class Walk : private WalkSteps<Policy> {
                          std::uint32_t& middle);
 
   ZRTStatus DeliverChain(const Piece& piece);
-
-  // The operators of a frame's sides. Where they stand is known if somebody watches.
-  static FoundOperator LeftOperatorOf(const Frame& frame) {
-    FoundOperator found{0, 0, frame.left_code};
-    if constexpr (kIsWatched<Watch>) found.position = frame.operators.left;
-    return found;
-  }
-  static FoundOperator RightOperatorOf(const Frame& frame) {
-    FoundOperator found{0, 0, frame.right_code};
-    if constexpr (kIsWatched<Watch>) found.position = frame.operators.right;
-    return found;
-  }
 
   SmallStack<Frame, 64> frames_;
   SmallStack<Solved, 64> values_;
@@ -378,8 +346,8 @@ ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan, FoundOperato
 template <class Policy>
 ZRTStatus Walk<Policy>::Combine() {
   const Frame& frame = frames_.Top();
-  const FoundOperator left_operator = LeftOperatorOf(frame);
-  const FoundOperator right_operator = RightOperatorOf(frame);
+  const FoundOperator left_operator = frame.left_operator();
+  const FoundOperator right_operator = frame.right_operator();
   const bool has_left = frame.has_left();
   const bool has_right = frame.has_right();
   const bool is_group = frame.is_group;

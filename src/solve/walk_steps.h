@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <string_view>
-#include <type_traits>
 
 #include "ErrorCodes.h"
 #include "scan/marks.h"
@@ -12,11 +11,6 @@
 #include "solve/watch.h"
 
 namespace zrt {
-
-// What is kept for a watcher alone; it takes no room where nobody watches.
-struct NotKept {};
-template <class Watch, class Kept>
-using IfWatched = std::conditional_t<kIsWatched<Watch>, Kept, NotKept>;
 
 template <class Policy>
 class WalkSteps {

@@ -7,6 +7,7 @@
 #include <concepts>
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
 #include "ErrorCodes.h"
 #include "scan/operators.h"
@@ -87,5 +88,10 @@ struct Unwatched {
 /// What is asked or kept for a watcher alone stands behind this.
 template <class Watch>
 inline constexpr bool kIsWatched = !std::same_as<Watch, Unwatched>;
+
+// What is kept for a watcher alone; it takes no room where nobody watches.
+struct NotKept {};
+template <class Watch, class Kept>
+using IfWatched = std::conditional_t<kIsWatched<Watch>, Kept, NotKept>;
 
 }  // namespace zrt
