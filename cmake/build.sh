@@ -1,6 +1,7 @@
 # For the scripts at the root: what this machine needs, and building a preset. Sourced, not run.
 #
 #   zrt_need PACKAGE=WITNESS...   installs the packages whose witness, a command or a file, is missing
+#   zrt_want PACKAGE=WITNESS...   the same, but goes on without them
 #   zrt_build PRESET [TARGET]     configures where needed and builds; speaks only if it fails
 #
 # A script that cannot get as far as its job ends with this status, told apart from the job's own.
@@ -10,8 +11,10 @@ zrt_root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 
 readonly ZRT_PACKAGES=(
   cmake=cmake ninja-build=ninja g++=g++ libcli11-dev=/usr/include/CLI/CLI.hpp
-  nlohmann-json3-dev=/usr/include/nlohmann/json.hpp libgtest-dev=/usr/include/gtest/gtest.h
-  libedit-dev=/usr/include/histedit.h)
+  nlohmann-json3-dev=/usr/include/nlohmann/json.hpp libgtest-dev=/usr/include/gtest/gtest.h)
+
+# What the host program is better with, and can do without.
+readonly ZRT_WANTED=(libedit-dev=/usr/include/histedit.h)
 readonly ZRT_CLANG=(clang=clang++ libclang-rt-14-dev=/usr/lib/llvm-14/lib/clang/14.0.6/lib/linux)
 
 # What the benchmarks stand beside, and nothing else of this project needs.
@@ -80,6 +83,11 @@ zrt_need() {
   fi
   zrt_say "On Debian 12: apt-get install --no-install-recommends ${missing[*]}"
   exit "$ZRT_NOT_PREPARED"
+}
+
+# The same for what can be done without: who cannot install it is not troubled.
+zrt_want() {
+  [[ $(id -u) != 0 ]] || (zrt_need "$@") || true
 }
 
 # Runs a step quietly; if it fails, shows what it said and ends the script.

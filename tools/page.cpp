@@ -9,7 +9,7 @@ constexpr std::string_view kStyle = R"(
 :root{color-scheme:light dark;--ink:#1b1f24;--paper:#fff;--faint:#59636e;--edge:#d0d7de;--mark:#ffe58a;--bad:#b3261e}
 @media screen and (prefers-color-scheme:dark){
 :root{--ink:#e6edf3;--paper:#14181d;--faint:#9aa5b1;--edge:#3a424b;--mark:#665200;--bad:#ff8a80}}
-@media print{:root{color-scheme:light}.wide svg{max-width:100%;height:auto}details>*{display:block}}
+@media print{:root{color-scheme:light}.wide svg{max-width:100%;height:auto}h1{break-after:avoid}}
 body{margin:0 auto;max-width:72rem;padding:1rem;font:16px/1.5 sans-serif;color:var(--ink);background:var(--paper)}
 h1,h2{font-size:1.25rem;overflow-wrap:anywhere}
 code{font:1em monospace;white-space:pre-wrap;overflow-wrap:anywhere}

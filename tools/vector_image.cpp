@@ -65,7 +65,7 @@ VectorImage::Density VectorImage::DensityOf(std::size_t first_byte, std::size_t 
     density.ones += static_cast<std::size_t>(std::popcount(bytes[i]));
   }
   if (first_byte > 0 || byte_count == 0) return density;
-  const auto spare = static_cast<std::uint8_t>(bytes[0] & ~ValidMask(0));
+  const auto spare = static_cast<std::uint8_t>(unsigned{bytes[0]} & ~unsigned{ValidMask(0)});
   density.ones -= static_cast<std::size_t>(std::popcount(spare));
   density.bits -= spare_bits();
   return density;

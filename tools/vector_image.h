@@ -25,7 +25,7 @@ struct VectorImage {
 
   [[nodiscard]] std::size_t spare_bits() const { return bytes.size() * 8 - bit_count; }
   [[nodiscard]] bool BitAt(std::size_t bit) const {
-    return ((bytes[bit / 8] >> (7 - bit % 8)) & 1U) != 0;
+    return ((unsigned{bytes[bit / 8]} >> (7 - bit % 8)) & 1U) != 0;
   }
 
   /// Valid bits of the byte, 0xFF but for the first one.

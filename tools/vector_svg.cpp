@@ -232,7 +232,7 @@ class Painter {
     for (std::size_t k = 0; k < 8; ++k) {
       const int bit_x = x + scale.bit_width * Int(k);
       BitCell(image, byte * 8 + k, bit_x, y, scale);
-      if (((changed >> (7 - k)) & 1U) == 0) continue;
+      if (((unsigned{changed} >> (7 - k)) & 1U) == 0) continue;
       svg_.Rect(bit_x + 1, y + 1, scale.bit_width - 2, kCellHeight - 2, "changed");
     }
   }
@@ -242,7 +242,7 @@ class Painter {
       return svg_.Text(x + (scale.byte_width - 2) / 2, y, Anchor::kMiddle, "bad", "^");
     }
     for (std::size_t k = 0; k < 8; ++k) {
-      if (((changed >> (7 - k)) & 1U) == 0) continue;
+      if (((unsigned{changed} >> (7 - k)) & 1U) == 0) continue;
       svg_.Text(x + scale.bit_width * Int(k) + scale.bit_width / 2, y, Anchor::kMiddle, "bad", "^");
     }
   }

@@ -71,7 +71,8 @@ class Writer {
       after += gap + Cell(comparison.after(), comparison.AfterAt(pair), changed);
       marks += gap;
       for (std::size_t k = 0; k < cell_width_; ++k) {
-        const bool is_marked = shows_bits_ ? ((changed >> (7 - k)) & 1U) != 0 : changed != 0;
+        const bool is_marked =
+            shows_bits_ ? ((unsigned{changed} >> (7 - k)) & 1U) != 0 : changed != 0;
         marks += is_marked ? '^' : ' ';
       }
     }
@@ -167,7 +168,7 @@ class Writer {
       const std::string digit = image.BitAt(bit) ? "1" : "0";
       if (bit < image.spare_bits()) {
         cell += Painted(digit, kFaint);
-      } else if (((changed >> (7 - bit % 8)) & 1U) != 0) {
+      } else if (((unsigned{changed} >> (7 - bit % 8)) & 1U) != 0) {
         cell += Painted(digit, kChanged);
       } else {
         cell += ShowsShares(image) ? Painted(digit, ColorOf(image.ShareAt(bit))) : digit;
