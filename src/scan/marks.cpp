@@ -55,18 +55,21 @@ std::uint32_t TakeFirst(std::uint64_t& ones) {
   }
 }
 
+template <class Take>
+void ForEachIn(const Others& others, std::uint32_t block, const Take& take) {
+  for (std::uint32_t word = 0; word < kBlock; word += kWord) {
+    std::uint64_t ones = OthersIn(others, word);
+    while (ones != 0) take(block + word + TakeFirst(ones));
+  }
+}
+
 // Hands on the characters of the whole blocks of `text` that may carry a mark.
 template <class Take>
 void ForEachOther(std::string_view text, const Take& take) {
   const auto in_blocks = static_cast<std::uint32_t>(text.size() / kBlock * kBlock);
   Others others;
   for (std::uint32_t block = 0; block < in_blocks; block += kBlock) {
-    if (FindOthers(&text[block], others) == 0) continue;
-    for (std::uint32_t word = 0; word < kBlock; word += kWord) {
-      for (std::uint64_t ones = OthersIn(others, word); ones != 0;) {
-        take(block + word + TakeFirst(ones));
-      }
-    }
+    if (FindOthers(&text[block], others) != 0) ForEachIn(others, block, take);
   }
 }
 
