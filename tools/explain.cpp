@@ -75,9 +75,8 @@ ExitCode Explain(const ReadingRequest& request) {
     if (request.as_json) {
       JsonLine line;
       evaluator.AddAnswer(&line, &session.explainer());
-      if (tree.root() != ReadingTree::kNone) {
-        line.AddText("brackets", tree.Brackets(text, tree.root()));
-      }
+      const bool has_brackets = tree.root() != ReadingTree::kNone;
+      if (has_brackets) line.AddText("brackets", tree.Brackets(text, tree.root()));
       std::cout << line.AddWritten("steps", StepArray(text, reading)).text() << '\n';
       return has_value;
     }

@@ -30,10 +30,15 @@ class PlainEditor : public LineEditor {
 
 }  // namespace
 
-std::unique_ptr<LineEditor> MakeLineEditor([[maybe_unused]] LineEditor::Complete complete,
-                                           [[maybe_unused]] LineEditor::Remark remark) {
 #ifdef ZRT_HAS_EDIT
+std::unique_ptr<LineEditor> MakeLineEditor(LineEditor::Complete complete,
+                                           LineEditor::Remark remark) {
   if (CanMoveCursor()) return MakeEditingEditor(std::move(complete), std::move(remark));
-#endif
   return std::make_unique<PlainEditor>();
 }
+#else
+// NOLINTNEXTLINE(performance-unnecessary-value-param): as the other one takes them
+std::unique_ptr<LineEditor> MakeLineEditor(LineEditor::Complete, LineEditor::Remark) {
+  return std::make_unique<PlainEditor>();
+}
+#endif

@@ -23,10 +23,10 @@ namespace {
 
 struct State {
   State(LineEditor::Complete complete_words, LineEditor::Remark remark_on_line)
-      : complete(std::move(complete_words)), remark(std::move(remark_on_line)) {
-    std::setlocale(LC_CTYPE, "C.UTF-8");  // of what is typed
-    edit = el_init("zrteval", stdin, stdout, stderr);
-    past = history_init();
+      : complete(std::move(complete_words)),
+        remark(std::move(remark_on_line)),
+        edit(el_init("zrteval", stdin, stdout, stderr)),
+        past(history_init()) {
     HistEvent event{};
     history(past, &event, H_SETSIZE, 1000);
     history(past, &event, H_SETUNIQUE, 1);
@@ -35,7 +35,8 @@ struct State {
     el_set(edit, EL_EDITOR, "emacs");
     el_set(edit, EL_SIGNAL, 1);
     el_set(edit, EL_HIST, history, past);
-    el_set(edit, EL_ADDFN, "zrt-complete", "completes a name", &State::CompleteWord);
+    // By its wide name: of a narrow one the library keeps a copy that it never gives back.
+    el_wset(edit, EL_ADDFN, L"zrt-complete", L"completes a name", &State::CompleteWord);
     el_set(edit, EL_BIND, "^I", "zrt-complete", nullptr);
     el_set(edit, EL_BIND, "^R", "em-inc-search-prev", nullptr);
     el_set(edit, EL_GETCFN, &State::GetCharacter);
@@ -156,8 +157,8 @@ struct State {
 
   LineEditor::Complete complete;
   LineEditor::Remark remark;
-  EditLine* edit = nullptr;
-  History* past = nullptr;
+  EditLine* edit;
+  History* past;
   std::string prompt;
   std::string shown;
   bool is_interrupted = false;
@@ -198,5 +199,6 @@ class EditingEditor : public LineEditor {
 
 std::unique_ptr<LineEditor> MakeEditingEditor(LineEditor::Complete complete,
                                               LineEditor::Remark remark) {
+  std::setlocale(LC_CTYPE, "C.UTF-8");  // of what is typed
   return std::make_unique<EditingEditor>(std::move(complete), std::move(remark));
 }

@@ -140,16 +140,19 @@ void Session::Run() {
                      [this](const std::string& line) { return RemarkOn(line); });
   std::string line;
   while (!is_over_) {
-    switch (editor->Read(KindName(kind_) + std::string("> "), &line)) {
-      case LineEditor::End::kEndOfInput: return;
-      case LineEditor::End::kInterrupted: break;
-      case LineEditor::End::kLine: try { Handle(line);
-        } catch (const Failure& failure) {
-          Complain(failure);
-        }
-        std::cout.flush();
-    }
+    const LineEditor::End end = editor->Read(KindName(kind_) + std::string("> "), &line);
+    if (end == LineEditor::End::kEndOfInput) return;
+    if (end == LineEditor::End::kLine) HandleGuarded(line);
   }
+}
+
+void Session::HandleGuarded(const std::string& line) {
+  try {
+    Handle(line);
+  } catch (const Failure& failure) {
+    Complain(failure);
+  }
+  std::cout.flush();
 }
 
 void Session::Handle(const std::string& line) {
@@ -158,14 +161,15 @@ void Session::Handle(const std::string& line) {
   const std::size_t end = std::min(line.find_first_of(kBlanks), line.size());
   // Of what follows, the blanks in front are the command's; those behind may be the text's.
   const std::size_t rest = std::min(line.find_first_not_of(kBlanks, end), line.size());
-  HandleCommand(std::string_view(line).substr(1, end - 1), line.substr(rest));
+  HandleCommand(line.substr(1, end - 1), line.substr(rest));
 }
 
 void Session::HandleCommand(std::string_view name, const std::string& rest) {
-  const auto command = std::find_if(kCommands.begin(), kCommands.end(),
-                                    [name](const Command& entry) { return entry.name == name; });
+  const auto* command = std::find_if(kCommands.begin(), kCommands.end(),
+                                     [name](const Command& entry) { return entry.name == name; });
   if (command == kCommands.end()) {
     std::vector<std::string> names;
+    names.reserve(kCommands.size());
     for (const Command& entry : kCommands) names.emplace_back(entry.name);
     const std::string nearest = NearestName(name, names);
     throw Failure{kUsage,
@@ -229,7 +233,7 @@ void Session::Evaluate(const std::string& text) {
 
 void Session::Let(const std::string& rest) {
   const std::size_t equals = rest.find('=');
-  const std::string name = Trimmed(std::string_view(rest).substr(0, equals));
+  const std::string name = Trimmed(rest.substr(0, equals));
   const std::string value = equals == std::string::npos ? "" : Trimmed(rest.substr(equals + 1));
   if (name.empty() || value.empty()) {
     throw Failure{kUsage, ":let wants NAME=VALUE behind it, such as :let size=8"};

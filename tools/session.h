@@ -15,6 +15,7 @@ class Session {
   void Run();
 
  private:
+  void HandleGuarded(const std::string& line);
   void Handle(const std::string& line);
   void HandleCommand(std::string_view name, const std::string& rest);
   void Evaluate(const std::string& text);

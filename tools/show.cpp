@@ -85,7 +85,7 @@ class Shower {
     return ByteRange{first, std::min(request_.window->count, behind)};
   }
 
-  void Print(const std::string& picture) { std::cout << (count_ > 1 ? "\n" : "") << picture; }
+  void Print(const std::string& picture) const { std::cout << (count_ > 1 ? "\n" : "") << picture; }
 
   const ShowRequest& request_;
   TextSession& session_;

@@ -99,7 +99,7 @@ void Svg::Rect(int x, int y, int width, int height, std::string_view classes,
 void Svg::Shade(int x, int y, int width, int height, std::size_t tenths) {
   if (tenths == 0) return;
   const std::string opacity = tenths >= 10 ? "1" : "." + std::to_string(tenths);
-  shapes_ += "<rect class=\"dense\" pointer-events=\"none\"" + Attribute("x", x) +
+  shapes_ += R"(<rect class="dense" pointer-events="none")" + Attribute("x", x) +
              Attribute("y", y) + Attribute("width", width) + Attribute("height", height) +
              Attribute("fill-opacity", opacity) + "/>\n";
 }
@@ -124,7 +124,7 @@ void Svg::Text(int x, int y, Anchor anchor, std::string_view classes, std::strin
 
 std::string Svg::Picture(int width, int height, const std::string& id, std::string_view title,
                          std::string_view description) const {
-  return "<svg xmlns=\"http://www.w3.org/2000/svg\" class=\"zrt\" role=\"img\"" +
+  return R"(<svg xmlns="http://www.w3.org/2000/svg" class="zrt" role="img")" +
          Attribute("aria-labelledby", id + "-title " + id + "-desc") + Attribute("width", width) +
          Attribute("height", height) +
          Attribute("viewBox", "0 0 " + std::to_string(width) + ' ' + std::to_string(height)) +

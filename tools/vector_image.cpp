@@ -106,10 +106,10 @@ std::vector<VectorImage::Share> SharesOf(std::string_view text, const ReadingTre
       first_bit += piece.bit_count;
     }
   }
-  if (first_bit != spare_bits + bit_count)
-    return {
-        {std::string(text), spare_bits, bit_count}
-    };
+  if (first_bit != spare_bits + bit_count) {
+    shares.clear();
+    shares.push_back({std::string(text), spare_bits, bit_count});
+  }
   return shares;
 }
 
@@ -147,8 +147,8 @@ std::vector<ByteRange> LongestRuns(const VectorImage& image, std::size_t least, 
 VectorComparison::VectorComparison(const VectorImage& before, const VectorImage& after)
     : before_(before),
       after_(after),
-      pair_count_(std::max(before.bytes.size(), after.bytes.size())) {
-  pairs_from_last_ = true;
+      pair_count_(std::max(before.bytes.size(), after.bytes.size())),
+      pairs_from_last_(true) {
   Count();
   // From the first byte on, bits pair only where both have as many spare ones.
   if (before.bytes.size() == after.bytes.size()) return;

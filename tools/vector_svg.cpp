@@ -44,6 +44,29 @@ class Painter {
     y_ += kLine;
   }
 
+  void Rows(const VectorImage& image, const std::vector<CellRow>& rows, const Scale& scale) {
+    for (const CellRow& row : rows) {
+      if (row.skipped_rows > 0) {
+        SkippedRows(row.skipped_rows, "more like this");
+      } else if (scale.bit_width > 0) {
+        BitRow(image, row, scale);
+      } else {
+        ByteRow(image, row, scale);
+      }
+    }
+  }
+
+  void Rows(const VectorComparison& comparison, const std::vector<CellRow>& rows,
+            const Scale& scale) {
+    for (const CellRow& row : rows) {
+      if (row.skipped_rows > 0) {
+        SkippedRows(row.skipped_rows, "without a difference");
+      } else {
+        PairRow(comparison, row, scale);
+      }
+    }
+  }
+
   void BitRow(const VectorImage& image, const CellRow& row, const Scale& scale) {
     RowNumber(row.first, y_ + 30);
     for (std::size_t i = 0; i < row.count; ++i) {
@@ -271,15 +294,7 @@ std::string VectorSvg(std::string_view text, const VectorImage& image, const std
         [&](std::size_t first, std::size_t count) { return image.DensityOf(first, count); }, false,
         " % ones");
   } else {
-    for (const CellRow& row : rows) {
-      if (row.skipped_rows > 0) {
-        painter.SkippedRows(row.skipped_rows, "more like this");
-      } else if (shows_bits) {
-        painter.BitRow(image, row, scale);
-      } else {
-        painter.ByteRow(image, row, scale);
-      }
-    }
+    painter.Rows(image, rows, scale);
   }
   painter.Legend(image);
   std::string description = SizeWords(image) + ".";
@@ -308,13 +323,7 @@ std::string ComparisonSvg(std::string_view text, const VectorComparison& compari
         },
         true, " % changed");
   } else {
-    for (const CellRow& row : rows) {
-      if (row.skipped_rows > 0) {
-        painter.SkippedRows(row.skipped_rows, "without a difference");
-      } else {
-        painter.PairRow(comparison, row, scale);
-      }
-    }
+    painter.Rows(comparison, rows, scale);
   }
   return painter.Picture(id, "What differs in " + Shown(text, kMostCharacters),
                          DifferenceWords(comparison) + ".");

@@ -134,7 +134,7 @@ class Writer {
  private:
   [[nodiscard]] std::size_t margin() const { return number_width_ + 3; }
 
-  std::string Margin(const char* sign, std::size_t byte) {
+  [[nodiscard]] std::string Margin(const char* sign, std::size_t byte) const {
     const std::string number = std::to_string(byte);
     std::string text = sign;
     text.resize(1 + number_width_ - number.size(), ' ');
@@ -156,14 +156,14 @@ class Writer {
   }
 
   std::string Cell(const VectorImage& image, std::size_t byte, std::uint8_t changed) {
-    if (byte == VectorComparison::kNone) return std::string(cell_width_, '.');
+    std::string cell(byte == VectorComparison::kNone ? cell_width_ : 0, '.');
+    if (byte == VectorComparison::kNone) return cell;
     if (!shows_bits_) {
       const std::string digits = HexBytes(image, byte, 1).substr(2);
       const std::size_t bit = std::max(byte * 8, image.spare_bits());
       if (changed != 0) return Painted(digits, kChanged);
       return ShowsShares(image) ? Painted(digits, ColorOf(image.ShareAt(bit))) : digits;
     }
-    std::string cell;
     for (std::size_t bit = byte * 8; bit < byte * 8 + 8; ++bit) {
       const std::string digit = image.BitAt(bit) ? "1" : "0";
       if (bit < image.spare_bits()) {
@@ -282,14 +282,13 @@ std::string ComparisonText(const VectorComparison& comparison,
       return VectorImage::Density{ChangedIn(comparison, first, count), count * 8};
     };
     writer.Map(comparison.pair_count(), changed, "changed");
-    for (std::size_t i = 0; i < comparison.ranges().size(); ++i) {
-      if (i == kMostLegend) {
-        writer.Words("  and " + std::to_string(comparison.ranges().size() - i) + " more");
-        break;
-      }
+    const std::size_t count = comparison.ranges().size();
+    const std::size_t told = std::min(count, kMostLegend);
+    for (std::size_t i = 0; i < told; ++i) {
       const ChangeWords words = WordsOf(comparison, comparison.ranges()[i]);
       writer.Words("  " + words.where + ": " + words.before + " -> " + words.after);
     }
+    if (told < count) writer.Words("  and " + std::to_string(count - told) + " more");
     return writer.Take();
   }
   for (const CellRow& row : rows) {
