@@ -38,7 +38,8 @@ std::unique_ptr<LineEditor> MakeLineEditor(LineEditor::Complete complete,
 }
 #else
 // NOLINTNEXTLINE(performance-unnecessary-value-param): as the other one takes them
-std::unique_ptr<LineEditor> MakeLineEditor(LineEditor::Complete, LineEditor::Remark) {
+std::unique_ptr<LineEditor> MakeLineEditor(LineEditor::Complete /*complete*/,
+                                           LineEditor::Remark /*remark*/) {
   return std::make_unique<PlainEditor>();
 }
 #endif

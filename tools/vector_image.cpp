@@ -147,8 +147,7 @@ std::vector<ByteRange> LongestRuns(const VectorImage& image, std::size_t least, 
 VectorComparison::VectorComparison(const VectorImage& before, const VectorImage& after)
     : before_(before),
       after_(after),
-      pair_count_(std::max(before.bytes.size(), after.bytes.size())),
-      pairs_from_last_(true) {
+      pair_count_(std::max(before.bytes.size(), after.bytes.size())) {
   Count();
   // From the first byte on, bits pair only where both have as many spare ones.
   if (before.bytes.size() == after.bytes.size()) return;

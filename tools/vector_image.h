@@ -95,7 +95,7 @@ class VectorComparison {
   const VectorImage& before_;
   const VectorImage& after_;
   std::size_t pair_count_;
-  bool pairs_from_last_;
+  bool pairs_from_last_ = true;
   std::size_t changed_bits_ = 0;
   std::size_t changed_bytes_ = 0;
   std::vector<ByteRange> ranges_;
