@@ -37,9 +37,10 @@ std::unique_ptr<LineEditor> MakeLineEditor(LineEditor::Complete complete,
   return std::make_unique<PlainEditor>();
 }
 #else
-// NOLINTNEXTLINE(performance-unnecessary-value-param): as the other one takes them
+// NOLINTBEGIN(performance-unnecessary-value-param): as the other one takes them
 std::unique_ptr<LineEditor> MakeLineEditor(LineEditor::Complete /*complete*/,
                                            LineEditor::Remark /*remark*/) {
   return std::make_unique<PlainEditor>();
 }
+// NOLINTEND(performance-unnecessary-value-param)
 #endif
