@@ -47,7 +47,7 @@ std::uint64_t Setting(const char* name, std::uint64_t otherwise) {
 TEST_F(Reference, GeneratedTexts) {
   std::mt19937_64 random(Setting("ZRT_REFERENCE_SEED", 1));
   TextGenerator generator([&random] { return random(); });
-  const std::uint64_t count = Setting("ZRT_REFERENCE_TEXTS", 100000);
+  const std::uint64_t count = Setting("ZRT_REFERENCE_TEXTS", ZRT_IS_SANITIZED ? 30000 : 100000);
   for (std::uint64_t i = 0; i < count && !HasFailure(); ++i) Compare(generator.Text());
   const std::size_t values = twins_[0].value_count + twins_[1].value_count + twins_[2].value_count;
   EXPECT_GT(values, texts_ / 2) << "too few of the texts have a value";
