@@ -8,6 +8,7 @@
 #include "ordinary.h"
 #include "reading_text.h"
 #include "reading_tree.h"
+#include "shown_text.h"
 #include "terminal.h"
 #include "texts.h"
 
@@ -95,7 +96,7 @@ ExitCode Mend(const ReadingRequest& request) {
     const std::string mended = mender.Mended(text);
     const Hint& refusal = mender.refusal();
     if (refusal.says.empty()) {
-      std::cout << mended << '\n';
+      std::cout << (IsOutputTerminal() ? Shown(mended) : mended) << '\n';
       return true;
     }
     PrintPlace(ErrorStream(), source, refusal.place, "not mended: " + refusal.says, ErrorStyle());
