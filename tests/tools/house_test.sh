@@ -105,6 +105,9 @@ words() {
     grep -v '^tests/tools/house_test.sh:' | sed 's/$/  <- a word that was given up/'
 }
 
+# What a merge that was not finished leaves behind.
+unmerged() { grep -nHE '^(<{7}|>{7})( |$)' "${files[@]}" | sed 's/$/  <- a conflict that stands/'; }
+
 # Too many checks that .clang-tidy switches off, and those whose reason it does not tell.
 exceptions() {
   awk -v most=10 '
@@ -127,6 +130,7 @@ offences="$(
   include_order
   sizes_and_openings
   words
+  unmerged
   exceptions
   never 'library code does not throw' 'throw[^A-Za-z0-9_]' "${library[@]}"
   never 'exceptions end in src/bits/exhausted_memory.h alone' '(try|catch) *[({]' "${library[@]}" |
