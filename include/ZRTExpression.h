@@ -23,8 +23,6 @@
 // row pointer.
 #pragma once
 
-#include <memory>
-
 #include "ErrorCodes.h"
 #include "RowDataStream.h"
 #include "hq4170.h"
@@ -231,5 +229,5 @@ class ZRT_EXPORT ZRTExpression {
 
   // What stands behind Handler when objects share it, and the fields made for mask names.
   struct OwnedState;
-  std::unique_ptr<OwnedState> owned_;
+  OwnedState* owned_ = nullptr;
 };

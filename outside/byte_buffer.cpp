@@ -4,9 +4,10 @@
 #include <algorithm>
 #include <atomic>
 #include <climits>
-#include <iterator>
+#include <memory>
 #include <new>
 #include <utility>
+#include <vector>
 
 #include "hq4170.h"
 
@@ -28,15 +29,33 @@ std::unique_ptr<unsigned char[]> NewBytes(int count) {
 }  // namespace
 
 struct LByteBuffer::Link {
-  explicit Link(int block_size) : handle(&block, block_size) {}
+  Link(Chain* holder, int block_size) : block(holder), handle(&block, block_size) {}
 
   Block block;
   LByteBuffer handle;
 };
 
-LByteBuffer::Chain::Chain() { first.chain = this; }
+struct LByteBuffer::Chain {
+  Chain() : first(this) {}
 
-LByteBuffer::Chain::~Chain() = default;
+  Block& At(std::size_t ordinal);
+  int SizeFrom(const Block& block);
+  LByteBuffer* Add(std::unique_ptr<Link> link);
+  void DropBehind(const Block& block);
+  static std::unique_ptr<unsigned char[]> MakeRoom(LByteBuffer* buffer, std::size_t count);
+
+  EvenBlocks even;
+  Block first;
+  std::vector<std::unique_ptr<Link>> links;
+  std::atomic<int> owner_count{1};
+
+ private:
+  void KeepEven(std::size_t block_count);
+
+  std::vector<unsigned char*> even_blocks_;
+};
+
+LByteBuffer::Block::Block(Chain* holder) noexcept : chain(holder), even(&holder->even) {}
 
 LByteBuffer::Block& LByteBuffer::Chain::At(std::size_t ordinal) {
   return ordinal == 0 ? first : links[ordinal - 1]->block;
@@ -47,17 +66,16 @@ int LByteBuffer::Chain::SizeFrom(const Block& block) {
   return last.start + last.size() - block.start;
 }
 
-// Throws std::bad_alloc with the chain unchanged but for even_blocks, which may have the last
+// Throws std::bad_alloc with the chain unchanged but for the even blocks, which may have the last
 // block.
 LByteBuffer* LByteBuffer::Chain::Add(std::unique_ptr<Link> link) {
   Block& last = At(links.size());
   link->block.start = last.start + last.size();
   link->block.ordinal = last.ordinal + 1;
-  link->block.chain = this;
-  if (last.ordinal == 0) even_size = static_cast<unsigned int>(std::max(last.size(), 1));
-  const bool is_even = static_cast<unsigned int>(last.size()) == even_size;
-  if (is_even && even_blocks.size() == last.ordinal) even_blocks.push_back(last.data.get());
-  even_bytes = even_blocks.size() * even_size;
+  if (last.ordinal == 0) even.size = static_cast<unsigned int>(std::max(last.size(), 1));
+  const bool is_even = static_cast<unsigned int>(last.size()) == even.size;
+  if (is_even && even_blocks_.size() == last.ordinal) even_blocks_.push_back(last.data);
+  KeepEven(even_blocks_.size());
   links.push_back(std::move(link));
   last.limit = last.end;
   return &links.back()->handle;
@@ -65,8 +83,13 @@ LByteBuffer* LByteBuffer::Chain::Add(std::unique_ptr<Link> link) {
 
 void LByteBuffer::Chain::DropBehind(const Block& block) {
   links.resize(block.ordinal);
-  even_blocks.resize(std::min(even_blocks.size(), block.ordinal));
-  even_bytes = even_blocks.size() * even_size;
+  KeepEven(std::min(even_blocks_.size(), block.ordinal));
+}
+
+void LByteBuffer::Chain::KeepEven(std::size_t block_count) {
+  even_blocks_.resize(block_count);
+  even.data = even_blocks_.data();
+  even.bytes = block_count * even.size;
 }
 
 LByteBuffer::LByteBuffer() noexcept : block_size_(GetDefaultBlockSize()) {}
@@ -74,9 +97,7 @@ LByteBuffer::LByteBuffer() noexcept : block_size_(GetDefaultBlockSize()) {}
 LByteBuffer::LByteBuffer(int size) noexcept : block_size_(FixedSize(size)) {}
 
 LByteBuffer::LByteBuffer(const LByteBuffer& other) noexcept : block_size_(other.block_size_) {
-  if (AppendChain(other)) return;
-  chain_.reset();
-  block_ = nullptr;
+  if (!AppendChain(other)) Share(nullptr);
 }
 
 LByteBuffer& LByteBuffer::operator=(const LByteBuffer& other) noexcept {
@@ -84,16 +105,14 @@ LByteBuffer& LByteBuffer::operator=(const LByteBuffer& other) noexcept {
   block_size_ = other.block_size_;
   if (other.IsLink()) {
     const LByteBuffer copy(other);  // before this object's blocks go: `other` may be one of them
-    block_ = copy.block_;
-    chain_ = copy.chain_;
+    Share(&copy);
   } else {
-    block_ = other.block_;
-    chain_ = other.chain_;
+    Share(&other);
   }
   return *this;
 }
 
-LByteBuffer::~LByteBuffer() = default;
+LByteBuffer::~LByteBuffer() { Share(nullptr); }
 
 LByteBuffer* LByteBuffer::AllocateNewBlock() {
   if (!EnsureChain()) return nullptr;
@@ -102,11 +121,11 @@ LByteBuffer* LByteBuffer::AllocateNewBlock() {
   if (room < FixedSize(block_size_)) return nullptr;
   const Block& last = chain.At(chain.links.size());
   try {
-    auto link = std::make_unique<Link>(block_size_);
+    auto link = std::make_unique<Link>(&chain, block_size_);
     const int capacity = block_size_ == 0 ? std::min(kFirstCapacity, room) : block_size_;
-    link->block.data = NewBytes(capacity);  // its first bytes are sure to find room
+    link->block.data = NewBytes(capacity).release();  // its first bytes are sure to find room
     if (link->block.data == nullptr) return nullptr;
-    link->block.end = link->block.data.get();
+    link->block.end = link->block.data;
     link->block.limit = link->block.end + capacity;
     return chain.Add(std::move(link));
   } catch (const std::bad_alloc&) {
@@ -132,11 +151,12 @@ unsigned int LByteBuffer::GetTotalSize() {
 void LByteBuffer::ClearBuffer() {
   if (block_ == nullptr) return;
   block_->chain->DropBehind(*block_);
-  block_->end = block_->data.get();
+  block_->end = block_->data;
 }
 
 std::size_t LByteBuffer::AppendData(const unsigned char* bytes, std::size_t count) {
-  const auto replaced = MakeRoom(count);  // ends after the copy: the bytes may lie in it
+  const auto replaced =
+      Chain::MakeRoom(this, count);  // ends after the copy: the bytes may lie in it
   if (block_ == nullptr) return 0;
   const auto room = static_cast<std::size_t>(block_->limit - block_->end);
   const std::size_t taken = std::min(count, room);
@@ -146,7 +166,7 @@ std::size_t LByteBuffer::AppendData(const unsigned char* bytes, std::size_t coun
 }
 
 std::span<unsigned char> LByteBuffer::RoomToAppend(std::size_t count) {
-  if (block_ == nullptr || block_->size() == 0) MakeRoom(count);
+  if (block_ == nullptr || block_->size() == 0) Chain::MakeRoom(this, count);
   if (block_ == nullptr) return {};
   const auto room = static_cast<std::size_t>(block_->limit - block_->end);
   if (room < count) return {};
@@ -155,7 +175,7 @@ std::span<unsigned char> LByteBuffer::RoomToAppend(std::size_t count) {
 
 bool LByteBuffer::Append(std::span<const unsigned char> bytes) {
   LByteBuffer* last = GetLastBlock(this);
-  const auto replaced = last->MakeRoom(bytes.size());  // ends after all copies, as above
+  const auto replaced = Chain::MakeRoom(last, bytes.size());  // ends after all copies, as above
   for (;;) {
     bytes = bytes.subspan(last->AppendData(bytes.data(), bytes.size()));
     if (bytes.empty()) return true;
@@ -192,7 +212,7 @@ int LByteBuffer::WriteSlowly(unsigned char b) { return AppendData(&b, 1) == 0 ? 
 bool LByteBuffer::EnsureChain() {
   if (block_ != nullptr) return true;
   try {
-    chain_ = std::make_shared<Chain>();
+    chain_ = new Chain;
     block_ = &chain_->first;
     return true;
   } catch (const std::bad_alloc&) {
@@ -205,25 +225,36 @@ int LByteBuffer::MostBytes() const {
   return block_size_ == 0 ? INT_MAX - block_->start : block_size_;
 }
 
-// Makes room for `count` more bytes, or as many as the block may hold, if there is memory. Gives
-// the memory that the block had before.
-std::unique_ptr<unsigned char[]> LByteBuffer::MakeRoom(std::size_t count) {
-  if (count == 0 || !EnsureChain()) return nullptr;
-  if (block_->ordinal < block_->chain->links.size()) return nullptr;  // full
-  const auto size = static_cast<std::size_t>(block_->size());
-  const auto capacity = static_cast<std::size_t>(block_->capacity());
-  const auto most = static_cast<std::size_t>(MostBytes());
+// From now on this object refers to the blocks of `other`, a whole chain, or to none.
+void LByteBuffer::Share(const LByteBuffer* other) noexcept {
+  Chain* chain = other == nullptr ? nullptr : other->chain_;
+  if (chain != nullptr) ++chain->owner_count;
+  if (chain_ != nullptr && --chain_->owner_count == 0) delete chain_;
+  chain_ = chain;
+  block_ = chain == nullptr ? nullptr : &chain->first;
+}
+
+// Makes room in the buffer's block for `count` more bytes, or as many as it may hold, if there is
+// memory. Gives the memory that the block had before.
+std::unique_ptr<unsigned char[]> LByteBuffer::Chain::MakeRoom(LByteBuffer* buffer,
+                                                              std::size_t count) {
+  if (count == 0 || !buffer->EnsureChain()) return nullptr;
+  Block& block = *buffer->block_;
+  if (block.ordinal < block.chain->links.size()) return nullptr;  // full
+  const auto size = static_cast<std::size_t>(block.size());
+  const auto capacity = static_cast<std::size_t>(block.capacity());
+  const auto most = static_cast<std::size_t>(buffer->MostBytes());
   if (count <= capacity - size || capacity == most) return nullptr;
   const std::size_t needed = size + std::min(count, most - size);
   std::size_t larger = std::max({needed, 2 * capacity, std::size_t{kFirstCapacity}});
-  if (block_size_ != 0 || larger > most) larger = most;
+  if (buffer->block_size_ != 0 || larger > most) larger = most;
   auto bytes = NewBytes(static_cast<int>(larger));
   if (bytes == nullptr) return nullptr;
-  std::copy_n(block_->data.get(), size, bytes.get());
-  block_->data.swap(bytes);
-  block_->end = block_->data.get() + size;
-  block_->limit = block_->data.get() + larger;
-  return bytes;
+  std::copy_n(block.data, size, bytes.get());
+  std::unique_ptr<unsigned char[]> replaced(std::exchange(block.data, bytes.release()));
+  block.end = block.data + size;
+  block.limit = block.data + larger;
+  return replaced;
 }
 
 // Repeats the bytes, not how they are spread over blocks. What `source` held at first is all,
@@ -235,7 +266,7 @@ bool LByteBuffer::AppendChain(const LByteBuffer& source) {
   for (std::size_t ordinal = source.block_->ordinal; left > 0; ++ordinal) {
     const Block& block = chain.At(ordinal);
     const int count = std::min(left, block.size());
-    if (!Append({block.data.get(), static_cast<std::size_t>(count)})) return false;
+    if (!Append({block.data, static_cast<std::size_t>(count)})) return false;
     left -= count;
   }
   return true;

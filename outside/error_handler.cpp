@@ -4,6 +4,7 @@
 #include <charconv>
 #include <fstream>
 #include <map>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -50,7 +51,7 @@ struct ErrorHandler::List {
 
 ErrorHandler::ErrorHandler() = default;
 
-ErrorHandler::~ErrorHandler() = default;
+ErrorHandler::~ErrorHandler() { delete list_; }
 
 void ErrorHandler::SetDefaultDir(const char* dir) {
   try {
@@ -68,7 +69,7 @@ int ErrorHandler::Initialize(char* file, int /*category*/) {
     if (file != nullptr && default_dir_) {
       auto list = std::make_unique<List>();
       outcome = list->Read(default_dir_->empty() ? file : *default_dir_ + "/" + file);
-      if (outcome.status == 0) list_ = std::move(list);
+      if (outcome.status == 0) delete std::exchange(list_, list.release());
     }
     error_line_ = outcome.line;
     if (outcome.line > 0) list_error_ = "line " + std::to_string(outcome.line) + ": ";

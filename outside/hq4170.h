@@ -5,13 +5,13 @@
 //
 // Each class shows its contract first. What stands below "Host side" is this stand-in's own, for
 // programs that build and inspect objects; a library that only evaluates must not rely on it.
-// No operation of the contract throws. No class takes a lock.
+// No operation of the contract throws. No class takes a lock. What is owned is deleted by plain
+// destructors: the header of the standard library's owning pointers costs a host's compiler as much
+// as all that stands here.
 #pragma once
 
-#include <bitset>
 #include <cstddef>
 #include <map>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -108,7 +108,7 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   }
 
   /// This block's bytes, null or not if there are none, and their count.
-  unsigned char* GetDataBlock() { return block_ == nullptr ? nullptr : block_->data.get(); }
+  unsigned char* GetDataBlock() { return block_ == nullptr ? nullptr : block_->data; }
   int GetDataSize() { return block_ == nullptr ? 0 : block_->size(); }
 
   /// The bytes from this block on through the chain.
@@ -139,36 +139,33 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   static int GetDefaultBlockSize() noexcept;
 
  private:
-  struct Chain;
-  struct Link;  // a block behind the head, with the object to reach it through
+  struct Chain;  // the blocks; the heads that share it own it, its last one deletes it
+  struct Link;   // a block behind the head, with the object to reach it through
+
+  // Where bytes are found by a division: the blocks at a chain's front that others follow, as far
+  // as they are as large as the first.
+  struct ZRT_OUTSIDE_HIDDEN EvenBlocks {
+    unsigned char* const* data = nullptr;
+    unsigned int size = 1;  // bytes of each
+    std::size_t bytes = 0;  // in all of them
+  };
 
   struct ZRT_OUTSIDE_HIDDEN Block {
-    [[nodiscard]] int size() const { return static_cast<int>(end - data.get()); }        // bytes
-    [[nodiscard]] int capacity() const { return static_cast<int>(limit - data.get()); }  // bytes
+    explicit Block(Chain* holder) noexcept;
+    Block(const Block&) = delete;
+    Block& operator=(const Block&) = delete;
+    ~Block() { delete[] data; }
 
-    std::unique_ptr<unsigned char[]> data;
+    [[nodiscard]] int size() const { return static_cast<int>(end - data); }        // bytes
+    [[nodiscard]] int capacity() const { return static_cast<int>(limit - data); }  // bytes
+
+    unsigned char* data = nullptr;   // owned
     unsigned char* end = nullptr;    // of the bytes
     unsigned char* limit = nullptr;  // of the memory; the bytes' end once another block follows
     int start = 0;                   // bytes in the blocks before it
     std::size_t ordinal = 0;         // its place in the chain
-    Chain* chain = nullptr;
-  };
-
-  struct ZRT_OUTSIDE_HIDDEN Chain {
-    Chain();
-    ~Chain();
-    Block& At(std::size_t ordinal);
-    int SizeFrom(const Block& block);
-    LByteBuffer* Add(std::unique_ptr<Link> link);
-    void DropBehind(const Block& block);
-
-    Block first;
-    std::vector<std::unique_ptr<Link>> links;
-    // Where bytes are found by a division: the blocks at the chain's front that others follow, as
-    // far as they are as large as the first.
-    std::vector<unsigned char*> even_blocks;
-    unsigned int even_size = 1;  // bytes
-    std::size_t even_bytes = 0;  // in all of them
+    Chain* chain;
+    const EvenBlocks* even;  // the chain's
   };
 
   LByteBuffer(Block* block, int block_size) noexcept : block_(block), block_size_(block_size) {}
@@ -176,14 +173,14 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   unsigned char* Find(int index) {
     if (block_ == nullptr) return nullptr;
     const std::size_t place = static_cast<unsigned int>(index);  // of a negative one: behind all
-    if (place < static_cast<std::size_t>(block_->end - block_->data.get())) {
+    if (place < static_cast<std::size_t>(block_->end - block_->data)) {
       return &block_->data[place];
     }
     const std::size_t position = static_cast<unsigned int>(block_->start) + place;
-    const Chain& chain = *block_->chain;
-    if (position >= chain.even_bytes) return FindUneven(position);
-    const auto even = static_cast<unsigned int>(position);
-    return chain.even_blocks[even / chain.even_size] + even % chain.even_size;
+    const EvenBlocks& even = *block_->even;
+    if (position >= even.bytes) return FindUneven(position);
+    const auto index_in_all = static_cast<unsigned int>(position);
+    return even.data[index_in_all / even.size] + index_in_all % even.size;
   }
 
   unsigned char* FindUneven(std::size_t position);
@@ -191,12 +188,12 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   bool IsLink() const { return block_ != nullptr && chain_ == nullptr; }
   ZRT_OUTSIDE_HIDDEN int MostBytes() const;
   ZRT_OUTSIDE_HIDDEN bool EnsureChain();
-  ZRT_OUTSIDE_HIDDEN std::unique_ptr<unsigned char[]> MakeRoom(std::size_t count);
   ZRT_OUTSIDE_HIDDEN bool AppendChain(const LByteBuffer& source);
+  ZRT_OUTSIDE_HIDDEN void Share(const LByteBuffer* other) noexcept;
 
-  std::shared_ptr<Chain> chain_;  // null in a later block: its chain holds it
-  Block* block_ = nullptr;        // null before the first byte
-  int block_size_;                // bytes of each block, 0 if blocks grow
+  Chain* chain_ = nullptr;  // shared; null in a later block: its chain holds it
+  Block* block_ = nullptr;  // null before the first byte
+  int block_size_;          // bytes of each block, 0 if blocks grow
 };
 
 #if defined(__GNUC__)
@@ -279,7 +276,7 @@ class ZRT_OUTSIDE_EXPORT ErrorHandler : public LObject {
   struct ZRT_OUTSIDE_HIDDEN List;
 
   std::optional<std::string> default_dir_ = std::string();  // empty only if memory ran out
-  std::unique_ptr<List> list_;                              // null before one is loaded
+  List* list_ = nullptr;                                    // owned; null before one is loaded
   std::string record_;
   std::string list_error_;
   int error_line_ = 0;
@@ -288,14 +285,18 @@ class ZRT_OUTSIDE_EXPORT ErrorHandler : public LObject {
 /// A node of an RBTree: the object that is stored under a name.
 class ZRT_OUTSIDE_EXPORT RBTreeNode {
  public:
-  LObject* GetObject() { return object_.get(); }
+  LObject* GetObject() { return object_; }
 
   // ---- Host side -----------------------------------------------------------------------------
 
-  explicit RBTreeNode(std::unique_ptr<LObject> object) : object_(std::move(object)) {}
+  /// Takes over an object that was made by new.
+  explicit RBTreeNode(LObject* object) noexcept : object_(object) {}
+  RBTreeNode(const RBTreeNode&) = delete;
+  RBTreeNode& operator=(const RBTreeNode&) = delete;
+  ~RBTreeNode() { delete object_; }
 
  private:
-  std::unique_ptr<LObject> object_;
+  LObject* object_;
 };
 
 /// A red-black tree of objects by name, as std::map is one. It owns the objects; it cannot be
@@ -311,7 +312,7 @@ class ZRT_OUTSIDE_EXPORT RBTree {
   RBTreeNode* Search(RBTreeNode* from, char* key) { return from == nullptr ? nullptr : Find(key); }
 
   /// A node to search from; null in an empty tree.
-  RBTreeNode* GetRoot() { return nodes_.empty() ? nullptr : nodes_.begin()->second.get(); }
+  RBTreeNode* GetRoot() { return nodes_.empty() ? nullptr : &nodes_.begin()->second; }
 
  protected:
   /// The node of that name, or null. Many texts that are looked up are literals: they fail at once,
@@ -321,15 +322,17 @@ class ZRT_OUTSIDE_EXPORT RBTree {
     return FindNode(name);
   }
 
-  /// For trees of one kind of object: stores `object` under `name`, which no node has yet.
-  /// Throws std::bad_alloc with the tree unchanged.
-  void Insert(const char* name, std::unique_ptr<LObject> object);
+  /// For trees of one kind of object: stores `object`, which was made by new, under `name`, which
+  /// no node has yet. Throws std::bad_alloc with the tree unchanged; then the object stays the
+  /// caller's.
+  void Insert(const char* name, LObject* object);
 
  private:
   RBTreeNode* FindNode(std::string_view name) const;
 
-  std::map<std::string, std::unique_ptr<RBTreeNode>, std::less<>> nodes_;
-  std::bitset<256> first_characters_;  // of all names; of the empty one its terminator
+  // Mutable: a tree that nobody changes hands out objects that somebody may change.
+  mutable std::map<std::string, RBTreeNode, std::less<>> nodes_;
+  bool first_characters_[256] = {};  // of all names; of the empty one its terminator
 };
 
 /// Copies, appends `n` characters of `src` from position `m` on, terminated; `n` 0 takes them all.

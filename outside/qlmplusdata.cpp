@@ -8,7 +8,9 @@
 
 QLMDataField::QLMDataField() = default;
 
-QLMDataField::~QLMDataField() = default;
+QLMDataField::~QLMDataField() {
+  for (const Row* row : rows_) delete row;
+}
 
 void QLMDataField::SetFieldName(const char* name) {
   try {
@@ -25,8 +27,8 @@ LByteBuffer* QLMDataField::AddRow(int width, const std::vector<unsigned char>& b
     auto row = std::make_unique<Row>();
     row->width = width;
     if (!row->bytes.Append(bytes)) return nullptr;
-    rows_.push_back(std::move(row));
-    return &rows_.back()->bytes;
+    rows_.push_back(row.get());
+    return &row.release()->bytes;
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
@@ -59,8 +61,7 @@ QLMDataField* QLMPlusData::AddField(const char* name) {
   if (name == nullptr) name = "";
   if (QLMDataField* known = FieldOf(Find(name))) return known;
   auto added = std::make_unique<QLMDataField>();
-  QLMDataField* field = added.get();
-  field->name_ = name;
-  Insert(name, std::move(added));
-  return field;
+  added->name_ = name;
+  Insert(name, added.get());
+  return added.release();
 }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -55,10 +54,10 @@ class ZRT_OUTSIDE_EXPORT QLMDataField : public LObject {
     int width = 0;  // bits
   };
 
-  Row* RowAt(std::size_t place) { return place < rows_.size() ? rows_[place].get() : nullptr; }
+  Row* RowAt(std::size_t place) { return place < rows_.size() ? rows_[place] : nullptr; }
 
   std::string name_;
-  std::vector<std::unique_ptr<Row>> rows_;  // a row stays where it is when others are added
+  std::vector<Row*> rows_;  // owned: a row stays where it is when others are added
   std::size_t current_ = 0;
 };
 

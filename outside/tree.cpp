@@ -1,17 +1,15 @@
 // The tree of objects by name, and the base of the objects. What is inline in the header turns away
 // most names that are not there.
-#include <utility>
-
 #include "hq4170.h"
 
 LObject::~LObject() = default;
 
-void RBTree::Insert(const char* name, std::unique_ptr<LObject> object) {
-  nodes_.emplace(name, std::make_unique<RBTreeNode>(std::move(object)));
-  first_characters_.set(static_cast<unsigned char>(*name));
+void RBTree::Insert(const char* name, LObject* object) {
+  nodes_.try_emplace(name, object);
+  first_characters_[static_cast<unsigned char>(*name)] = true;
 }
 
 RBTreeNode* RBTree::FindNode(std::string_view name) const {
   const auto found = nodes_.find(name);
-  return found == nodes_.end() ? nullptr : found->second.get();
+  return found == nodes_.end() ? nullptr : &found->second;
 }

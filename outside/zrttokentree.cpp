@@ -44,7 +44,6 @@ ZRTTokens* ZRTTokenTree::Add(ZRTTokens token) {
     return known;
   }
   auto added = std::make_unique<ZRTTokens>(std::move(token));
-  ZRTTokens* stored = added.get();
-  Insert(stored->GetName(), std::move(added));
-  return stored;
+  Insert(added->GetName(), added.get());
+  return added.release();
 }

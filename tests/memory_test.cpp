@@ -64,9 +64,15 @@ TEST(Memory, RunsOutInCopies) {
     char text[83];
     EXPECT_EQ(target.Initialize(old.path), 0);
     Fill(stream, bytes);
-    run([&] { return copied.emplace(world.expression), target = world.expression, 0; });
-    run([&] { return target_stream.CopyBlock(&stream), copied_stream.emplace(stream), 0; });
-    run([&] { return shared = stream, fnGetDataExpression(&stream, text), 0; });
+    run([&] {
+      copied.emplace(world.expression);
+      target = world.expression;
+      target_stream.CopyBlock(&stream);
+      copied_stream.emplace(stream);
+      shared = stream;
+      fnGetDataExpression(&stream, text);
+      return 0;
+    });
     for (ZRTExpression* each : {&*copied, &target}) {
       EXPECT_EQ(each->GetDefaultDir() ? each->GetDefaultDir() : listed.name, listed.name);
       EXPECT_EQ(each->GetErrorHandler() ? EntryOf(*each) : "An entry.", "An entry.");

@@ -25,7 +25,7 @@ int ZRTExpression::Initialize(char* dir) {
       return status;
     }
     if (!Handler) {
-      if (!owned_) owned_ = std::make_unique<OwnedState>();
+      if (!owned_) owned_ = new OwnedState;
       owned_->handler = std::make_shared<ErrorHandler>();
       Handler = owned_->handler.get();
     }

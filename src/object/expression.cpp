@@ -58,6 +58,7 @@ ZRTExpression::ZRTExpression(const ZRTExpression& source) noexcept { *this = sou
 ZRTExpression::~ZRTExpression() {
   delete[] DefaultDir;
   delete[] ErrorInstruction;
+  delete owned_;
 }
 
 ZRTExpression& ZRTExpression::operator=(const ZRTExpression& source) noexcept {
@@ -71,7 +72,7 @@ ZRTExpression& ZRTExpression::operator=(const ZRTExpression& source) noexcept {
   ExternalZRTData = source.ExternalZRTData;
 
   // The fields made for mask names stay with the object that handed them out.
-  if (!owned_ && source.Handler) owned_.reset(new (std::nothrow) OwnedState);
+  if (!owned_ && source.Handler) owned_ = new (std::nothrow) OwnedState;
   if (owned_) {
     owned_->handler = source.owned_ ? source.owned_->handler : nullptr;
     Handler = owned_->handler.get();

@@ -16,7 +16,7 @@ QLMDataField* ZRTExpression::SearchDataFieldSTAPLimpl(char* name) {
   if (QLMDataField* field = CurrentScopes().FindField(name)) return field;
   if (!IsIgnoreInst(name)) return nullptr;
   return OnExhaustedMemory(nullptr, [&]() -> QLMDataField* {
-    if (!owned_) owned_ = std::make_unique<OwnedState>();
+    if (!owned_) owned_ = new OwnedState;
     auto field = std::make_unique<QLMDataField>();
     field->SetFieldName(name);
     if (!field->AddRow(0)) return nullptr;

@@ -40,6 +40,7 @@ mapfile -t code < <(chosen '\.(h|cpp)$')
 mapfile -t sources < <(chosen '\.(h|cpp|sh|py|cmake)$|CMakeLists\.txt$|^tests/examples/|^(.*/)?[a-z]+$' |
                        grep -vE '^tests/fuzz/corpus/|^debian/(control|copyright|source/format)$')
 mapfile -t library < <(chosen '^(src|include)/.*\.(h|cpp)$')
+mapfile -t public < <(chosen '^(include|outside)/.*\.h$')
 mapfile -t tests < <(chosen '^tests/.*\.(h|cpp)$')
 
 # The includes whose target their folder must not include.
@@ -141,6 +142,8 @@ offences="$(
   never 'the library reads and prints nothing' \
     'std::w?(cin|cout|cerr|clog|[a-z]*fstream)|f(re)?open *[(]|#include <([a-z]*stream|cstdio|print)>' \
     "${library[@]}"
+  never 'what hosts include is quick to compile: <memory> alone takes a quarter of a second' \
+    '#include <(memory|functional|regex|filesystem|[a-z]*stream|algorithm|ranges)>' "${public[@]}"
   never 'no test asserts a time' '#include <c?(chrono|time)(\.h)?>|clock *[(]' "${tests[@]}"
 )"
 [[ -z $offences ]] || { printf '%s\n' "$offences"; exit 1; }
