@@ -120,8 +120,7 @@ std::string CutList(std::string_view text, const ReadingTree& tree) {
     if (!cut_line.symbol.empty()) line += ' ';
     line += cut_line.side;
     if (!cut_line.value.empty()) {
-      line.resize(std::max(line.size() + 1, kValueColumn), ' ');
-      line += "= " + cut_line.value;
+      line = Padded(line + ' ', kValueColumn) + "= " + cut_line.value;
     }
     list += "    " + line + '\n';
   }

@@ -35,7 +35,8 @@ bool TextEvaluator::EvaluateWatched(const std::string& text, zrt::ValueKind kind
 
 bool TextEvaluator::IsSmall() {
   if (bit_length() <= options_.max_bits) return true;
-  refusal_ = "the value has " + std::to_string(bit_length()) + " bits, the limit is " +
+  refusal_ = "the value has " + std::to_string(bit_length()) +
+             (bit_length() == 1 ? " bit" : " bits") + ", the limit is " +
              std::to_string(options_.max_bits);
   return false;
 }
@@ -98,7 +99,7 @@ void TextEvaluator::AddValue(JsonLine* line) {
 
 std::vector<Hint> TextEvaluator::Hints() {
   reading_.LookUp(&expression_, *text_, kind_);
-  return FailureHints(*text_, kind_, failure_, reading_, scope_->names());
+  return FailureHints(*text_, kind_, failure_, reading_, scope_->names(), options_.names_from);
 }
 
 void TextEvaluator::PrintFailure(std::ostream& out, const Source& source, Explainer* explainer,

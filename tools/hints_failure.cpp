@@ -322,13 +322,15 @@ void Look(int status, const Situation& at, std::vector<Hint>* hints) {
 
 std::vector<Hint> FailureHints(std::string_view text, zrt::ValueKind kind,
                                const zrt::Failure& failure, const Reading& reading,
-                               const std::vector<std::string>& known_names) {
+                               const std::vector<std::string>& known_names,
+                               const char* names_from) {
   std::vector<Hint> hints;
   Look(failure.status,
-       {text, kind, failure.place, reading, known_names, PartOf(text, failure.place)}, &hints);
+       {text, kind, failure.place, reading, known_names, names_from, PartOf(text, failure.place)},
+       &hints);
   if (failure.cause_status == 0 || !hints.empty()) return hints;
   Look(failure.cause_status,
-       {text, zrt::ValueKind::kInteger, failure.cause, reading, known_names,
+       {text, zrt::ValueKind::kInteger, failure.cause, reading, known_names, names_from,
         PartOf(text, failure.cause)},
        &hints);
   return hints;

@@ -231,7 +231,7 @@ Said NumberBesideText(const Situation& at) {
 
 Said NoNames(const Situation& at) {
   if (!at.names.empty()) return std::nullopt;
-  return Hint{at.place, "no names are given: a scope file or -t name=value does that", ""};
+  return Hint{at.place, std::string("no names are given: ") + at.names_from + " does that", ""};
 }
 
 constexpr Said (*kRules[])(const Situation&) = {

@@ -46,6 +46,7 @@ constexpr std::array<Command, 14> kCommands = {
 };
 
 constexpr std::string_view kBlanks = " \t";
+constexpr char kNamesFrom[] = ":let name=value or :scope FILE";
 
 std::string Trimmed(std::string_view text) {
   const std::size_t first = text.find_first_not_of(kBlanks);
@@ -210,7 +211,9 @@ bool Session::EvaluateApart(const std::string& text, std::string* written) {
   const auto work = [&] {
     Scope scope;
     scope_.Fill(&scope);
-    TextEvaluator evaluator(&scope, {});
+    TextEvaluator::Options options;
+    options.names_from = kNamesFrom;
+    TextEvaluator evaluator(&scope, options);
     if (evaluator.EvaluateWatched(text, kind_)) {
       std::cout << ::ValueText(evaluator.reading().outcome_value()) << '\n';
       PrintHints(SurpriseHints(text, kind_, evaluator.reading()));
@@ -250,11 +253,11 @@ void Session::TellRows() {
   scope_.Fill(&scope);
   std::size_t width = 0;
   const std::vector<Scope::RowPosition> positions = scope.RowPositions();
-  for (const auto& position : positions) width = std::max(width, position.name.size());
   for (const auto& position : positions) {
-    std::string name = Shown(position.name);
-    name.resize(std::max(width, name.size()), ' ');
-    std::cout << name << "  " << RowWords(position) << '\n';
+    width = std::max(width, ColumnsOf(Shown(position.name)));
+  }
+  for (const auto& position : positions) {
+    std::cout << Padded(Shown(position.name), width) << "  " << RowWords(position) << '\n';
   }
   if (positions.empty()) std::cout << "there are no fields\n";
 }
@@ -272,12 +275,13 @@ void Session::TellNames() {
   std::size_t used = 0;
   for (const std::string& name : Names()) {
     const std::string shown = Shown(name);
-    if (used > 0 && used + shown.size() >= OutputStyle().columns) {
+    const std::size_t columns = ColumnsOf(shown);
+    if (used > 0 && used + columns >= OutputStyle().columns) {
       std::cout << '\n';
       used = 0;
     }
     std::cout << shown << "  ";
-    used += shown.size() + 2;
+    used += columns + 2;
   }
   std::cout << (used > 0 ? "\n" : "there are no names\n");
 }
@@ -290,6 +294,7 @@ void Session::Inspect(std::string_view command, const std::string& rest) {
   request.reading.texts = {is_last ? last_text_ : rest};
   const SessionScope& names = is_last ? last_scope_ : scope_;
   request.reading.add_names = [&names](Scope* scope) { names.Fill(scope); };
+  request.reading.names_from = kNamesFrom;
   const auto work = [&]() -> std::string {
     if (command == "explain") Explain(request.reading);
     if (command == "show") Show(request);

@@ -136,6 +136,21 @@ ShownCharacter FirstShown(std::string_view text, bool shows_unseen) {
   return {std::move(shown), character.size, columns};
 }
 
+std::size_t ColumnsOf(std::string_view text) {
+  std::size_t columns = 0;
+  while (!text.empty()) {
+    const ShownCharacter character = FirstShown(text, false);
+    columns += character.columns;
+    text.remove_prefix(character.size);
+  }
+  return columns;
+}
+
+std::string Padded(std::string shown, std::size_t columns) {
+  shown.append(columns - std::min(columns, ColumnsOf(shown)), ' ');
+  return shown;
+}
+
 TextPosition PositionOf(std::string_view text, std::size_t offset) {
   constexpr std::size_t kTab = 8;
   const std::string_view before = text.substr(0, offset);

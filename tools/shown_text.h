@@ -28,6 +28,12 @@ struct ShownCharacter {
 /// The first character of a text that is not empty, as Shown() shows it, or as Quoted() does.
 ShownCharacter FirstShown(std::string_view text, bool shows_unseen);
 
+/// The columns of a text that is shown already.
+std::size_t ColumnsOf(std::string_view shown);
+
+/// A text that is shown already, with blanks behind it for so many columns.
+std::string Padded(std::string shown, std::size_t columns);
+
 /// Where the character at `offset`, in bytes, stands in an editor, counted from 1. A tab goes on to
 /// the next column behind a multiple of 8.
 struct TextPosition {
