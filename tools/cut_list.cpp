@@ -23,7 +23,7 @@ class ListWriter {
 
   std::vector<CutLine> Write() {
     std::vector<NodeNumber> loose = tree_.Loose();
-    std::ranges::reverse(loose);  // what is pushed last comes first
+    std::reverse(loose.begin(), loose.end());  // what is pushed last comes first
     for (const NodeNumber node : loose) PushNode(node, 0);
     while (!tasks_.empty()) {
       const Task task = tasks_.back();

@@ -194,6 +194,7 @@ Said MisspeltName(const Situation& at) {
     return name.find(' ') != std::string_view::npos;
   };
   if (nearest.empty() || has_blank(Trimmed(at.part)) != has_blank(nearest)) return std::nullopt;
+  if (nearest.find_first_of("+*/%&|@^~!$,<>()[]") != std::string::npos) return std::nullopt;
   return Hint{at.place, "no such name is known, but a similar one", nearest};
 }
 

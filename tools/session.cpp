@@ -56,19 +56,12 @@ std::string Trimmed(std::string_view text) {
 
 // Prints words behind `head`, further lines indented, none wider than the terminal.
 void TellWrapped(const std::string& head, std::string_view words, std::size_t indent) {
-  const std::size_t columns = OutputStyle().columns;
-  std::string line = head;
-  while (!words.empty()) {
-    const std::size_t end = std::min(words.find(' '), words.size());
-    if (line.size() + 1 + end > columns && line.size() > indent) {
-      std::cout << line << '\n';
-      line.assign(indent, ' ');
-    }
-    if (!line.empty() && line.back() != ' ') line += ' ';
-    line += words.substr(0, end);
-    words.remove_prefix(std::min(end + 1, words.size()));
+  const std::size_t columns = std::max(OutputStyle().columns, indent + 1);
+  std::string front = Padded(head, indent);
+  for (const std::string& line : Wrapped(words, columns - indent)) {
+    std::cout << front << line << '\n';
+    front.assign(indent, ' ');
   }
-  std::cout << line << '\n';
 }
 
 void TellHelp() {
@@ -117,6 +110,18 @@ std::string RowWords(const Scope::RowPosition& position) {
   if (position.count == 1) return "one row, given each time";
   if (position.taken == position.count) return "all " + count + " rows are used up";
   return "next is row " + std::to_string(position.taken + 1) + " of " + count;
+}
+
+// Whether a text can be this name and nothing else, of one kind of values at least.
+bool CanBeRead(const std::string& name) {
+  using zrt::ValueKind;
+  const auto is_whole = [&name](ValueKind kind) {
+    ZRTExpression expression;
+    Reading reading;
+    expression.GetNames(name.c_str(), kind, &reading);
+    return reading.operands().size() == 1 && reading.operands().front().name.length == name.size();
+  };
+  return is_whole(ValueKind::kInteger) || is_whole(ValueKind::kFloat) || is_whole(ValueKind::kBits);
 }
 
 // A text that goes on: its end says nothing yet.
@@ -240,6 +245,12 @@ void Session::Let(const std::string& rest) {
   const std::string value = equals == std::string::npos ? "" : Trimmed(rest.substr(equals + 1));
   if (name.empty() || value.empty()) {
     throw Failure{kUsage, ":let wants NAME=VALUE behind it, such as :let size=8"};
+  }
+  if (name == SessionScope::kLast) {
+    throw Failure{kUsage, "last is the last value: take another name"};
+  }
+  if (!CanBeRead(name)) {
+    throw Failure{kUsage, "no text can hold this name, since it is cut: take another one"};
   }
   if (SessionScope::IsWritten(value)) return scope_.Define(name, value);
   std::string written;

@@ -151,6 +151,23 @@ std::string Padded(std::string shown, std::size_t columns) {
   return shown;
 }
 
+std::vector<std::string> Wrapped(std::string_view words, std::size_t columns) {
+  std::vector<std::string> lines(1);
+  while (!words.empty()) {
+    const std::string_view word = words.substr(0, words.find(' '));
+    words.remove_prefix(std::min(word.size() + 1, words.size()));
+    if (!lines.back().empty()) {
+      if (ColumnsOf(lines.back()) + 1 + ColumnsOf(word) > columns) {
+        lines.emplace_back();
+      } else {
+        lines.back() += ' ';
+      }
+    }
+    lines.back() += word;
+  }
+  return lines;
+}
+
 TextPosition PositionOf(std::string_view text, std::size_t offset) {
   constexpr std::size_t kTab = 8;
   const std::string_view before = text.substr(0, offset);

@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// `text` in one line that shows as it reads: \n, \t, \r, \x1B, \u202E, \U000E0001 for characters
 /// that act on a terminal or turn the order of others around, \xFF for bytes that are no UTF-8. All
@@ -33,6 +34,9 @@ std::size_t ColumnsOf(std::string_view shown);
 
 /// A text that is shown already, with blanks behind it for so many columns.
 std::string Padded(std::string shown, std::size_t columns);
+
+/// Lines of whole words, none of more columns unless a word has more.
+std::vector<std::string> Wrapped(std::string_view words, std::size_t columns);
 
 /// Where the character at `offset`, in bytes, stands in an editor, counted from 1. A tab goes on to
 /// the next column behind a multiple of 8.

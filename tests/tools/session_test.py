@@ -121,6 +121,8 @@ LINES = [
     (":check (2+3)*4", r"\nread as it looks\n"),
     (":let size=[1,2", r"1:10: "),
     (":let 5", r":let wants NAME=VALUE"),
+    (":let a+b=3", r"no text can hold this name"),
+    (":let last=3", r"take another name"),
     (":names", r"both  .*one  .*size  "),
     (":scope nosuch.json", r"No such file"),
     ("size", r"\n8\n"),
