@@ -147,7 +147,7 @@ Extent PaintLines(const std::vector<CutLine>& lines, Svg* svg) {
     svg->Text(value_x, y + kBaseline, Anchor::kStart, "one", "= " + line.value);
   }
   if (count < lines.size()) {
-    const std::string more = "and " + std::to_string(lines.size() - count) + " lines more";
+    const std::string more = "and " + Counted(lines.size() - count, "line") + " more";
     svg->Text(kMargin, y + kBaseline, Anchor::kStart, "faint", more);
     y += kRow;
   }

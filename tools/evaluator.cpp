@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "shown_text.h"
+
 void TextEvaluator::Use(Scope* scope) {
   scope_ = scope;
   scope->Attach(&expression_);
@@ -35,9 +37,8 @@ bool TextEvaluator::EvaluateWatched(const std::string& text, zrt::ValueKind kind
 
 bool TextEvaluator::IsSmall() {
   if (bit_length() <= options_.max_bits) return true;
-  refusal_ = "the value has " + std::to_string(bit_length()) +
-             (bit_length() == 1 ? " bit" : " bits") + ", the limit is " +
-             std::to_string(options_.max_bits);
+  refusal_ = "the value has " + Counted(static_cast<std::size_t>(bit_length()), "bit") +
+             ", the limit is " + std::to_string(options_.max_bits);
   return false;
 }
 

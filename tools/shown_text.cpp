@@ -146,6 +146,10 @@ std::size_t ColumnsOf(std::string_view text) {
   return columns;
 }
 
+std::string Counted(std::size_t count, const char* noun) {
+  return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+}
+
 std::string Padded(std::string shown, std::size_t columns) {
   shown.append(columns - std::min(columns, ColumnsOf(shown)), ' ');
   return shown;

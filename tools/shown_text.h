@@ -29,6 +29,9 @@ struct ShownCharacter {
 /// The first character of a text that is not empty, as Shown() shows it, or as Quoted() does.
 ShownCharacter FirstShown(std::string_view text, bool shows_unseen);
 
+/// "1 byte", "2 bytes".
+std::string Counted(std::size_t count, const char* noun);
+
 /// The columns of a text that is shown already.
 std::size_t ColumnsOf(std::string_view shown);
 
