@@ -155,19 +155,27 @@ std::string Padded(std::string shown, std::size_t columns) {
   return shown;
 }
 
-std::vector<std::string> Wrapped(std::string_view words, std::size_t columns) {
-  std::vector<std::string> lines(1);
-  while (!words.empty()) {
-    const std::string_view word = words.substr(0, words.find(' '));
-    words.remove_prefix(std::min(word.size() + 1, words.size()));
-    if (!lines.back().empty()) {
-      if (ColumnsOf(lines.back()) + 1 + ColumnsOf(word) > columns) {
-        lines.emplace_back();
-      } else {
-        lines.back() += ' ';
-      }
+std::vector<std::string> Wrapped(std::string_view words, std::size_t columns, std::size_t first) {
+  const auto end_of_word = [&words] {
+    bool is_quoted = false;
+    std::size_t end = 0;
+    for (; end < words.size() && (is_quoted || words[end] != ' '); ++end) {
+      if (words[end] == '"') is_quoted = !is_quoted;
     }
-    lines.back() += word;
+    return end;
+  };
+  std::vector<std::string> lines(1);
+  for (bool is_begin = true; !words.empty(); is_begin = false) {
+    const std::string_view word = words.substr(0, end_of_word());
+    words.remove_prefix(std::min(word.size() + 1, words.size()));
+    const std::size_t room = lines.size() == 1 ? first : columns;
+    if (is_begin) {
+      lines.back() = word;
+    } else if (ColumnsOf(lines.back()) + 1 + ColumnsOf(word) > room) {
+      lines.emplace_back(word);
+    } else {
+      lines.back().append(1, ' ').append(word);
+    }
   }
   return lines;
 }

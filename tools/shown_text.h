@@ -38,8 +38,12 @@ std::size_t ColumnsOf(std::string_view shown);
 /// A text that is shown already, with blanks behind it for so many columns.
 std::string Padded(std::string shown, std::size_t columns);
 
-/// Lines of whole words, none of more columns unless a word has more.
-std::vector<std::string> Wrapped(std::string_view words, std::size_t columns);
+/// Lines of whole words, none of more columns unless a word has more; the first one has `first`
+/// columns. What stands in quotes is one word.
+std::vector<std::string> Wrapped(std::string_view words, std::size_t columns, std::size_t first);
+inline std::vector<std::string> Wrapped(std::string_view words, std::size_t columns) {
+  return Wrapped(words, columns, columns);
+}
 
 /// Where the character at `offset`, in bytes, stands in an editor, counted from 1. A tab goes on to
 /// the next column behind a multiple of 8.

@@ -115,7 +115,7 @@ LINES = [
     ("one", r"\n0x56/8\n"),
     (":int", ""),
     (":let size=8", ""),
-    ("size-1", r"1:1: ErrUnknownOperand .*\n  hint: .*write \"size - 1\""),
+    ("size-1", r"1:1: ErrUnknownOperand .*\n  hint: .*write\n    \"size - 1\""),
     (":fix size-1*2", r"\nsize - \(1\*2\)\n"),
     (":check 2+3*4", r"hint: there is no precedence"),
     (":check (2+3)*4", r"\nread as it looks\n"),
