@@ -163,11 +163,12 @@ void Session::HandleGuarded(const std::string& line) {
 
 void Session::Handle(const std::string& line) {
   if (line.empty()) return;
-  if (!line.starts_with(':')) return Evaluate(line);
-  const std::size_t end = std::min(line.find_first_of(kBlanks), line.size());
+  const std::size_t colon = line.find_first_not_of(kBlanks);
+  if (colon == std::string::npos || line[colon] != ':') return Evaluate(line);
+  const std::size_t end = std::min(line.find_first_of(kBlanks, colon), line.size());
   // Of what follows, the blanks in front are the command's; those behind may be the text's.
   const std::size_t rest = std::min(line.find_first_not_of(kBlanks, end), line.size());
-  HandleCommand(line.substr(1, end - 1), line.substr(rest));
+  HandleCommand(line.substr(colon + 1, end - colon - 1), line.substr(rest));
 }
 
 void Session::HandleCommand(std::string_view name, const std::string& rest) {
