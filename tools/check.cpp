@@ -14,9 +14,9 @@
 
 namespace {
 
-// A long text may have thousands.
+constexpr std::size_t kMost = 100;  // hints of a text, which may have thousands
+
 void PrintHints(const std::vector<Hint>& hints, const Source& source) {
-  constexpr std::size_t kMost = 100;
   const Style style = OutputStyle();
   for (std::size_t i = 0; i < std::min(hints.size(), kMost); ++i) {
     PrintPlace(std::cout, source, hints[i].place, HintMessage(hints[i]), style, Tone::kHint);
@@ -81,6 +81,12 @@ ExitCode Check(const ReadingRequest& request) {
     TextEvaluator& evaluator = session.evaluator();
     const bool has_value = evaluator.EvaluateWatched(text, request.kind);
     const std::vector<Hint> hints = SurpriseHints(text, request.kind, evaluator.reading());
+    if (request.as_json) {
+      JsonLine line = session.NewAnswer();
+      evaluator.AddAnswer(&line, &session.explainer());
+      std::cout << line.AddWritten("hints", HintArray(hints, kMost)).text() << '\n';
+      return has_value && hints.empty();
+    }
     if (!has_value) {
       evaluator.PrintFailure(std::cout, source, &session.explainer(), OutputStyle());
     }

@@ -133,10 +133,12 @@ void AddReadings(CLI::App* app, Arguments* arguments) {
       arguments);
   add_json(explain);
   AddPages(explain, &arguments->reading.pages);
-  AddReading(app, "check", "Tell what is read otherwise than it looks, and what to write instead",
-             {"zrteval check int '2+3*4'", "zrteval check int --fix '2+3*4'"}, arguments)
-      ->add_flag("--fix", arguments->fixes,
-                 "Print the texts that are read with ordinary precedence instead");
+  CLI::App* check = AddReading(
+      app, "check", "Tell what is read otherwise than it looks, and what to write instead",
+      {"zrteval check int '2+3*4'", "zrteval check int --fix '2+3*4'"}, arguments);
+  add_json(check);
+  check->add_flag("--fix", arguments->fixes,
+                  "Print the texts that are read with ordinary precedence instead");
   add_json(AddReading(app, "names", "Tell the names that texts use, and where each is found",
                       {"zrteval names int --scope names.json 'order[rows/2]*limit'"}, arguments));
 }
@@ -222,6 +224,9 @@ ExitCode RunReading(const CLI::App& command, Arguments* arguments) {
   const std::string& name = command.get_name();
   if (name == "explain") return Explain(request);
   if (name == "names") return ListNames(request);
+  if (arguments->fixes && request.as_json) {
+    RefuseUsage(command, "--fix prints texts: --json has no place beside it");
+  }
   return arguments->fixes ? Mend(request) : Check(request);
 }
 

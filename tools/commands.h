@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "files.h"
+#include "hints.h"
 #include "output.h"
 #include "scope_file.h"
 #include "vector_image.h"
@@ -64,6 +65,7 @@ struct ReadingRequest {
   bool as_json = false;
   PageRequest pages;                      // of explain and show
   std::function<void(Scope*)> add_names;  // further ones, which hide those of the setting
+  const char* names_from = kOptionNames;  // what gives them, for hints
 };
 
 /// Prints how each text is read, and what comes of it step by step. Throws as Evaluate().

@@ -23,7 +23,7 @@ class ListWriter {
 
   std::vector<CutLine> Write() {
     std::vector<NodeNumber> loose = tree_.Loose();
-    std::ranges::reverse(loose);  // what is pushed last comes first
+    std::reverse(loose.begin(), loose.end());  // what is pushed last comes first
     for (const NodeNumber node : loose) PushNode(node, 0);
     while (!tasks_.empty()) {
       const Task task = tasks_.back();
@@ -120,8 +120,7 @@ std::string CutList(std::string_view text, const ReadingTree& tree) {
     if (!cut_line.symbol.empty()) line += ' ';
     line += cut_line.side;
     if (!cut_line.value.empty()) {
-      line.resize(std::max(line.size() + 1, kValueColumn), ' ');
-      line += "= " + cut_line.value;
+      line = Padded(line + ' ', kValueColumn) + "= " + cut_line.value;
     }
     list += "    " + line + '\n';
   }

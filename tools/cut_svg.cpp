@@ -21,6 +21,8 @@ using Kind = CutLayout::Kind;
 constexpr std::size_t kMostColumns = 120;
 constexpr std::size_t kMostOperations = 30;
 constexpr std::size_t kMostLines = 2000;
+constexpr std::size_t kWordColumns = 76;   // of a line of words
+constexpr std::size_t kMostFailure = 600;  // characters
 constexpr int kMargin = 16;
 constexpr int kRow = 24;
 constexpr int kBaseline = 17;  // in a row
@@ -145,7 +147,7 @@ Extent PaintLines(const std::vector<CutLine>& lines, Svg* svg) {
     svg->Text(value_x, y + kBaseline, Anchor::kStart, "one", "= " + line.value);
   }
   if (count < lines.size()) {
-    const std::string more = "and " + std::to_string(lines.size() - count) + " lines more";
+    const std::string more = "and " + Counted(lines.size() - count, "line") + " more";
     svg->Text(kMargin, y + kBaseline, Anchor::kStart, "faint", more);
     y += kRow;
   }
@@ -160,11 +162,14 @@ void PaintFailure(std::string_view text, zrt::Place place, std::string_view fail
   svg->Text(kMargin, y + kBaseline - kMargin, Anchor::kStart, "", diagnostic.window);
   const int x = kMargin + WidthOf(diagnostic.caret);
   svg->Line(x, y + kRow - kMargin, x + WidthOf(diagnostic.underlined), y + kRow - kMargin, "drop");
-  const std::string words = Shown(failure, kMostColumns);
-  svg->Text(kMargin, y + kRow + kBaseline - kMargin + 4, Anchor::kStart, "bad", words);
-  const std::size_t columns = std::max(ColumnsOf(words), ColumnsOf(diagnostic.window));
+  std::size_t columns = ColumnsOf(diagnostic.window);
+  extent->height += kRow + 4;
+  for (const std::string& line : Wrapped(Shown(failure, kMostFailure), kWordColumns)) {
+    svg->Text(kMargin, extent->height + kBaseline - kMargin, Anchor::kStart, "bad", line);
+    columns = std::max(columns, ColumnsOf(line));
+    extent->height += kRow;
+  }
   extent->width = std::max(extent->width, 2 * kMargin + WidthOf(columns));
-  extent->height += 2 * kRow + 4;
 }
 
 // What a person is told who does not see the picture.

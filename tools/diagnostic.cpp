@@ -11,6 +11,7 @@
 namespace {
 
 constexpr std::string_view kIndent = "  ";
+constexpr std::string_view kHanging = "    ";  // more than what a text has
 constexpr std::string_view kCut = "...";
 constexpr std::size_t kFewestColumns = 20;
 
@@ -87,6 +88,19 @@ std::string Paint(std::string_view text, const char* color, bool is_colored) {
   return is_colored ? color + std::string(text) + kPlain : std::string(text);
 }
 
+// What stands behind so many columns of a line.
+std::string Sentence(std::string_view words, std::size_t used, const Style& style) {
+  if (!style.wraps) return std::string(words);
+  const std::size_t columns = std::max(style.columns, kFewestColumns);
+  std::string sentence;
+  for (const std::string& line :
+       Wrapped(words, columns - kHanging.size(), columns - used % columns)) {
+    if (!sentence.empty()) sentence.append(1, '\n').append(kHanging);
+    sentence += line;
+  }
+  return sentence;
+}
+
 }  // namespace
 
 Source ArgumentSource(std::string_view text) { return {Quoted(text), text}; }
@@ -130,11 +144,15 @@ Diagnostic MakeDiagnostic(const Source& source, zrt::Place place, std::size_t co
 }
 
 void PrintDiagnostic(std::ostream& out, const Diagnostic& diagnostic, std::string_view message,
-                     bool is_colored, Tone tone) {
-  const std::size_t head = std::min(message.find(": "), message.size());
-  out << Paint(Shown(diagnostic.where) + ":", kBold, is_colored) << ' '
-      << Paint(Shown(message.substr(0, head)), tone == Tone::kFailure ? kRed : kCyan, is_colored)
-      << Shown(message.substr(head)) << '\n';
+                     const Style& style, Tone tone) {
+  const std::size_t head_size = std::min(message.find(": "), message.size());
+  const std::string where = Shown(diagnostic.where) + ":";
+  const std::string head = Shown(message.substr(0, head_size));
+  const std::size_t used = ColumnsOf(where) + 1 + ColumnsOf(head);
+  const bool is_colored = style.is_colored;
+  out << Paint(where, kBold, is_colored) << ' '
+      << Paint(head, tone == Tone::kFailure ? kRed : kCyan, is_colored)
+      << Sentence(Shown(message.substr(head_size)), used, style) << '\n';
   out << kIndent << diagnostic.window << '\n';
   out << kIndent << std::string(diagnostic.caret, ' ')
       << Paint('^' + std::string(diagnostic.underlined - 1, '~'), kGreen, is_colored) << '\n';
@@ -142,12 +160,13 @@ void PrintDiagnostic(std::ostream& out, const Diagnostic& diagnostic, std::strin
 
 void PrintPlace(std::ostream& out, const Source& source, zrt::Place place, std::string_view message,
                 const Style& style, Tone tone) {
-  PrintDiagnostic(out, MakeDiagnostic(source, place, style.columns), message, style.is_colored,
-                  tone);
+  PrintDiagnostic(out, MakeDiagnostic(source, place, style.columns), message, style, tone);
 }
 
 void PrintNote(std::ostream& out, std::string_view message, const Style& style) {
-  const std::size_t head = std::min(message.find(": "), message.size());
-  out << kIndent << Paint(Shown(message.substr(0, head)), kCyan, style.is_colored)
-      << Shown(message.substr(head)) << '\n';
+  const std::size_t head_size = std::min(message.find(": "), message.size());
+  const std::string head = Shown(message.substr(0, head_size));
+  out << kIndent << Paint(head, kCyan, style.is_colored)
+      << Sentence(Shown(message.substr(head_size)), kIndent.size() + ColumnsOf(head), style)
+      << '\n';
 }

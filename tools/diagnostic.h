@@ -24,6 +24,7 @@ Source ArgumentSource(std::string_view text);
 struct Style {
   bool is_colored = false;
   std::size_t columns = 100;
+  bool wraps = false;  // sentences go on in a further line; else the reader sees to that
 };
 
 enum class Tone { kFailure, kHint };
@@ -40,7 +41,7 @@ Diagnostic MakeDiagnostic(const Source& source, zrt::Place place, std::size_t co
 /// Prints "where: message", the window and the caret. What stands in front of the first ": " of
 /// `message` is its head. Shown() is applied to the message.
 void PrintDiagnostic(std::ostream& out, const Diagnostic& diagnostic, std::string_view message,
-                     bool is_colored, Tone tone);
+                     const Style& style, Tone tone);
 
 /// Both at once.
 void PrintPlace(std::ostream& out, const Source& source, zrt::Place place, std::string_view message,

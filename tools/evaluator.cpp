@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "shown_text.h"
+
 void TextEvaluator::Use(Scope* scope) {
   scope_ = scope;
   scope->Attach(&expression_);
@@ -35,8 +37,8 @@ bool TextEvaluator::EvaluateWatched(const std::string& text, zrt::ValueKind kind
 
 bool TextEvaluator::IsSmall() {
   if (bit_length() <= options_.max_bits) return true;
-  refusal_ = "the value has " + std::to_string(bit_length()) + " bits, the limit is " +
-             std::to_string(options_.max_bits);
+  refusal_ = "the value has " + Counted(static_cast<std::size_t>(bit_length()), "bit") +
+             ", the limit is " + std::to_string(options_.max_bits);
   return false;
 }
 
@@ -98,7 +100,7 @@ void TextEvaluator::AddValue(JsonLine* line) {
 
 std::vector<Hint> TextEvaluator::Hints() {
   reading_.LookUp(&expression_, *text_, kind_);
-  return FailureHints(*text_, kind_, failure_, reading_, scope_->names());
+  return FailureHints(*text_, kind_, failure_, reading_, scope_->names(), options_.names_from);
 }
 
 void TextEvaluator::PrintFailure(std::ostream& out, const Source& source, Explainer* explainer,

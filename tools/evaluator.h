@@ -18,6 +18,7 @@ class TextEvaluator {
     int max_bits = INT_MAX;   // values of more bits are refused
     bool fresh_rows = false;  // each text begins with the first row of each field
     bool is_quick = false;    // hints may know less, where more would slow down all texts
+    const char* names_from = kOptionNames;  // told where there are none
   };
 
   /// `scope` must outlive its use here.

@@ -73,7 +73,7 @@ ExitCode Explain(const ReadingRequest& request) {
       return has_value;
     }
     if (request.as_json) {
-      JsonLine line;
+      JsonLine line = session.NewAnswer();
       evaluator.AddAnswer(&line, &session.explainer());
       const bool has_brackets = tree.root() != ReadingTree::kNone;
       if (has_brackets) line.AddText("brackets", tree.Brackets(text, tree.root()));

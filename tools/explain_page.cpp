@@ -42,7 +42,7 @@ std::string Steps(std::string_view text, const Reading& reading) {
   }
   list += "</ol>\n";
   if (steps.size() > kMostSteps) {
-    list += "<p>and " + std::to_string(steps.size() - kMostSteps) + " steps more</p>\n";
+    list += "<p>and " + Counted(steps.size() - kMostSteps, "step") + " more</p>\n";
   }
   return list + "</section>\n";
 }

@@ -17,11 +17,6 @@ bool IsSame(zrt::Place a, zrt::Place b) {
          std::max<std::size_t>(a.length, 1) == std::max<std::size_t>(b.length, 1);
 }
 
-void AddPlace(JsonLine* line, zrt::Place place) {
-  line->AddNumber("at", static_cast<long long>(place.offset))
-      .AddNumber("length", static_cast<long long>(place.length));
-}
-
 }  // namespace
 
 Explainer::Explainer(const std::string& data_dir) {
@@ -85,16 +80,29 @@ void PrintFailure(std::ostream& out, const Source& source, const zrt::Failure& f
 void AddFailure(JsonLine* line, const zrt::Failure& failure, const std::vector<Hint>& hints,
                 Explainer* explainer) {
   line->AddNumber("status", failure.status).AddText("name", zrt::StatusName(failure.status));
-  AddPlace(line, failure.place);
-  line->AddText("message", explainer->Sentence(failure.status));
+  line->AddPlace(failure.place).AddText("message", explainer->Sentence(failure.status));
   if (failure.cause_status != 0) {
     JsonLine cause;
     cause.AddNumber("status", failure.cause_status)
         .AddText("name", zrt::StatusName(failure.cause_status));
-    AddPlace(&cause, failure.cause);
-    line->AddWritten("cause", cause.text());
+    line->AddWritten("cause", cause.AddPlace(failure.cause).text());
   }
   if (hints.empty()) return;
-  line->AddText("hint", hints.front().says);
-  if (!hints.front().instead.empty()) line->AddText("instead", hints.front().instead);
+  const Hint& hint = hints.front();
+  line->AddText("hint", hint.says);
+  if (!hint.instead.empty()) line->AddText("instead", hint.instead);
+  const bool is_there =
+      hint.place.offset == failure.place.offset && hint.place.length == failure.place.length;
+  if (!is_there) line->AddWritten("hint_place", JsonLine().AddPlace(hint.place).text());
+}
+
+std::string HintArray(const std::vector<Hint>& hints, std::size_t most) {
+  JsonArray array;
+  for (std::size_t i = 0; i < std::min(hints.size(), most); ++i) {
+    JsonLine object;
+    object.AddPlace(hints[i].place).AddText("says", hints[i].says);
+    if (!hints[i].instead.empty()) object.AddText("instead", hints[i].instead);
+    array.Add(object.text());
+  }
+  return array.text();
 }

@@ -40,6 +40,9 @@ void PrintFailure(std::ostream& out, const Source& source, const zrt::Failure& f
                   const std::vector<Hint>& hints, Explainer* explainer, const Style& style);
 
 /// Adds "status", "name", "at", "length", "message"; of a failed index "cause"; of the first hint
-/// "hint" and, if it tells one, "instead".
+/// "hint" and, if it tells one, "instead"; where that is about another place, "hint_place".
 void AddFailure(JsonLine* line, const zrt::Failure& failure, const std::vector<Hint>& hints,
                 Explainer* explainer);
+
+/// The first hints, at most `most`: objects with "at", "length", "says" and maybe "instead".
+std::string HintArray(const std::vector<Hint>& hints, std::size_t most);

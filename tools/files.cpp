@@ -1,7 +1,6 @@
 // Reads and writes through streams; what the system says of a failure goes into the message.
 #include "files.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -64,17 +63,22 @@ std::string ReadFile(const std::string& path, ExitCode exit_code, std::size_t mo
 
 std::string ReadText(const std::string& path, ExitCode exit_code) {
   const auto check = [&](const std::string& text, std::size_t start) {
-    const auto wrong =
-        std::find_if(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), IsNoText);
-    if (wrong == text.end()) return;
-    const auto offset = static_cast<std::size_t>(wrong - text.begin());
-    const std::string name = *wrong == '\0' ? "a NUL" : "the character " + Shown({&*wrong, 1});
-    throw FailureAt(exit_code, {ShownName(path), text, 1, false}, {offset, 1},
-                    "this is no text, it holds " + name);
+    const auto control = FirstControl(text, start);
+    if (!control) return;
+    throw FailureAt(exit_code, {ShownName(path), text, 1, false}, {control->offset, 1},
+                    control->complaint);
   };
   std::string text = Read(path, exit_code, kMostTextBytes, check);
   DropByteOrderMark(&text);
   return text;
+}
+
+std::optional<Control> FirstControl(std::string_view text, std::size_t start) {
+  while (start < text.size() && !IsNoText(text[start])) ++start;
+  if (start >= text.size()) return std::nullopt;
+  const bool is_nul = text[start] == '\0';
+  return Control{start, "this is no text, it holds " +
+                            (is_nul ? "a NUL" : "the character " + Shown(text.substr(start, 1)))};
 }
 
 void DropByteOrderMark(std::string* text) {

@@ -41,6 +41,15 @@ std::string ReadFile(const std::string& path, ExitCode exit_code, std::size_t mo
 /// character that no text holds is a Failure, with line and column, as soon as it has been read.
 std::string ReadText(const std::string& path, ExitCode exit_code);
 
+/// A control character that no text holds, and what is to be said of it.
+struct Control {
+  std::size_t offset;
+  std::string complaint;
+};
+
+/// The first one of `text` from `start` on.
+std::optional<Control> FirstControl(std::string_view text, std::size_t start = 0);
+
 /// Drops a UTF-8 byte order mark, which some editors write, from the start of `text`.
 void DropByteOrderMark(std::string* text);
 

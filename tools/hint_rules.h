@@ -27,6 +27,7 @@ struct Situation {
   zrt::Place place;
   const Reading& reading;
   const std::vector<std::string>& names;
+  const char* names_from;
   std::string_view part;  // at the place
 
   // The next characters beside the place that are no blanks; NUL where there is none.

@@ -10,6 +10,9 @@
 #include "reading.h"
 #include "zrtexpression/failure.h"
 
+/// What gives names at a command line.
+inline constexpr char kOptionNames[] = "a scope file or -t name=value";
+
 struct Hint {
   zrt::Place place;
   std::string says;     // one short sentence without a full stop
@@ -18,10 +21,11 @@ struct Hint {
 
 /// Why `text` failed with `failure`, the likeliest reason first; none if there is nothing to add.
 /// `reading` is what the evaluation told, and Reading::LookUp() of the same text lets the hints
-/// tell rows and types. `known_names` are those of all scopes, for a name that is misspelt.
+/// tell rows and types. `known_names` are those of all scopes, for a name that is misspelt;
+/// `names_from` is what gives names where the text is written.
 std::vector<Hint> FailureHints(std::string_view text, zrt::ValueKind kind,
                                const zrt::Failure& failure, const Reading& reading,
-                               const std::vector<std::string>& known_names);
+                               const std::vector<std::string>& known_names, const char* names_from);
 
 /// What is read otherwise than a person would expect, in the order of the text.
 std::vector<Hint> SurpriseHints(std::string_view text, zrt::ValueKind kind, const Reading& reading);

@@ -7,6 +7,7 @@
 #include "ErrorCodes.h"
 #include "hint_rules.h"
 #include "reading_tree.h"
+#include "shown_text.h"
 
 namespace {
 
@@ -230,16 +231,14 @@ std::string Takers(const Situation& at, const Reading::Operand& field) {
 Said RowMissing(const Situation& at) {
   const Reading::Operand* operand = at.reading.LookedUp(at.place.offset);
   if (operand == nullptr || operand->meaning != Meaning::kField) return std::nullopt;
-  const std::string count = std::to_string(operand->row_count);
-  const std::string rows = operand->row_count == 1 ? " row" : " rows";
+  const std::string rows = Counted(static_cast<std::size_t>(operand->row_count), "row");
   const int index =
       operand->has_index && !at.reading.indexes().empty() ? at.reading.indexes().back().value : 0;
   if (operand->row_count == 0) return Hint{at.place, "this field has no rows", ""};
   if (index > 0) {
-    return Hint{at.place, "this field has " + count + rows + " and no row " + std::to_string(index),
-                ""};
+    return Hint{at.place, "this field has " + rows + " and no row " + std::to_string(index), ""};
   }
-  return Hint{at.place, "the " + count + rows + " are used up: " + Takers(at, *operand), ""};
+  return Hint{at.place, "the " + rows + " are used up: " + Takers(at, *operand), ""};
 }
 
 Said LongLiteral(const Situation& at) {
@@ -322,13 +321,15 @@ void Look(int status, const Situation& at, std::vector<Hint>* hints) {
 
 std::vector<Hint> FailureHints(std::string_view text, zrt::ValueKind kind,
                                const zrt::Failure& failure, const Reading& reading,
-                               const std::vector<std::string>& known_names) {
+                               const std::vector<std::string>& known_names,
+                               const char* names_from) {
   std::vector<Hint> hints;
   Look(failure.status,
-       {text, kind, failure.place, reading, known_names, PartOf(text, failure.place)}, &hints);
+       {text, kind, failure.place, reading, known_names, names_from, PartOf(text, failure.place)},
+       &hints);
   if (failure.cause_status == 0 || !hints.empty()) return hints;
   Look(failure.cause_status,
-       {text, zrt::ValueKind::kInteger, failure.cause, reading, known_names,
+       {text, zrt::ValueKind::kInteger, failure.cause, reading, known_names, names_from,
         PartOf(text, failure.cause)},
        &hints);
   return hints;

@@ -194,6 +194,7 @@ Said MisspeltName(const Situation& at) {
     return name.find(' ') != std::string_view::npos;
   };
   if (nearest.empty() || has_blank(Trimmed(at.part)) != has_blank(nearest)) return std::nullopt;
+  if (nearest.find_first_of("+*/%&|@^~!$,<>()[]") != std::string::npos) return std::nullopt;
   return Hint{at.place, "no such name is known, but a similar one", nearest};
 }
 
@@ -231,7 +232,7 @@ Said NumberBesideText(const Situation& at) {
 
 Said NoNames(const Situation& at) {
   if (!at.names.empty()) return std::nullopt;
-  return Hint{at.place, "no names are given: a scope file or -t name=value does that", ""};
+  return Hint{at.place, std::string("no names are given: ") + at.names_from + " does that", ""};
 }
 
 constexpr Said (*kRules[])(const Situation&) = {

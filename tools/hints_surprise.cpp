@@ -110,7 +110,7 @@ Said ShortCount(const Seen& seen, std::uint32_t at, const Operation& operation) 
   const Operand* operand = OperandAt(seen, seen.tree.RightOf(at));
   const bool is_literal = operand != nullptr && operand->meaning == Meaning::kLiteral;
   return Hint{SpanAt(seen, seen.tree.RightOf(at)),
-              "a count of " + Count(count.byte_count, "byte") + " stands high: this is " +
+              "a count of " + Counted(count.byte_count, "byte") + " stands high: this is " +
                   std::to_string(WordOf(count)),
               is_literal ? DecimalOf(PartOf(seen.text, operand->name)) : ""};
 }
@@ -141,8 +141,9 @@ Said IdleCount(const Seen& seen, std::uint32_t at, const Operation& operation) {
     return std::nullopt;
   }
   return Hint{operation.place,
-              "a shift keeps the length: " + std::to_string(word) + " places leave nothing of " +
-                  std::to_string(left.bit_length) + " bits",
+              "a shift keeps the length: " + std::to_string(word) +
+                  (word == 1 ? " place leaves" : " places leave") + " nothing of " +
+                  Counted(static_cast<std::size_t>(left.bit_length), "bit"),
               ""};
 }
 
@@ -157,7 +158,7 @@ Said ShortSide(const Seen& seen, std::uint32_t at, const Operation& operation) {
     const ReadingTree::NodeNumber node = is_left ? seen.tree.LeftOf(at) : seen.tree.RightOf(at);
     if (side.byte_count == 0) return Hint{SpanAt(seen, node), "a side of no bits counts as 0", ""};
     return Hint{SpanAt(seen, node),
-                "a side of " + Count(side.byte_count, "byte") + " stands high: it counts as " +
+                "a side of " + Counted(side.byte_count, "byte") + " stands high: it counts as " +
                     std::to_string(WordOf(side)),
                 Padded(seen, node, 4)};
   }
@@ -170,14 +171,14 @@ Said UnevenSides(const Seen& seen, std::uint32_t at, const Operation& operation)
   if (operation.left_value.kind != zrt::ValueKind::kBits) return std::nullopt;
   if (operation.text == "&" && left > right) {
     return Hint{SpanAt(seen, seen.tree.RightOf(at)),
-                "\"&\" finds no partner for " + Count(left - right, "byte") +
+                "\"&\" finds no partner for " + Counted(left - right, "byte") +
                     " of its left side, which it keeps",
                 Padded(seen, seen.tree.RightOf(at), left)};
   }
   if (operation.text == "|" && right > left) {
     return Hint{SpanAt(seen, seen.tree.LeftOf(at)),
                 "\"|\" does not make its left side longer: the right side loses " +
-                    Count(right - left, "byte"),
+                    Counted(right - left, "byte"),
                 Padded(seen, seen.tree.LeftOf(at), right)};
   }
   return std::nullopt;

@@ -16,6 +16,11 @@ JsonLine& JsonLine::AddNumber(std::string_view key, long long number) {
   return AddWritten(key, std::to_string(number));
 }
 
+JsonLine& JsonLine::AddPlace(zrt::Place place) {
+  return AddNumber("at", static_cast<long long>(place.offset))
+      .AddNumber("length", static_cast<long long>(place.length));
+}
+
 JsonLine& JsonLine::AddWritten(std::string_view key, std::string_view value) {
   if (text_.size() > 1) text_ += ',';
   text_ += '"';

@@ -13,7 +13,7 @@
 #include <utility>
 
 #include "line_editor.h"
-#include "svg.h"
+#include "shown_text.h"
 #include "terminal.h"
 
 // The library takes its settings as arguments of any number and type.
@@ -106,12 +106,14 @@ struct State {
     std::string list = "\n";
     std::size_t used = 0;
     for (const std::string& word : completion.words) {
-      if (used > 0 && used + word.size() >= OutputStyle().columns) {
+      const std::string shown_word = Shown(word);
+      const std::size_t columns = ColumnsOf(shown_word);
+      if (used > 0 && used + columns >= OutputStyle().columns) {
         list += '\n';
         used = 0;
       }
-      list += word + "  ";
-      used += word.size() + 2;
+      list += shown_word + "  ";
+      used += columns + 2;
     }
     list += '\n';
     std::fputs(list.c_str(), stdout);

@@ -48,35 +48,32 @@ void PrintNames(const std::string& text, const std::vector<Reading::Operand>& na
           operand.meaning == Meaning::kUnknown && !name.empty() ? NearestName(name, known) : "";
       if (!nearest.empty()) origin += ", is " + Shown(nearest) + " meant?";
       rows.push_back({Shown(name, kMostCharacters), origin, ""});
-      width = std::max(width, rows.back().name.size());
-      origin_width = std::max(origin_width, origin.size());
+      width = std::max(width, ColumnsOf(rows.back().name));
+      origin_width = std::max(origin_width, ColumnsOf(origin));
     }
     std::string& columns = rows[found->second].columns;
     columns += columns.empty() ? "column " : ", ";
     columns += std::to_string(PositionOf(text, operand.name.offset).column);
   }
-  for (Row& row : rows) {
-    row.name.resize(width, ' ');
-    row.origin.resize(origin_width, ' ');
-    std::cout << row.name << "  " << row.origin << "  " << row.columns << '\n';
+  for (const Row& row : rows) {
+    std::cout << Padded(row.name, width) << "  " << Padded(row.origin, origin_width) << "  "
+              << row.columns << '\n';
   }
 }
 
 std::string NameArray(const std::string& text, const std::vector<Reading::Operand>& names) {
-  std::string array = "[";
+  JsonArray array;
   for (const Reading::Operand& operand : names) {
     JsonLine object;
     object.AddText("name", PartOf(text, operand.name))
-        .AddNumber("at", static_cast<long long>(operand.name.offset))
-        .AddNumber("length", static_cast<long long>(operand.name.length))
+        .AddPlace(operand.name)
         .AddText("is", MeaningName(operand.meaning));
     if (*ScopeName(operand.scope) != '\0') object.AddText("scope", ScopeName(operand.scope));
     if (operand.meaning == Meaning::kToken) object.AddText("type", TypeName(operand.token_type));
     if (operand.meaning == Meaning::kField) object.AddNumber("rows", operand.row_count);
-    if (array.size() > 1) array += ',';
-    array += object.text();
+    array.Add(object.text());
   }
-  return array + "]";
+  return array.text();
 }
 
 }  // namespace
@@ -92,9 +89,10 @@ ExitCode ListNames(const ReadingRequest& request) {
     const std::vector<Reading::Operand> names = NamesIn(reading);
     const bool is_cut = failure.status == 0;
     const auto hints =
-        is_cut ? std::vector<Hint>() : FailureHints(text, request.kind, failure, reading, known);
+        is_cut ? std::vector<Hint>()
+               : FailureHints(text, request.kind, failure, reading, known, kOptionNames);
     if (request.as_json) {
-      JsonLine line;
+      JsonLine line = session.NewAnswer();
       line.AddText("text", text).AddText("kind", KindName(request.kind));
       if (is_cut) line.AddNumber("status", 0);
       if (!is_cut) AddFailure(&line, failure, hints, &session.explainer());

@@ -33,6 +33,7 @@ bool IsSameButForCase(std::string_view a, std::string_view b) {
 std::string NearestName(std::string_view word, const std::vector<std::string>& names) {
   std::size_t least = 3;
   std::string nearest;
+  if (word.empty()) return nearest;
   for (const std::string& name : names) {
     const bool continues = name.size() > 2 && (word.starts_with(name) || name.starts_with(word));
     const bool is_so = continues || IsSameButForCase(word, name);

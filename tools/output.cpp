@@ -73,8 +73,7 @@ void Complain(const std::string& message) { ErrorStream() << "zrteval: " + Shown
 
 void Complain(const Failure& failure) {
   if (!failure.where) return Complain(failure.message);
-  PrintDiagnostic(ErrorStream(), *failure.where, failure.message, ErrorStyle().is_colored,
-                  Tone::kFailure);
+  PrintDiagnostic(ErrorStream(), *failure.where, failure.message, ErrorStyle(), Tone::kFailure);
 }
 
 void ShowProgress(const std::string& step) {

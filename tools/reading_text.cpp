@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "output.h"
+#include "shown_text.h"
 
 namespace {
 
@@ -94,9 +95,8 @@ const char* TypeName(int token_type) {
 }
 
 std::string RowOf(const Reading::Operand& operand) {
-  const std::string count = std::to_string(operand.row_count);
-  if (operand.row > 0) return "row " + std::to_string(operand.row) + " of " + count;
-  return count + (operand.row_count == 1 ? " row" : " rows");
+  if (operand.row == 0) return Counted(static_cast<std::size_t>(operand.row_count), "row");
+  return "row " + std::to_string(operand.row) + " of " + std::to_string(operand.row_count);
 }
 
 std::string OriginOf(std::string_view text, const Reading::Operand& operand) {

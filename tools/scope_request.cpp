@@ -41,10 +41,9 @@ std::string NameIn(const std::string& argument, const std::string& form) {
   return argument.substr(0, equals);
 }
 
-void DefineToken(const std::string& argument, Scope* scope) {
-  constexpr char kForm[] = "; as in -t size=8 or -t order=[1,2,3]";
+void DefineToken(const std::string& argument, const std::string& form, Scope* scope) {
   constexpr std::size_t kPathToName = 3;
-  const std::string name = NameIn(argument, kForm);
+  const std::string name = NameIn(argument, form);
   const std::size_t start = name.size() + 1;
   JsonText text(argument.substr(start));
   try {
@@ -54,11 +53,11 @@ void DefineToken(const std::string& argument, Scope* scope) {
   } catch (const JsonError& error) {
     const std::string reason =
         error.pointer.empty() ? "this is no number and no array of numbers" : error.reason;
-    RefuseArgument(argument, {start + error.offset, 0}, reason + kForm);
+    RefuseArgument(argument, {start + error.offset, 0}, reason + form);
   } catch (JsonRefusal& refusal) {
     refusal.path.erase(refusal.path.begin(), refusal.path.begin() + kPathToName);
     const JsonError error = text.Complaint(refusal.path, refusal.reason);
-    RefuseArgument(argument, {start + error.offset, 0}, error.reason + kForm);
+    RefuseArgument(argument, {start + error.offset, 0}, error.reason + form);
   }
 }
 
@@ -81,18 +80,17 @@ json RowOf(std::string_view argument, zrt::Place place, const std::string& form)
   return row;
 }
 
-void DefineField(const std::string& argument, Scope* scope) {
-  constexpr char kForm[] = "; as in -d id=0x0ABC/12 or -d fuses=0x11,0x22";
-  const std::string name = NameIn(argument, kForm);
+void DefineField(const std::string& argument, const std::string& form, Scope* scope) {
+  const std::string name = NameIn(argument, form);
   for (std::size_t start = name.size() + 1, end = 0; end < argument.size(); start = end + 1) {
     end = std::min(argument.find(',', start), argument.size());
     const zrt::Place place = {start, end - start};
     try {
       json root;
-      root["data"]["external"][name] = RowOf(argument, place, kForm);
+      root["data"]["external"][name] = RowOf(argument, place, form);
       ReadScope(root, scope);
     } catch (const JsonRefusal& refusal) {
-      RefuseArgument(argument, place, refusal.reason + kForm);
+      RefuseArgument(argument, place, refusal.reason + form);
     }
   }
 }
@@ -100,8 +98,10 @@ void DefineField(const std::string& argument, Scope* scope) {
 }  // namespace
 
 void LoadScope(const ScopeRequest& request, Scope* scope) {
-  for (const std::string& argument : request.tokens) DefineToken(argument, scope);
-  for (const std::string& argument : request.fields) DefineField(argument, scope);
+  for (const std::string& argument : request.tokens)
+    DefineToken(argument, request.token_form, scope);
+  for (const std::string& argument : request.fields)
+    DefineField(argument, request.field_form, scope);
   if (request.path.empty()) return;
   Scope file;
   LoadFile(request.path, &file);

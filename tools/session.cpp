@@ -46,6 +46,7 @@ constexpr std::array<Command, 14> kCommands = {
 };
 
 constexpr std::string_view kBlanks = " \t";
+constexpr char kNamesFrom[] = ":let name=value or :scope FILE";
 
 std::string Trimmed(std::string_view text) {
   const std::size_t first = text.find_first_not_of(kBlanks);
@@ -55,19 +56,12 @@ std::string Trimmed(std::string_view text) {
 
 // Prints words behind `head`, further lines indented, none wider than the terminal.
 void TellWrapped(const std::string& head, std::string_view words, std::size_t indent) {
-  const std::size_t columns = OutputStyle().columns;
-  std::string line = head;
-  while (!words.empty()) {
-    const std::size_t end = std::min(words.find(' '), words.size());
-    if (line.size() + 1 + end > columns && line.size() > indent) {
-      std::cout << line << '\n';
-      line.assign(indent, ' ');
-    }
-    if (!line.empty() && line.back() != ' ') line += ' ';
-    line += words.substr(0, end);
-    words.remove_prefix(std::min(end + 1, words.size()));
+  const std::size_t columns = std::max(OutputStyle().columns, indent + 1);
+  std::string front = Padded(head, indent);
+  for (const std::string& line : Wrapped(words, columns - indent)) {
+    std::cout << front << line << '\n';
+    front.assign(indent, ' ');
   }
-  std::cout << line << '\n';
 }
 
 void TellHelp() {
@@ -118,6 +112,18 @@ std::string RowWords(const Scope::RowPosition& position) {
   return "next is row " + std::to_string(position.taken + 1) + " of " + count;
 }
 
+// Whether a text can be this name and nothing else, of one kind of values at least.
+bool CanBeRead(const std::string& name) {
+  using zrt::ValueKind;
+  const auto is_whole = [&name](ValueKind kind) {
+    ZRTExpression expression;
+    Reading reading;
+    expression.GetNames(name.c_str(), kind, &reading);
+    return reading.operands().size() == 1 && reading.operands().front().name.length == name.size();
+  };
+  return is_whole(ValueKind::kInteger) || is_whole(ValueKind::kFloat) || is_whole(ValueKind::kBits);
+}
+
 // A text that goes on: its end says nothing yet.
 bool IsUnfinished(const std::string& text) {
   const std::size_t last = text.find_last_not_of(' ');
@@ -157,11 +163,12 @@ void Session::HandleGuarded(const std::string& line) {
 
 void Session::Handle(const std::string& line) {
   if (line.empty()) return;
-  if (!line.starts_with(':')) return Evaluate(line);
-  const std::size_t end = std::min(line.find_first_of(kBlanks), line.size());
+  const std::size_t colon = line.find_first_not_of(kBlanks);
+  if (colon == std::string::npos || line[colon] != ':') return Evaluate(line);
+  const std::size_t end = std::min(line.find_first_of(kBlanks, colon), line.size());
   // Of what follows, the blanks in front are the command's; those behind may be the text's.
   const std::size_t rest = std::min(line.find_first_not_of(kBlanks, end), line.size());
-  HandleCommand(line.substr(1, end - 1), line.substr(rest));
+  HandleCommand(line.substr(colon + 1, end - colon - 1), line.substr(rest));
 }
 
 void Session::HandleCommand(std::string_view name, const std::string& rest) {
@@ -210,7 +217,9 @@ bool Session::EvaluateApart(const std::string& text, std::string* written) {
   const auto work = [&] {
     Scope scope;
     scope_.Fill(&scope);
-    TextEvaluator evaluator(&scope, {});
+    TextEvaluator::Options options;
+    options.names_from = kNamesFrom;
+    TextEvaluator evaluator(&scope, options);
     if (evaluator.EvaluateWatched(text, kind_)) {
       std::cout << ::ValueText(evaluator.reading().outcome_value()) << '\n';
       PrintHints(SurpriseHints(text, kind_, evaluator.reading()));
@@ -238,6 +247,12 @@ void Session::Let(const std::string& rest) {
   if (name.empty() || value.empty()) {
     throw Failure{kUsage, ":let wants NAME=VALUE behind it, such as :let size=8"};
   }
+  if (name == SessionScope::kLast) {
+    throw Failure{kUsage, "last is the last value: take another name"};
+  }
+  if (!CanBeRead(name)) {
+    throw Failure{kUsage, "no text can hold this name, since it is cut: take another one"};
+  }
   if (SessionScope::IsWritten(value)) return scope_.Define(name, value);
   std::string written;
   if (!EvaluateApart(value, &written)) return;
@@ -250,11 +265,11 @@ void Session::TellRows() {
   scope_.Fill(&scope);
   std::size_t width = 0;
   const std::vector<Scope::RowPosition> positions = scope.RowPositions();
-  for (const auto& position : positions) width = std::max(width, position.name.size());
   for (const auto& position : positions) {
-    std::string name = Shown(position.name);
-    name.resize(std::max(width, name.size()), ' ');
-    std::cout << name << "  " << RowWords(position) << '\n';
+    width = std::max(width, ColumnsOf(Shown(position.name)));
+  }
+  for (const auto& position : positions) {
+    std::cout << Padded(Shown(position.name), width) << "  " << RowWords(position) << '\n';
   }
   if (positions.empty()) std::cout << "there are no fields\n";
 }
@@ -272,12 +287,13 @@ void Session::TellNames() {
   std::size_t used = 0;
   for (const std::string& name : Names()) {
     const std::string shown = Shown(name);
-    if (used > 0 && used + shown.size() >= OutputStyle().columns) {
+    const std::size_t columns = ColumnsOf(shown);
+    if (used > 0 && used + columns >= OutputStyle().columns) {
       std::cout << '\n';
       used = 0;
     }
     std::cout << shown << "  ";
-    used += shown.size() + 2;
+    used += columns + 2;
   }
   std::cout << (used > 0 ? "\n" : "there are no names\n");
 }
@@ -290,6 +306,7 @@ void Session::Inspect(std::string_view command, const std::string& rest) {
   request.reading.texts = {is_last ? last_text_ : rest};
   const SessionScope& names = is_last ? last_scope_ : scope_;
   request.reading.add_names = [&names](Scope* scope) { names.Fill(scope); };
+  request.reading.names_from = kNamesFrom;
   const auto work = [&]() -> std::string {
     if (command == "explain") Explain(request.reading);
     if (command == "show") Show(request);

@@ -45,6 +45,8 @@ void SessionScope::Define(const std::string& name, const std::string& value) {
   Definition definition{name, {}, std::nullopt};
   const bool is_field = value.starts_with("0x");
   (is_field ? definition.request.fields : definition.request.tokens).push_back(name + '=' + value);
+  definition.request.token_form = "; as in :let size=8 or :let order=[1,2,3]";
+  definition.request.field_form = "; as in :let id=0x0ABC/12 or :let fuses=0x11,0x22";
   Scope tried;
   LoadScope(definition.request, &tried);
   Put(std::move(definition));

@@ -136,6 +136,50 @@ ShownCharacter FirstShown(std::string_view text, bool shows_unseen) {
   return {std::move(shown), character.size, columns};
 }
 
+std::size_t ColumnsOf(std::string_view text) {
+  std::size_t columns = 0;
+  while (!text.empty()) {
+    const ShownCharacter character = FirstShown(text, false);
+    columns += character.columns;
+    text.remove_prefix(character.size);
+  }
+  return columns;
+}
+
+std::string Counted(std::size_t count, const char* noun) {
+  return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
+}
+
+std::string Padded(std::string shown, std::size_t columns) {
+  shown.append(columns - std::min(columns, ColumnsOf(shown)), ' ');
+  return shown;
+}
+
+std::vector<std::string> Wrapped(std::string_view words, std::size_t columns, std::size_t first) {
+  const auto end_of_word = [&words] {
+    bool is_quoted = false;
+    std::size_t end = 0;
+    for (; end < words.size() && (is_quoted || words[end] != ' '); ++end) {
+      if (words[end] == '"') is_quoted = !is_quoted;
+    }
+    return end;
+  };
+  std::vector<std::string> lines(1);
+  for (bool is_begin = true; !words.empty(); is_begin = false) {
+    const std::string_view word = words.substr(0, end_of_word());
+    words.remove_prefix(std::min(word.size() + 1, words.size()));
+    const std::size_t room = lines.size() == 1 ? first : columns;
+    if (is_begin) {
+      lines.back() = word;
+    } else if (ColumnsOf(lines.back()) + 1 + ColumnsOf(word) > room) {
+      lines.emplace_back(word);
+    } else {
+      lines.back().append(1, ' ').append(word);
+    }
+  }
+  return lines;
+}
+
 TextPosition PositionOf(std::string_view text, std::size_t offset) {
   constexpr std::size_t kTab = 8;
   const std::string_view before = text.substr(0, offset);

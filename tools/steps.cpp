@@ -27,13 +27,36 @@ std::string ShownPart(std::string_view text, zrt::Place place) {
   return Shown(PartOf(text, place), kMostCharacters);
 }
 
-// A number that is what it looks like is no step to tell.
-Words OperandWords(std::string_view text, const Reading::Operand& operand) {
-  const std::string value = ValueText(operand.value);
-  std::string remark = OriginOf(text, operand);
+const char* NameOf(zrt::CutEvent::By by) {
+  switch (by) {
+    case zrt::CutEvent::By::kGroup: return "group";
+    case zrt::CutEvent::By::kUnary: return "unary";
+    case zrt::CutEvent::By::kChain: return "chain";
+  }
+  return "";
+}
+
+Words CutWords(std::string_view text, const Reading::Cut& cut) {
+  const std::string middle = ShownPart(text, cut.middle);
+  switch (cut.by) {
+    case zrt::CutEvent::By::kGroup: return {middle, "cut at this group"};
+    case zrt::CutEvent::By::kUnary: return {middle, "cut at this operator"};
+    case zrt::CutEvent::By::kChain: break;
+  }
+  return {middle.empty() ? "nothing" : middle, "runs from left to right"};
+}
+
+// A number that is what it looks like.
+bool IsPlain(std::string_view text, const Reading::Operand& operand) {
   const std::string_view name = PartOf(text, operand.place);
-  if (remark.empty() && (value == name || BytesText(operand.value) == name)) return {};
-  return {ShownPart(text, operand.place) + " = " + value, std::move(remark)};
+  return OriginOf(text, operand).empty() &&
+         (ValueText(operand.value) == name || BytesText(operand.value) == name);
+}
+
+Words OperandWords(std::string_view text, const Reading::Operand& operand) {
+  const std::string name = ShownPart(text, operand.place);
+  if (IsPlain(text, operand)) return {name, "literal"};
+  return {name + " = " + ValueText(operand.value), OriginOf(text, operand)};
 }
 
 Words OperationWords(const Reading::Operation& operation) {
@@ -53,15 +76,28 @@ Words OperationWords(const Reading::Operation& operation) {
   return {both + " = " + result, ""};
 }
 
-void AddPlace(JsonLine* object, zrt::Place place) {
-  object->AddNumber("at", static_cast<long long>(place.offset))
-      .AddNumber("length", static_cast<long long>(place.length));
+Words IndexWords(const Reading::Index& index) {
+  return {index.status == 0 ? "the index is " + std::to_string(index.value) : "the index fails",
+          ""};
 }
 
-void AddPlace(JsonLine* object, std::string_view text, zrt::Place place) {
-  object->AddText("text", PartOf(text, place))
-      .AddNumber("at", static_cast<long long>(place.offset))
-      .AddNumber("length", static_cast<long long>(place.length));
+Words WordsOf(std::string_view text, const Reading& reading, const Reading::Step& step) {
+  switch (step.kind) {
+    case StepKind::kCut: return CutWords(text, reading.cuts()[step.at]);
+    case StepKind::kOperand: return OperandWords(text, reading.operands()[step.at]);
+    case StepKind::kOperation: return OperationWords(reading.operations()[step.at]);
+    case StepKind::kUnread:
+      return {ShownPart(text, reading.unread()[step.at]), "nothing reads this"};
+    case StepKind::kIndexBegin:
+      return {'[' + ShownPart(text, reading.indexes()[step.at].place) + ']',
+              "the index is evaluated"};
+    case StepKind::kIndexEnd: break;
+  }
+  return IndexWords(reading.indexes()[step.at]);
+}
+
+void AddPart(JsonLine* object, std::string_view text, zrt::Place place) {
+  object->AddText("text", PartOf(text, place)).AddPlace(place);
 }
 
 void AddValue(JsonLine* object, const std::string& key, const ReadValue& value) {
@@ -84,7 +120,7 @@ void AddValue(JsonLine* object, const std::string& key, const ReadValue& value) 
 }
 
 void AddOperand(JsonLine* object, std::string_view text, const Reading::Operand& operand) {
-  AddPlace(object, text, operand.place);
+  AddPart(object, text, operand.place);
   object->AddText("is", MeaningName(operand.meaning));
   if (*ScopeName(operand.scope) != '\0') object->AddText("scope", ScopeName(operand.scope));
   if (operand.row > 0) object->AddNumber("row", operand.row).AddNumber("rows", operand.row_count);
@@ -92,7 +128,7 @@ void AddOperand(JsonLine* object, std::string_view text, const Reading::Operand&
 }
 
 void AddOperation(JsonLine* object, std::string_view text, const Reading::Operation& operation) {
-  AddPlace(object, text, operation.place);
+  AddPart(object, text, operation.place);
   AddValue(object, "left", operation.left_value);
   const bool has_right = !operation.is_unary && operation.effect != Effect::kTrailing;
   if (has_right) AddValue(object, "right", operation.right_value);
@@ -111,25 +147,14 @@ const char* NameOf(const Reading::Operation& operation) {
   return operation.has_result ? "apply" : "fail";
 }
 
-const char* NameOf(zrt::CutEvent::By by) {
-  switch (by) {
-    case zrt::CutEvent::By::kGroup: return "group";
-    case zrt::CutEvent::By::kUnary: return "unary";
-    case zrt::CutEvent::By::kChain: return "chain";
-  }
-  return "";
-}
-
-std::string StepObject(std::string_view text, const Reading& reading, const Reading::Step& step) {
+JsonLine StepObject(std::string_view text, const Reading& reading, const Reading::Step& step) {
   JsonLine object;
   switch (step.kind) {
     case StepKind::kCut: {
       const Reading::Cut& cut = reading.cuts()[step.at];
       // Without their texts: those of all pieces are the square of a deep text.
-      AddPlace(&object.AddText("step", "cut").AddText("by", NameOf(cut.by)), cut.piece);
-      JsonLine middle;
-      AddPlace(&middle, cut.middle);
-      object.AddWritten("middle", middle.text());
+      object.AddText("step", "cut").AddText("by", NameOf(cut.by)).AddPlace(cut.piece);
+      object.AddWritten("middle", JsonLine().AddPlace(cut.middle).text());
       break;
     }
     case StepKind::kOperand:
@@ -141,10 +166,10 @@ std::string StepObject(std::string_view text, const Reading& reading, const Read
       break;
     }
     case StepKind::kUnread:
-      AddPlace(&object.AddText("step", "skip"), text, reading.unread()[step.at]);
+      AddPart(&object.AddText("step", "skip"), text, reading.unread()[step.at]);
       break;
     case StepKind::kIndexBegin:
-      AddPlace(&object.AddText("step", "index"), text, reading.indexes()[step.at].place);
+      AddPart(&object.AddText("step", "index"), text, reading.indexes()[step.at].place);
       break;
     case StepKind::kIndexEnd: {
       const Reading::Index& index = reading.indexes()[step.at];
@@ -153,7 +178,18 @@ std::string StepObject(std::string_view text, const Reading& reading, const Read
       break;
     }
   }
-  return object.text();
+  return object;
+}
+
+// Calls `tell` with the steps from `first` on, at most `count`.
+template <class Tell>
+std::string ArrayOf(const Reading& reading, std::size_t first, std::size_t count, Tell tell) {
+  const std::vector<Reading::Step>& steps = reading.steps();
+  first = std::min(first, steps.size());
+  const std::size_t end = first + std::min(count, steps.size() - first);
+  JsonArray array;
+  for (std::size_t i = first; i < end; ++i) array.Add(tell(steps[i]).text());
+  return array.text();
 }
 
 }  // namespace
@@ -162,23 +198,19 @@ std::vector<StepWords> StepsInWords(std::string_view text, const Reading& readin
   std::vector<StepWords> steps;
   std::size_t depth = 0;
   for (const Reading::Step& step : reading.steps()) {
-    Words words;
     zrt::Place place;
-    if (step.kind == StepKind::kIndexBegin) ++depth;
-    if (step.kind == StepKind::kIndexEnd) --depth;
-    if (step.kind == StepKind::kOperand) {
-      place = reading.operands()[step.at].place;
-      words = OperandWords(text, reading.operands()[step.at]);
+    switch (step.kind) {
+      case StepKind::kCut: continue;
+      case StepKind::kIndexBegin: ++depth; continue;
+      case StepKind::kIndexEnd: --depth; continue;
+      case StepKind::kOperand:
+        place = reading.operands()[step.at].place;
+        if (IsPlain(text, reading.operands()[step.at])) continue;
+        break;
+      case StepKind::kOperation: place = reading.operations()[step.at].place; break;
+      case StepKind::kUnread: place = reading.unread()[step.at]; break;
     }
-    if (step.kind == StepKind::kOperation) {
-      place = reading.operations()[step.at].place;
-      words = OperationWords(reading.operations()[step.at]);
-    }
-    if (step.kind == StepKind::kUnread) {
-      place = reading.unread()[step.at];
-      words = {ShownPart(text, place), "nothing reads this"};
-    }
-    if (words.what.empty()) continue;
+    Words words = WordsOf(text, reading, step);
     steps.push_back({place, depth, std::move(words.what), std::move(words.remark)});
   }
   return steps;
@@ -192,23 +224,24 @@ std::string StepLines(std::string_view text, const Reading& reading) {
     std::string line = std::string(number.size() < 3 ? 3 - number.size() : 0, ' ') + number + "  " +
                        std::string(2 * step.depth, ' ') + step.what;
     if (!step.remark.empty()) {
-      line.resize(std::max(line.size() + 2, kRemarkColumn), ' ');
-      line += step.remark;
+      line = Padded(line + "  ", kRemarkColumn) + step.remark;
     }
     lines += line + '\n';
   }
   return lines;
 }
 
-std::string StepArray(std::string_view text, const Reading& reading, std::size_t first,
-                      std::size_t count) {
-  const std::vector<Reading::Step>& steps = reading.steps();
-  first = std::min(first, steps.size());
-  const std::size_t end = first + std::min(count, steps.size() - first);
-  std::string array = "[";
-  for (std::size_t i = first; i < end; ++i) {
-    if (array.size() > 1) array += ',';
-    array += StepObject(text, reading, steps[i]);
-  }
-  return array + "]";
+std::string StepArray(std::string_view text, const Reading& reading) {
+  return ArrayOf(reading, 0, reading.steps().size(),
+                 [&](const Reading::Step& step) { return StepObject(text, reading, step); });
+}
+
+std::string ToldStepArray(std::string_view text, const Reading& reading, std::size_t first,
+                          std::size_t count) {
+  return ArrayOf(reading, first, count, [&](const Reading::Step& step) {
+    const Words words = WordsOf(text, reading, step);
+    JsonLine object = StepObject(text, reading, step);
+    object.AddText("does", words.what).AddText("remark", words.remark);
+    return object;
+  });
 }

@@ -20,7 +20,10 @@ std::vector<StepWords> StepsInWords(std::string_view text, const Reading& readin
 /// A line each, numbered from 1. Those of an index are indented.
 std::string StepLines(std::string_view text, const Reading& reading);
 
-/// All of them as a JSON array of objects, each with "step"; or `count` of them from `first` on, as
-/// far as they are there.
-std::string StepArray(std::string_view text, const Reading& reading, std::size_t first = 0,
-                      std::size_t count = std::string_view::npos);
+/// All of them as a JSON array of objects, each with "step".
+std::string StepArray(std::string_view text, const Reading& reading);
+
+/// `count` of them from `first` on, as far as they are there, each also in words: what it "does",
+/// and a "remark" or "".
+std::string ToldStepArray(std::string_view text, const Reading& reading, std::size_t first,
+                          std::size_t count);

@@ -23,11 +23,6 @@ struct Seen {
   }
 };
 
-/// "1 byte", "2 bytes".
-inline std::string Count(std::size_t count, const std::string& what) {
-  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
-}
-
 /// Adds what is surprising in an operand (surprise_operand.cpp).
 void AddOperandSurprises(const Seen& seen, const Reading::Operand& operand,
                          std::vector<Hint>* hints);

@@ -75,16 +75,6 @@ std::string Markup(std::string_view text) {
   return markup;
 }
 
-std::size_t ColumnsOf(std::string_view text) {
-  std::size_t columns = 0;
-  while (!text.empty()) {
-    const ShownCharacter character = FirstShown(text, false);
-    columns += character.columns;
-    text.remove_prefix(character.size);
-  }
-  return columns;
-}
-
 void Svg::Rect(int x, int y, int width, int height, std::string_view classes) {
   Rect(x, y, width, height, classes, "");
 }

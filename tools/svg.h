@@ -9,9 +9,6 @@
 /// `text` as it may stand in markup, in attributes too: as Shown(), with entities.
 std::string Markup(std::string_view text);
 
-/// How many columns of a fixed-width font a text takes.
-std::size_t ColumnsOf(std::string_view text);
-
 /// The classes "share0" to "share7" tell parts apart.
 constexpr std::size_t kShareColors = 8;
 

@@ -30,6 +30,7 @@ Style StyleOf(int file) {
   // NOLINTNEXTLINE(*-pro-type-vararg): the system has no other way to ask
   if (isatty(file) != 0 && ioctl(file, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
     style.columns = size.ws_col;
+    style.wraps = true;
   }
   return style;
 }

@@ -10,7 +10,7 @@
 TextSession::TextSession(const ReadingRequest& request)
     : request_(request),
       explainer_(request.setting.data_dir),
-      evaluator_(&scope_, {request.setting.max_bits, false, false}) {
+      evaluator_(&scope_, {request.setting.max_bits, false, false, request.names_from}) {
   if (request.add_names) request.add_names(&scope_);
   LoadScope(request.setting.scope, &scope_);
 }
@@ -26,15 +26,30 @@ ExitCode TextSession::ForEach(
     while (std::cout) {
       const LineReader::State state = reader.Next();
       if (state == LineReader::State::kEndOfInput) break;
+      line_number_ = reader.number();
       if (state == LineReader::State::kComplete) {
         is_good = show(reader.line(), reader.source()) && is_good;
       } else {
         is_good = false;
-        PrintPlace(ErrorStream(), reader.source(), {reader.line().size(), 0}, Reason(state),
-                   ErrorStyle());
+        Refuse(reader.source(), Reason(state));
       }
     }
   }
   FlushStandardOutput();
   return is_good ? kAllEvaluated : kExpressionFailed;
+}
+
+JsonLine TextSession::NewAnswer() const {
+  JsonLine answer;
+  if (line_number_ > 0) answer.AddNumber("line", static_cast<long long>(line_number_));
+  return answer;
+}
+
+// A line that is no text.
+void TextSession::Refuse(const Source& source, const std::string& reason) const {
+  if (request_.as_json) {
+    std::cout << NewAnswer().AddText("error", reason).text() << '\n';
+  } else {
+    PrintPlace(ErrorStream(), source, {source.text.size(), 0}, reason, ErrorStyle());
+  }
 }

@@ -20,13 +20,19 @@ class TextSession {
   /// as it should be. A line that cannot be a text is complained of. Throws Failure.
   ExitCode ForEach(const std::function<bool(const std::string& text, const Source& source)>& show);
 
+  /// An object for a script, begun with the number of the line that the text is, if it is one.
+  [[nodiscard]] JsonLine NewAnswer() const;
+
   TextEvaluator& evaluator() { return evaluator_; }
   Explainer& explainer() { return explainer_; }
   Scope& scope() { return scope_; }
 
  private:
+  void Refuse(const Source& source, const std::string& reason) const;
+
   const ReadingRequest& request_;
   Scope scope_;
   Explainer explainer_;
   TextEvaluator evaluator_;
+  std::size_t line_number_ = 0;
 };

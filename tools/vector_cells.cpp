@@ -5,10 +5,7 @@
 #include <bit>
 
 #include "output.h"
-
-std::string Counted(std::size_t count, const char* noun) {
-  return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
-}
+#include "shown_text.h"
 
 std::string SizeWords(const VectorImage& image) {
   if (image.bit_count == 0) return "no bits";

@@ -15,9 +15,6 @@ std::string SizeWords(const VectorImage& image);
 /// "2 of 4 bytes differ, in 3 bits; paired from the last byte".
 std::string DifferenceWords(const VectorComparison& comparison);
 
-/// "1 byte", "2 bytes".
-std::string Counted(std::size_t count, const char* noun);
-
 /// "byte 5", "bytes 5 to 9"; "5 to 9" alone.
 std::string RangeWords(const ByteRange& range, const char* noun);
 std::string RangeWords(const ByteRange& range);

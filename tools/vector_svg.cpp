@@ -130,13 +130,13 @@ class Painter {
     }
     Widen(kGutter + kSide * Int(kPerRow));
     y_ += 8;
-    Words("a cell for " + Counted(per_cell, "byte") + ", as dark as its bits are " +
+    Words("a cell for " + Counted(per_cell, "byte") + ", the stronger, the more of its bits are " +
               (marks_parts ? "changed" : "1"),
           "faint");
   }
 
-  void Legend(const VectorImage& image) {
-    if (image.spare_bits() > 0) Words("dashed: spare, above the length", "faint");
+  void Legend(const VectorImage& image, bool shows_bits) {
+    if (image.spare_bits() > 0 && shows_bits) Words("dashed: spare, above the length", "faint");
     if (image.shares.size() < 2) return;
     y_ += 8;
     const std::size_t count = std::min(image.shares.size(), kMostLegend);
@@ -296,7 +296,7 @@ std::string VectorSvg(std::string_view text, const VectorImage& image, const std
   } else {
     painter.Rows(image, rows, scale);
   }
-  painter.Legend(image);
+  painter.Legend(image, shows_bits);
   std::string description = SizeWords(image) + ".";
   for (std::size_t share = 0; image.shares.size() > 1 && share < image.shares.size(); ++share) {
     if (share == kMostLegend) break;

@@ -114,14 +114,11 @@ class Writer {
     std::size_t width = 0;
     const std::size_t most = std::max<std::size_t>(style_.columns, 40) - 30;
     for (std::size_t i = 0; i < count; ++i) {
-      width = std::max(width, Shown(image.shares[i].text, most).size());
+      width = std::max(width, ColumnsOf(Shown(image.shares[i].text, most)));
     }
     for (std::size_t i = 0; i < count; ++i) {
-      std::string label = ShareLabel(i);
-      label.resize(2, ' ');
-      std::string text = Shown(image.shares[i].text, most);
-      text.resize(std::max(width, text.size()), ' ');
-      Words("  " + Painted(label, ColorOf(i)) + "  " + text + "  " +
+      Words("  " + Painted(Padded(ShareLabel(i), 2), ColorOf(i)) + "  " +
+            Padded(Shown(image.shares[i].text, most), width) + "  " +
             BitRangeWords(image, image.shares[i]));
     }
     if (count < image.shares.size()) {

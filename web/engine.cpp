@@ -26,18 +26,7 @@ namespace {
 // Of values with more bits the page shows the ends alone.
 constexpr int kMostBits = 8 << 20;
 constexpr std::size_t kMostHints = 100;
-
-std::string HintArray(const std::vector<Hint>& hints) {
-  JsonArray array;
-  for (std::size_t i = 0; i < std::min(hints.size(), kMostHints); ++i) {
-    JsonLine object;
-    AddPlace(&object, hints[i].place);
-    object.AddText("says", hints[i].says);
-    if (!hints[i].instead.empty()) object.AddText("instead", hints[i].instead);
-    array.Add(object.text());
-  }
-  return array.text();
-}
+constexpr char kNamesFrom[] = "the scope";
 
 // A row as the steps show values: of a long one the ends.
 std::string RowText(LByteBuffer* row) {
@@ -79,6 +68,9 @@ class Engine {
     auto scope = std::make_unique<Scope>();
     JsonText text{std::string(written)};
     try {
+      if (const auto control = FirstControl(written)) {
+        throw JsonError(control->offset, "", control->complaint);
+      }
       if (!written.empty()) ReadInto(&text, scope.get());
     } catch (const JsonError& error) {
       const TextPosition position = PositionOf(text.text(), error.offset);
@@ -120,7 +112,7 @@ class Engine {
       remarks.AddText("brackets", tree.Brackets(text_, tree.root()));
     }
     const std::vector<Hint> hints = SurpriseHints(text_, kind_, reading);
-    return remarks.AddWritten("hints", HintArray(hints))
+    return remarks.AddWritten("hints", HintArray(hints, kMostHints))
         .AddNumber("hint_count", static_cast<long long>(hints.size()))
         .text();
   }
@@ -142,7 +134,7 @@ class Engine {
   }
 
   [[nodiscard]] std::string Steps(std::size_t first, std::size_t count) const {
-    return StepArray(text_, evaluator_.reading(), first, count);
+    return ToldStepArray(text_, evaluator_.reading(), first, count);
   }
 
   [[nodiscard]] std::string Standing(std::size_t step) const {
@@ -162,8 +154,8 @@ class Engine {
   void AddReasons(JsonLine* all) {
     const zrt::Failure& failure = evaluator_.reading().failure();
     const std::vector<Hint> reasons =
-        FailureHints(text_, kind_, failure, evaluator_.reading(), scope_->names());
-    all->AddWritten("reasons", HintArray(reasons));
+        FailureHints(text_, kind_, failure, evaluator_.reading(), scope_->names(), kNamesFrom);
+    all->AddWritten("reasons", HintArray(reasons, kMostHints));
     if (failure.cause_status != 0) {
       all->AddText("cause", explainer_.Sentence(failure.cause_status));
     }
@@ -171,7 +163,7 @@ class Engine {
 
   std::unique_ptr<Scope> scope_ = std::make_unique<Scope>();
   TextEvaluator evaluator_{
-      scope_.get(), {kMostBits, true, false}
+      scope_.get(), {kMostBits, true, false, kNamesFrom}
   };
   Explainer explainer_{""};
   std::string text_;

@@ -13,12 +13,17 @@ function make(tag, attributes = {}, ...children) {
   return element;
 }
 
-// Characters that cannot be seen are shown by their code.
+// Characters that act or cannot be seen are shown by their code, as zrteval writes it.
+const kUnseen =
+    /[\u0000-\u001F\u007F-\u00A0\u00AD\u061C\u1680\u180E\u2000-\u200F\u2028-\u202F\u205F-\u206F\u3000\uFEFF\uFFF9-\uFFFB\u{E0000}-\u{E007F}]/gu;
+
 function shown(text) {
-  return text.replace(
-      /[\u0000-\u001F\u007F-\u00A0\u00AD\u061C\u1680\u180E\u2000-\u200F\u2028-\u202F\u205F-\u206F\u3000\uFEFF\uFFF9-\uFFFB]/g,
-      (character) => ({'\n': '\\n', '\r': '\\r', '\t': '\\t'})[character] ??
-          '\\u' + character.charCodeAt(0).toString(16).toUpperCase().padStart(4, '0'));
+  return text.replace(kUnseen, (character) => {
+    const code = character.codePointAt(0);
+    const [letter, digits] = code < 0x80 ? ['x', 2] : code > 0xFFFF ? ['U', 8] : ['u', 4];
+    return ({'\n': '\\n', '\r': '\\r', '\t': '\\t'})[character] ??
+        `\\${letter}${code.toString(16).toUpperCase().padStart(digits, '0')}`;
+  });
 }
 
 function shortened(text, most) {

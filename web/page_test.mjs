@@ -145,12 +145,19 @@ async function longTexts() {
 }
 
 async function wrongScope(scope) {
-  const {wrongScope: wrong} = await put('int', '1', '{"tokens": {\n  "local": {"a": 4294967296}}}');
-  writeFileSync(join(folder, 'wrong.json'), '{"tokens": {\n  "local": {"a": 4294967296}}}');
-  const {stderr} = native('int', '--scope', join(folder, 'wrong.json'), '1');
-  check(
-      'a wrong scope',
-      stderr.includes(`wrong.json:${wrong.line}:${wrong.column}: ${wrong.error}\n`), true);
+  const written = [
+    '{"tokens": {\n  "local": {"a": 4294967296}}}',
+    '{"tokens": {"local": {"ä\x7F": 1}}}',
+    '{"tokens": {"local": {"\0": 1}}}',
+  ];
+  for (const text of written) {
+    const {wrongScope: wrong} = await put('int', '1', text);
+    writeFileSync(join(folder, 'wrong.json'), text);
+    const {stderr} = native('int', '--scope', join(folder, 'wrong.json'), '1');
+    check(
+        `wrong: ${JSON.stringify(text)}`,
+        stderr.includes(`wrong.json:${wrong.line}:${wrong.column}: ${wrong.error}\n`), true);
+  }
   check('a scope put right', (await put('int', 'size', scope)).answer.value, 8);
 }
 

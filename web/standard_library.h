@@ -42,6 +42,11 @@ auto find(Range&& range, const Value& value) {
   return std::find(std::begin(range), std::end(range), value);
 }
 
+template <class Range, class Holds>
+bool all_of(const Range& range, Holds holds) {
+  return std::all_of(std::begin(range), std::end(range), holds);
+}
+
 }  // namespace ranges
 
 /// Takes a decimal number alone, as all do that call it here.

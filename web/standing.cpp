@@ -52,11 +52,11 @@ std::string PieceArray(const std::vector<Reading::Cut>& pieces) {
   JsonArray array;
   for (std::size_t i = pieces.size() - std::min(pieces.size(), kMostPieces); i < pieces.size();
        ++i) {
-    JsonLine object;
-    AddPlace(&object.AddText("by", NameOf(pieces[i].by)), pieces[i].piece);
-    JsonLine middle;
-    AddPlace(&middle, pieces[i].middle);
-    array.Add(object.AddWritten("middle", middle.text()).text());
+    array.Add(JsonLine()
+                  .AddText("by", NameOf(pieces[i].by))
+                  .AddPlace(pieces[i].piece)
+                  .AddWritten("middle", JsonLine().AddPlace(pieces[i].middle).text())
+                  .text());
   }
   return array.text();
 }
@@ -85,11 +85,6 @@ std::string RowArray(const Reading& reading, std::size_t step,
 
 }  // namespace
 
-void AddPlace(JsonLine* object, zrt::Place place) {
-  object->AddNumber("at", static_cast<long long>(place.offset))
-      .AddNumber("length", static_cast<long long>(place.length));
-}
-
 std::string StandingAt(const Reading& reading, std::size_t step,
                        const std::vector<Scope::NamedField>& fields) {
   const std::size_t count = reading.steps().size();
@@ -97,9 +92,9 @@ std::string StandingAt(const Reading& reading, std::size_t step,
   const zrt::Place place =
       step < count ? PlaceOf(reading, reading.steps()[step]) : reading.failure().place;
   step = std::min(step, count - 1);
-  JsonLine object;
-  AddPlace(&object, place);
-  return object.AddWritten("pieces", PieceArray(PiecesAround(reading, step, place)))
+  return JsonLine()
+      .AddPlace(place)
+      .AddWritten("pieces", PieceArray(PiecesAround(reading, step, place)))
       .AddWritten("rows", RowArray(reading, step, fields))
       .text();
 }

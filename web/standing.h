@@ -10,22 +10,6 @@
 #include "tools/reading.h"
 #include "tools/scope.h"
 
-/// A JSON array as it grows.
-class JsonArray {
- public:
-  void Add(const std::string& written) {
-    if (text_.size() > 1) text_ += ',';
-    text_ += written;
-  }
-  [[nodiscard]] std::string text() const { return text_ + "]"; }
-
- private:
-  std::string text_ = "[";
-};
-
-/// Adds "at" and "length".
-void AddPlace(JsonLine* object, zrt::Place place);
-
 /// An object with "at" and "length" of the step, "pieces", the innermost last, each with its
 /// "middle", and "rows": the number of the field in `fields`, the row, and the step that took it.
 /// Behind the last step stands the failure. Without steps the object is empty.

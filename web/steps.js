@@ -3,55 +3,6 @@
 const kListed = 120;  // steps in the list around the one that is shown
 const kAround = 160;  // characters of the text around it
 
-const valueText = (value) =>
-    typeof value === 'object' ? `${value.hex}/${value.bits}` : String(value);
-
-// A step in words: what it does, and a remark.
-function wordsOf(step, text) {
-  const part = shortened(shown(step.text ?? ''), 40);
-  switch (step.step) {
-    case 'cut': {
-      const {at, length} = step.middle;
-      const middle = shortened(shown(text.slice(at, at + length)), 40);
-      if (step.by === 'chain')
-        return [middle === '' ? 'nothing' : middle, 'runs from left to right'];
-      return [middle, step.by === 'group' ? 'cut at this group' : 'cut at this operator'];
-    }
-    case 'read': {
-      const scope = step.scope === undefined ? step.is : `${step.scope} ${step.is}`;
-      const row = step.row === undefined ? '' : `, row ${step.row} of ${step.rows}`;
-      const value = valueText(step.value);
-      return [value === part ? part : `${part} = ${value}`, scope + row];
-    }
-    case 'apply':
-    case 'fail': {
-      const value = step.step === 'fail' ? 'fails' : valueText(step.value);
-      const left = valueText(step.left);
-      if (step.right === undefined) return [`${part}${left} = ${value}`, ''];
-      return [`${left} ${part} ${valueText(step.right)} = ${value}`, ''];
-    }
-    case 'drop left':
-      return [
-        `${valueText(step.left)} ${part} ${valueText(step.right)}`, 'the left side is dropped'
-      ];
-    case 'drop right':
-      return [
-        `${valueText(step.left)} ${part} ${valueText(step.right)}`, 'the right side is dropped'
-      ];
-    case 'drop operator':
-      return [`${valueText(step.left)} ${part}`, 'nothing behind it'];
-    case 'skip':
-      return [part, 'nothing reads this'];
-    case 'index':
-      return [`[${part}]`, 'the index is evaluated'];
-    case 'index end':
-      return [step.status === 0 ? `the index is ${step.value}` : 'the index fails', ''];
-    case 'failure':
-      return [part === '' ? 'something is missing' : part, step.name];
-  }
-  return [step.step, ''];
-}
-
 class Steps {
   constructor(asker) {
     this.asker = asker;
@@ -94,8 +45,9 @@ class Steps {
     if (this.count === 0) return;
     this.failure = answer.status === undefined || answer.status === 0 ? null : {
       step: 'failure',
-      text: text.slice(answer.at, answer.at + answer.length),
-      name: answer.name,
+      does: shortened(shown(text.slice(answer.at, answer.at + answer.length)), 40) ||
+          'something is missing',
+      remark: answer.name,
     };
     if (this.failure !== null) ++this.count;
     this.slider.max = this.count;
@@ -130,9 +82,9 @@ class Steps {
       byId(id).setAttribute('aria-disabled', number === ends);
     }
     const step = steps[number - 1 - first];
-    const [does, remark] = wordsOf(step, this.text);
+    const {does, remark} = step;
     this.slider.setAttribute('aria-valuetext', `${number} of ${this.count}: ${does} ${remark}`);
-    byId('step-says').replaceChildren(make('code', {}, does), ...(remark === '' ? [] : [
+    byId('step-says').replaceChildren(make('code', {}, shown(does)), ...(remark === '' ? [] : [
                                         make('span', {}, remark)
                                       ]));
     this.putStanding(standing, number);
@@ -196,7 +148,7 @@ class Steps {
     let depth = 0;
     const items = steps.map((step, index) => {
       if (step.step === 'index end') depth = Math.max(depth - 1, 0);
-      const [does, remark] = wordsOf(step, this.text);
+      const {does, remark} = step;
       const item = make(
           'li', {
             value: first + index + 1,
@@ -205,7 +157,7 @@ class Steps {
             'aria-current': first + index + 1 === number ? 'step' : undefined,
             onclick: () => this.step(first + index + 1),
           },
-          make('code', {}, does), ...(remark === '' ? [] : [make('span', {}, remark)]));
+          make('code', {}, shown(does)), ...(remark === '' ? [] : [make('span', {}, remark)]));
       if (step.step === 'index') ++depth;
       return item;
     });

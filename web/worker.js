@@ -55,9 +55,7 @@ function turnPlaces(value, indexes) {
 function takeScope(written) {
   if (written === scope) return scopeAnswer;
   scope = written;
-  scopeAnswer = written.includes('\0') ?
-      {error: 'this is no text, it holds a NUL', at: written.indexOf('\0')} :
-      turnPlaces(tell(engine._zrt_take_scope, written), indexOfBytes(written));
+  scopeAnswer = turnPlaces(tell(engine._zrt_take_scope, written), indexOfBytes(written));
   return scopeAnswer;
 }
 

@@ -17,6 +17,7 @@ set -eux
 cd /given
 apt-get install -qq -y --no-install-recommends ./zrteval_*.deb ./libzrtexpression1_*.deb > log 2>&1 || { cat log; exit 1; }
 test "$(zrteval int '2+3*4')" = 20
+ldd "$(command -v zrteval)" | grep libedit  # sessions have history and completion
 zrteval int --data-dir /usr/share/zrtexpression x 2>&1 | grep -F '(-511): An operand'
 test -s /usr/share/bash-completion/completions/zrteval
 dpkg -L zrteval | grep man1/zrteval.1.gz

@@ -71,7 +71,9 @@ def look(name, page, width, is_dark):
         file.write(page.replace("</body>", PROBE + "</body>"))
     scheme = "0" if is_dark else "1"
     answer = subprocess.run(
-        [BROWSER, "--headless", "--no-sandbox", "--disable-gpu", f"--user-data-dir={WORK}/profile",
+        [BROWSER, "--headless", "--no-sandbox", "--disable-gpu", "--no-first-run",
+         "--disable-background-networking", "--disable-component-update", "--disable-quic",
+         "--disable-sync", f"--user-data-dir={WORK}/profile-{width}-{name}",
          f"--blink-settings=preferredColorScheme={scheme}", f"--window-size={width},900",
          "--dump-dom", "file://" + path], capture_output=True, timeout=120, check=False)
     found = re.search(r'<pre id="report">(.*)</pre>', answer.stdout.decode(), re.S)
