@@ -100,18 +100,19 @@ void AddPart(JsonLine* object, std::string_view text, zrt::Place place) {
   object->AddText("text", PartOf(text, place)).AddPlace(place);
 }
 
+// JSON has no infinity and no NaN.
+void AddFloat(JsonLine* object, const std::string& key, float value) {
+  if (std::isfinite(value)) {
+    object->AddWritten(key, FloatText(value));
+  } else {
+    object->AddText(key, FloatText(value));
+  }
+}
+
 void AddValue(JsonLine* object, const std::string& key, const ReadValue& value) {
   switch (value.kind) {
     case zrt::ValueKind::kInteger: object->AddNumber(key, value.integer); return;
-    case zrt::ValueKind::kFloat: {
-      const std::string number = FloatText(value.floating);
-      if (std::isfinite(value.floating)) {
-        object->AddWritten(key, number);
-      } else {
-        object->AddText(key, number);
-      }
-      return;
-    }
+    case zrt::ValueKind::kFloat: AddFloat(object, key, value.floating); return;
     case zrt::ValueKind::kBits: break;
   }
   const JsonLine bits =

@@ -42,7 +42,7 @@ Said FractionOfLiteral(const Seen& seen, const Operand& operand) {
   const std::string_view literal = PartOf(seen.text, operand.name);
   if (IsExponentAlone(literal, operand)) return std::nullopt;  // has its own rule
   const bool has_exponent = literal.find_first_of("eE") != std::string_view::npos;
-  return Hint{operand.name, "integers stop at the \".\" or \"e\": this is " + value,
+  return Hint{operand.name, R"(integers stop at the "." or "e": this is )" + value,
               has_exponent ? WithoutExponent(literal) : value};
 }
 

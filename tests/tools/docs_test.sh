@@ -103,7 +103,7 @@ while IFS= read -r command; do
   ((++pictures))
 done < <(cd "$source_dir" && sed -nE 's/^<!-- (zrteval .* --svg .*) -->$/\1/p' ./*.md docs/*.md | sort -u)
 for file in "$source_dir"/docs/pictures/*.svg; do
-  grep -qFe "--svg docs/pictures/$(basename "$file") " "$source_dir"/docs/*.md || fail "$file is not used"
+  grep -qF -- "--svg docs/pictures/${file##*/} " "$source_dir"/docs/*.md || fail "$file is not used"
 done
 # Source files and folders that are named are there.
 while IFS= read -r name; do
