@@ -6,7 +6,6 @@
 #include "runlength/run_length.h"
 
 #include <charconv>
-#include <cstring>
 #include <string_view>
 
 #include "bits/digits.h"
@@ -57,15 +56,17 @@ class Writer {
  public:
   Writer(char* text, char digit_ten) : begin_(text), end_(text), digit_ten_(digit_ten) {}
 
+  // A text that begins with digits is put in parentheses.
   void WriteDigits(Bytes bytes) {
     if (bytes.empty()) return;
-    Join();
+    is_in_parentheses_ |= is_empty();
+    *end_++ = is_empty() ? '(' : '@';
     end_ = WriteHexDigits(bytes, digit_ten_, Write("0x", end_));
   }
 
   void WriteRun(Bytes run) {
     constexpr std::size_t kMaxCountDigits = 10;
-    Join();
+    if (!is_empty()) *end_++ = '@';
     end_ = Write("(0x", end_);
     *end_++ = HexDigit(run.front() >> 4, digit_ten_);
     *end_++ = HexDigit(run.front() & 0xF, digit_ten_);
@@ -74,27 +75,18 @@ class Writer {
     *end_++ = ')';
   }
 
-  // Ends the text; one that begins with digits is put in parentheses.
   void Finish() {
-    if (!is_empty() && *begin_ != '(') {
-      std::memmove(begin_ + 1, begin_, static_cast<std::size_t>(end_ - begin_));
-      *begin_ = '(';
-      ++end_;
-      *end_++ = ')';
-    }
+    if (is_in_parentheses_) *end_++ = ')';
     *end_ = '\0';
   }
 
   [[nodiscard]] bool is_empty() const { return end_ == begin_; }
 
  private:
-  void Join() {
-    if (!is_empty()) *end_++ = '@';
-  }
-
   char* begin_;
   char* end_;
   char digit_ten_;
+  bool is_in_parentheses_ = false;
 };
 
 }  // namespace
