@@ -41,6 +41,14 @@ std::size_t NextPair(Bytes bytes, std::size_t begin) {
 std::size_t EndOfRun(Bytes bytes, std::size_t begin) {
   const std::uint64_t repeated = bytes[begin] * kLowBits;
   std::size_t end = begin + 1;
+  constexpr std::size_t kFourWords = 4 * kWordSize;
+  for (; end + kFourWords <= bytes.size(); end += kFourWords) {
+    std::uint64_t others = 0;
+    for (std::size_t i = end; i < end + kFourWords; i += kWordSize) {
+      others |= LoadWord(&bytes[i]) ^ repeated;
+    }
+    if (others != 0) break;
+  }
   for (; end + kWordSize <= bytes.size(); end += kWordSize) {
     const std::uint64_t others = LoadWord(&bytes[end]) ^ repeated;
     if (others != 0) return end + FirstByte(others);
