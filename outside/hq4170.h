@@ -314,11 +314,16 @@ class ZRT_OUTSIDE_EXPORT RBTree {
   /// A node to search from; null in an empty tree.
   RBTreeNode* GetRoot() { return nodes_.empty() ? nullptr : &nodes_.begin()->second; }
 
+  // ---- Host side -----------------------------------------------------------------------------
+
+  /// Whether any name begins with `c`; the empty one does with its terminator.
+  bool HasNameFrom(char c) const { return first_characters_[static_cast<unsigned char>(c)]; }
+
  protected:
   /// The node of that name, or null. Many texts that are looked up are literals: they fail at once,
   /// since hardly a name begins like one.
   RBTreeNode* Find(const char* name) const {
-    if (name == nullptr || !first_characters_[static_cast<unsigned char>(*name)]) return nullptr;
+    if (name == nullptr || !HasNameFrom(*name)) return nullptr;
     return FindNode(name);
   }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 
 #include "bits/bit_value.h"
@@ -15,6 +16,7 @@ namespace {
 
 // A step of 32 digits as vectors, handed on by reference alone, as in the kernels.
 using Chars [[gnu::vector_size(32)]] = std::uint8_t;
+using Pairs [[gnu::vector_size(32)]] = std::uint16_t;    // of them, to make a byte each
 using HalfStep [[gnu::vector_size(16)]] = std::uint8_t;  // their bytes
 constexpr std::size_t kStep = sizeof(Chars);
 constexpr Chars kZeros{};
@@ -25,12 +27,12 @@ ZRT_INLINE void ToBytes(const Chars& chars, std::uint8_t* bytes, Chars& others) 
   const Chars letter = (chars | ' ') - 'a';
   others |= (decimal > 9) & (letter > 5);
   const Chars value = decimal > 9 ? letter + 10 : decimal;
-  const auto high = __builtin_shufflevector(value, value, 0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22,
-                                            24, 26, 28, 30);
-  const auto low = __builtin_shufflevector(value, value, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23,
-                                           25, 27, 29, 31);
-  const auto both = (high << 4) | low;
-  std::memcpy(bytes, &both, sizeof(both));
+  Pairs pairs;
+  std::memcpy(&pairs, &value, kStep);
+  constexpr bool kIsLittle = std::endian::native == std::endian::little;
+  const Pairs both = kIsLittle ? (pairs << 4) | (pairs >> 8) : (pairs >> 4) | pairs;
+  const auto joined = __builtin_convertvector(both & 0xFF, HalfStep);
+  std::memcpy(bytes, &joined, sizeof(joined));
 }
 
 ZRT_INLINE void ReadStep(const char* digits, std::uint8_t* bytes, Chars& others) {
@@ -101,7 +103,7 @@ ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8
     Chars chars;
     Chars others{};
     std::memcpy(&chars, &text[count], kStep);
-    std::memcpy(copy + count, &chars, kStep);
+    if (copy) std::memcpy(copy + count, &chars, kStep);
     ToBytes(chars, bytes + count / 2, others);
     in_step = FirstOf(others);
   }
@@ -110,13 +112,13 @@ ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8
     std::array<std::uint8_t, kStep / 2> last_bytes{};
     Chars others{};
     const std::size_t length = text.substr(count).copy(last.data(), kStep);
-    std::copy_n(last.data(), length, copy + count);
+    if (copy) std::copy_n(last.data(), length, copy + count);
     ReadStep(last.data(), last_bytes.data(), others);
     in_step = FirstOf(others);
     std::copy_n(last_bytes.data(), (in_step + 1) / 2, bytes + count / 2);
     count += in_step;
   }
-  if (count % 2 != 0) bytes[count / 2] = HighNibble(copy[count - 1]);
+  if (count % 2 != 0) bytes[count / 2] = HighNibble(text[count - 1]);
   return count;
 }
 

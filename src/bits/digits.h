@@ -23,8 +23,8 @@ char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* 
 [[nodiscard]] bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes);
 
 /// Reads the hexadecimal digits that `text` begins with in the same way, and copies them. `copy`
-/// has room for as many characters as `text` has, `bytes` for half of them; what stands behind the
-/// digits and their bytes is of no known content then.
+/// has room for as many characters as `text` has, or is null; `bytes` for half of them; what stands
+/// behind the digits and their bytes is of no known content then.
 /// @return the count of digits.
 [[nodiscard]] std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8_t* bytes);
 

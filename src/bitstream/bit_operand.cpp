@@ -118,7 +118,8 @@ std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, Ou
   const std::string_view digits = text.substr(2);
   if (digits.empty() || digits.size() > kMaxHexDigits) return std::nullopt;
   const std::size_t byte_count = (digits.size() + 1) / 2;
-  NameBuffer name(text.size());
+  const bool may_be_name = scopes.MayHoldNameFrom('0');
+  NameBuffer name(may_be_name ? text.size() : 0);
   name.text()[0] = '0';
   name.text()[1] = 'x';
   place.OfferTo(value, byte_count);
@@ -129,10 +130,13 @@ std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, Ou
       value.Rebuild(0);
       return std::nullopt;
     }
-    part.copy(name.text() + 2 + done, part.size());
+    if (may_be_name) part.copy(name.text() + 2 + done, part.size());
   }
-  name.text()[text.size()] = '\0';
-  const Meaning meaning = MeaningOf(text, name.text(), scopes);
+  Meaning meaning;
+  if (may_be_name) {
+    name.text()[text.size()] = '\0';
+    meaning = MeaningOf(text, name.text(), scopes);
+  }
   if constexpr (kIsWatched<Watch>) NoteMeaning(meaning, name.text(), scopes, watch);
   if (!meaning.is_there()) {
     value.set_bit_length(static_cast<int>(8 * byte_count));

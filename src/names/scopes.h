@@ -2,6 +2,7 @@
 // them. Knows the closed libraries' lookups; which status a missing name becomes is for others.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <memory>
 #include <string_view>
@@ -31,6 +32,13 @@ class NameBuffer {
   std::unique_ptr<char[]> heap_;
 };
 
+/// A scope that tells whether any of its names begins with a character, which the contract does not
+/// know. Where none does, a long literal need not be copied to be looked for.
+template <class Scope>
+concept TellsFirstCharacters = requires(const Scope& scope, char first) {
+  { scope.HasNameFrom(first) } -> std::same_as<bool>;
+};
+
 /// The host's scopes, borrowed. Null scopes are skipped.
 struct Scopes {
   ZRTTokenTree* local_tokens = nullptr;
@@ -53,6 +61,9 @@ struct Scopes {
     if (!field && local_data) field = local_data->GetDataField(name);
     return field || !global_data ? field : global_data->GetDataField(name);
   }
+
+  /// False if no scope holds a name that begins with `first`. One that does not tell may do so.
+  [[nodiscard]] bool MayHoldNameFrom(char first) const;
 
   /// The scope in which `name` has led to the token or the field.
   [[nodiscard]] OperandEvent::Scope ScopeOf(const ZRTTokens& token, char* name) const;

@@ -6,7 +6,6 @@
 #include "runlength/run_length.h"
 
 #include <charconv>
-#include <cstring>
 #include <string_view>
 
 #include "bits/digits.h"
@@ -42,6 +41,14 @@ std::size_t NextPair(Bytes bytes, std::size_t begin) {
 std::size_t EndOfRun(Bytes bytes, std::size_t begin) {
   const std::uint64_t repeated = bytes[begin] * kLowBits;
   std::size_t end = begin + 1;
+  constexpr std::size_t kFourWords = 4 * kWordSize;
+  for (; end + kFourWords <= bytes.size(); end += kFourWords) {
+    std::uint64_t others = 0;
+    for (std::size_t i = end; i < end + kFourWords; i += kWordSize) {
+      others |= LoadWord(&bytes[i]) ^ repeated;
+    }
+    if (others != 0) break;
+  }
   for (; end + kWordSize <= bytes.size(); end += kWordSize) {
     const std::uint64_t others = LoadWord(&bytes[end]) ^ repeated;
     if (others != 0) return end + FirstByte(others);
@@ -57,15 +64,17 @@ class Writer {
  public:
   Writer(char* text, char digit_ten) : begin_(text), end_(text), digit_ten_(digit_ten) {}
 
+  // A text that begins with digits is put in parentheses.
   void WriteDigits(Bytes bytes) {
     if (bytes.empty()) return;
-    Join();
+    is_in_parentheses_ |= is_empty();
+    *end_++ = is_empty() ? '(' : '@';
     end_ = WriteHexDigits(bytes, digit_ten_, Write("0x", end_));
   }
 
   void WriteRun(Bytes run) {
     constexpr std::size_t kMaxCountDigits = 10;
-    Join();
+    if (!is_empty()) *end_++ = '@';
     end_ = Write("(0x", end_);
     *end_++ = HexDigit(run.front() >> 4, digit_ten_);
     *end_++ = HexDigit(run.front() & 0xF, digit_ten_);
@@ -74,27 +83,18 @@ class Writer {
     *end_++ = ')';
   }
 
-  // Ends the text; one that begins with digits is put in parentheses.
   void Finish() {
-    if (!is_empty() && *begin_ != '(') {
-      std::memmove(begin_ + 1, begin_, static_cast<std::size_t>(end_ - begin_));
-      *begin_ = '(';
-      ++end_;
-      *end_++ = ')';
-    }
+    if (is_in_parentheses_) *end_++ = ')';
     *end_ = '\0';
   }
 
   [[nodiscard]] bool is_empty() const { return end_ == begin_; }
 
  private:
-  void Join() {
-    if (!is_empty()) *end_++ = '@';
-  }
-
   char* begin_;
   char* end_;
   char digit_ten_;
+  bool is_in_parentheses_ = false;
 };
 
 }  // namespace

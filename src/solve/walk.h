@@ -6,7 +6,7 @@
 //
 // The walk knows nothing of values, names or results: the policy of a kind of value says what is
 // that kind's own (walk_policy.h), and who is told what happens (watch.h). Nothing here recurses:
-// open levels stand on a stack of frames, solved values on a stack of values.
+// open levels stand on a stack, and solved values on another.
 #pragma once
 
 #include <cstdint>
@@ -27,13 +27,8 @@ namespace zrt {
 template <class Policy>
 class Walk : private WalkSteps<Policy> {
  public:
-  Walk(Policy& policy, const MarkedText& text) : WalkSteps<Policy>(policy, text) {}
-
   /// Solves the whole text. Throws std::bad_alloc alone, before anything is delivered.
-  ZRTStatus Solve();
-
-  /// Solves the whole text as one chain, whatever it holds.
-  ZRTStatus SolveChain() { return DeliverChain(WholePiece(text_)); }
+  static ZRTStatus Solve(Policy& policy, const MarkedText& text);
 
  private:
   using Steps = WalkSteps<Policy>;
@@ -58,11 +53,11 @@ class Walk : private WalkSteps<Policy> {
     RuledOut ruled_out;
   };
   // clang-format off
-  static constexpr SideTurn kTurns[2][2] = {
+  static constexpr SideTurn kTurns[] = {  // by Turn
       // Around a unary operator, the first one of a text without groups.
-      {{Side::kLeft, RuledOut::kGroupsAndUnary}, {Side::kRight, RuledOut::kGroups}},
+      {Side::kLeft, RuledOut::kGroupsAndUnary}, {Side::kRight, RuledOut::kGroups}, {},
       // Around a group, the first one of its text.
-      {{Side::kRight, RuledOut::kNothing}, {Side::kLeft, RuledOut::kGroups}},
+      {Side::kRight, RuledOut::kNothing}, {Side::kLeft, RuledOut::kGroups}, {},
   };
   // clang-format on
 
@@ -73,9 +68,14 @@ class Walk : private WalkSteps<Policy> {
     std::uint32_t mark;
   };
 
-  using Frame = WalkFrame<Watch>;
+  using Frame = WalkFrame;
+  using Level = WalkLevel<Watch>;
 
-  Cut FindCut(const Piece& piece, RuledOut ruled_out) const;
+  Walk(Policy& policy, const MarkedText& text) : Steps(policy, text) {}
+
+  ZRTStatus SolveFrom(Cut cut);
+
+  static Cut FindCut(const MarkedText& text, const Piece& piece, RuledOut ruled_out);
   Cut SolveOrFindCut(const Piece& piece, RuledOut ruled_out);
 
   // A piece that is to be solved next.
@@ -89,20 +89,19 @@ class Walk : private WalkSteps<Policy> {
   ZRTStatus NextSide(Task& task);
   ZRTStatus Combine();
 
-  // Open a frame for a cut and leave in `piece` the text inside: a group's, or a unary operand.
+  // Open a level for a cut and leave in `piece` the text inside: a group's, or a unary operand.
   ZRTStatus OpenGroup(Piece& piece, std::uint32_t open_mark);
   void OpenUnary(Piece& piece, std::uint32_t unary_mark);
 
-  // Cut a side of the top frame into `side` and note its operator; one that is empty is no failure
+  // Cut a side of the top level into `side` and note its operator; one that is empty is no failure
   // and not there.
-  ZRTStatus CutRight(Frame& frame, Piece& side) const;
-  ZRTStatus CutLeft(Frame& frame, Piece& side);
-  ZRTStatus CutNegations(Frame& frame, RightScan& scan, FoundOperator& found,
+  ZRTStatus CutRight(const Frame& frame, Level& level, Piece& side) const;
+  ZRTStatus CutLeft(const Frame& frame, Level& level, Piece& side);
+  ZRTStatus CutNegations(const Level& level, RightScan& scan, FoundOperator& found,
                          std::uint32_t& middle);
 
-  ZRTStatus DeliverChain(const Piece& piece);
-
-  SmallStack<Frame, 64> frames_;
+  SmallStack<Level, 64> levels_;
+  SmallStack<Frame, 64> frames_;  // of those that have sides left to cut
   SmallStack<Solved, 64> values_;
 };
 
@@ -113,22 +112,23 @@ template <class Policy>
 ZRTStatus SolveText(std::string_view text, Policy policy) {
   if (text.size() > kMaxTextLength) return ErrStreamWrite;
   const MarkedText marked(text, MarkedText::Parentheses::kMarked);
-  return Walk<Policy>(policy, marked).Solve();
+  return Walk<Policy>::Solve(policy, marked);
 }
 template <class Policy>
 ZRTStatus SolveTextAsChain(std::string_view text, Policy policy) {
   if (text.size() > kMaxTextLength) return ErrStreamWrite;
   const MarkedText marked(text, MarkedText::Parentheses::kPlain);
-  return Walk<Policy>(policy, marked).SolveChain();
+  return WalkSteps<Policy>(policy, marked).SolveChain();
 }
 
 // The first group of a piece, else its first unary operator, else neither.
 template <class Policy>
-typename Walk<Policy>::Cut Walk<Policy>::FindCut(const Piece& piece, RuledOut ruled_out) const {
+typename Walk<Policy>::Cut Walk<Policy>::FindCut(const MarkedText& text, const Piece& piece,
+                                                 RuledOut ruled_out) {
   if (ruled_out == RuledOut::kGroupsAndUnary) return {Shape::kChain, kNoMark};
   std::uint32_t first_unary = kNoMark;
   for (std::uint32_t mark = piece.first_mark; mark < piece.last_mark; ++mark) {
-    const char c = text_.CharOf(mark);
+    const char c = text.CharOf(mark);
     if (c == '(') return {Shape::kGroup, mark};
     if (first_unary == kNoMark && IsUnary(c, Policy::kReversesBits)) {
       first_unary = mark;
@@ -148,16 +148,22 @@ typename Walk<Policy>::Cut Walk<Policy>::SolveOrFindCut(const Piece& piece, Rule
       values_.Drop();
     }
   }
-  return FindCut(piece, ruled_out);
+  return FindCut(text_, piece, ruled_out);
 }
 
-// Goes down to the first chain of a piece, opening a frame for each level, and solves that chain;
+// A text that is a chain needs no levels, so that it does without their stacks.
+template <class Policy>
+ZRTStatus Walk<Policy>::Solve(Policy& policy, const MarkedText& text) {
+  const Cut cut = FindCut(text, WholePiece(text), RuledOut::kNothing);
+  if (cut.shape == Shape::kChain) return Steps(policy, text).SolveChain();
+  return Walk(policy, text).SolveFrom(cut);
+}
+
+// Goes down to the first chain of a piece, opening a level for each cut, and solves that chain;
 // then up, combining the levels that have all their sides, to the next side that is to be solved.
 template <class Policy>
-ZRTStatus Walk<Policy>::Solve() {
+ZRTStatus Walk<Policy>::SolveFrom(Cut cut) {
   Piece piece = WholePiece(text_);
-  Cut cut = FindCut(piece, RuledOut::kNothing);
-  if (cut.shape == Shape::kChain) return DeliverChain(piece);
   for (;;) {
     while (cut.shape > Shape::kChain) {
       RuledOut ruled_out = RuledOut::kNothing;
@@ -171,7 +177,7 @@ ZRTStatus Walk<Policy>::Solve() {
       status = NextSide(task);
       if (status != kOk || task.is_there) break;
       status = Combine();
-      if (frames_.empty()) return status;
+      if (levels_.empty()) return status;
     }
     if (status != kOk) return status;
     piece = task.piece;
@@ -179,16 +185,7 @@ ZRTStatus Walk<Policy>::Solve() {
   }
 }
 
-template <class Policy>
-ZRTStatus Walk<Policy>::DeliverChain(const Piece& piece) {
-  Solved running;
-  const ZRTStatus status = Chain(piece, running);
-  if (status == kOk) TellOutcome(running);
-  if (status == kOk || Policy::kKeepsPartialChain) policy_.Deliver(running.value, false);
-  return status;
-}
-
-// Opens a frame for a cut. `piece` becomes the text inside, with what is known of it.
+// Opens a level for a cut. `piece` becomes the text inside, with what is known of it.
 template <class Policy>
 ZRTStatus Walk<Policy>::OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out) {
   if (cut.shape == Shape::kGroup) return OpenGroup(piece, cut.mark);
@@ -208,13 +205,13 @@ ZRTStatus Walk<Policy>::OpenGroup(Piece& piece, std::uint32_t open_mark) {
   if (close_mark == kNoMark) return watch()->Fail(ErrUnbalancedParenthesis, Part(open, open + 1));
   const std::uint32_t close = text_.PositionOf(close_mark);
   watch()->Cut(CutEvent::By::kGroup, ViewOf(text_, piece), Part(open, close + 1));
-  // A group alone in its piece needs no frame, but for the outermost one, which delivers.
-  if (open != piece.begin || close + 1 != piece.end || frames_.empty()) {
+  // A group alone in its piece needs no level, but for the outermost one, which delivers.
+  if (open != piece.begin || close + 1 != piece.end || levels_.empty()) {
+    levels_.Push().turn = Turn::kRightOfGroup;
     Frame& frame = frames_.Push();
     frame.piece = piece;
     frame.middle_mark = open_mark;
     frame.right_mark = close_mark + 1;
-    frame.is_group = true;
   }
   piece = {open + 1, close, open_mark + 1, close_mark};
   return kOk;
@@ -233,6 +230,7 @@ ZRTStatus Walk<Policy>::OpenGroup(Piece& piece, std::uint32_t open_mark) {
 // of ~a[~a[~a[1]...: together they would cost the square of the length.
 template <class Policy>
 void Walk<Policy>::OpenUnary(Piece& piece, std::uint32_t unary_mark) {
+  levels_.Push();
   Frame& frame = frames_.Push();
   frame.piece = piece;
   frame.middle_mark = unary_mark;
@@ -250,32 +248,39 @@ void Walk<Policy>::OpenUnary(Piece& piece, std::uint32_t unary_mark) {
   watch()->Cut(CutEvent::By::kUnary, ViewOf(text_, frame.piece), Part(unary, piece.end));
 }
 
-// The top frame has got a value: cuts its next side, if there is one.
+// The top level has got a value: cuts its next side, if there is one. What is needed for that goes
+// with the last one, so that right sides within right sides, as in (1)+(2)+(3), take little memory.
 template <class Policy>
 ZRTStatus Walk<Policy>::NextSide(Task& task) {
-  Frame& frame = frames_.Top();
+  Level& level = levels_.Top();
+  if (level.is_done()) return kOk;
+  const Frame& frame = frames_.Top();
   if constexpr (Policy::kHasUnaryPath) {
-    if (frame.sides_done == 0 && !frame.is_group) {
+    if (level.turn == Turn::kLeftOfUnary) {
       ApplyUnary(values_.Top(), OperatorAt(text_, frame.piece, frame.middle_mark));
     }
   }
-  while (frame.sides_done < 2 && !task.is_there) {
-    const SideTurn turn = kTurns[frame.is_group ? 1 : 0][frame.sides_done];
-    ++frame.sides_done;
-    const bool is_right = turn.side == Side::kRight;
-    const ZRTStatus status = is_right ? CutRight(frame, task.piece) : CutLeft(frame, task.piece);
+  while (!level.is_done() && !task.is_there) {
+    const auto turn = static_cast<std::uint8_t>(level.turn);
+    level.turn = static_cast<Turn>(turn + 1);
+    const bool is_right = kTurns[turn].side == Side::kRight;
+    const ZRTStatus status =
+        is_right ? CutRight(frame, level, task.piece) : CutLeft(frame, level, task.piece);
     if (status != kOk) return status;
-    task.is_there = is_right ? frame.has_right() : frame.has_left();
-    task.ruled_out = turn.ruled_out;
+    task.is_there = is_right ? level.has_right() : level.has_left();
+    task.ruled_out = kTurns[turn].ruled_out;
   }
+  const bool begins_with_middle = text_.PositionOf(frame.middle_mark) == frame.piece.begin;
+  if (level.turn == Turn::kLeftOfGroup && begins_with_middle) level.turn = Turn::kGroupIsDone;
+  if (level.is_done()) frames_.Drop();
   return kOk;
 }
 
 template <class Policy>
-ZRTStatus Walk<Policy>::CutRight(Frame& frame, Piece& side) const {
+ZRTStatus Walk<Policy>::CutRight(const Frame& frame, Level& level, Piece& side) const {
   Piece right = frame.piece;
   right.first_mark = frame.right_mark;
-  if (frame.is_group) {
+  if (level.is_group()) {
     right.begin = text_.PositionOf(frame.right_mark - 1) + 1;
     right = DropLeadingBlanks(text_, right);
   } else {
@@ -286,14 +291,14 @@ ZRTStatus Walk<Policy>::CutRight(Frame& frame, Piece& side) const {
   const FoundOperator found = OperatorAtStart(text_, right);
   if (!found.is_there()) return watch()->Fail(ErrMisplacedOperator, Part(right.begin, right.begin));
   if (RefusesShift(found)) return watch()->Fail(ErrInvalidOperator, Part(found));
-  frame.right_code = found.code();
-  if constexpr (kIsWatched<Watch>) frame.operators.right = found.position;
+  level.right_code = found.code();
+  if constexpr (kIsWatched<Watch>) level.operators.right = found.position;
   side = PieceBehind(text_, right, found);
   return kOk;
 }
 
 template <class Policy>
-ZRTStatus Walk<Policy>::CutLeft(Frame& frame, Piece& side) {
+ZRTStatus Walk<Policy>::CutLeft(const Frame& frame, Level& level, Piece& side) {
   Piece left = frame.piece;
   std::uint32_t middle = text_.PositionOf(frame.middle_mark);
   left.end = middle;
@@ -303,15 +308,15 @@ ZRTStatus Walk<Policy>::CutLeft(Frame& frame, Piece& side) {
   if (left.empty()) return kOk;
   RightScan scan(text_, left);
   FoundOperator found = scan.Last();
-  if (frame.is_group) {
-    const ZRTStatus status = CutNegations(frame, scan, found, middle);
+  if (level.is_group()) {
+    const ZRTStatus status = CutNegations(level, scan, found, middle);
     if (status != kOk || scan.rest().empty()) return status;
   }
   if (!found.is_there()) return watch()->Fail(ErrMisplacedOperator, Part(middle, middle));
   if (found.position == left.begin) return watch()->Fail(ErrMisplacedOperator, Part(found));
   TellUnread(scan.rest(), found);
-  frame.left_code = found.code();
-  if constexpr (kIsWatched<Watch>) frame.operators.left = found.position;
+  level.left_code = found.code();
+  if constexpr (kIsWatched<Watch>) level.operators.left = found.position;
   side = PieceBefore(text_, left, found);
   return kOk;
 }
@@ -319,7 +324,7 @@ ZRTStatus Walk<Policy>::CutLeft(Frame& frame, Piece& side) {
 // Deals with the "!" and "~" directly in front of a group. `middle` is where the middle begins,
 // with those of them that it takes.
 template <class Policy>
-ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan, FoundOperator& found,
+ZRTStatus Walk<Policy>::CutNegations(const Level& level, RightScan& scan, FoundOperator& found,
                                      std::uint32_t& middle) {
   while (found.is_there() && IsNegation(found.code())) {
     if constexpr (Policy::kGroupNegation == GroupNegation::kRefused) {
@@ -329,7 +334,7 @@ ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan, FoundOperato
       if (Policy::kGroupNegation == GroupNegation::kIfAlone && !alone) return kOk;
       TellUnread(scan.rest(), found);
       // The group's value lies below the right side's, if there is one.
-      ApplyUnary(values_.Below(frame.has_right() ? 1 : 0), found);
+      ApplyUnary(values_.Below(level.has_right() ? 1 : 0), found);
       scan.CutBefore(found);
       middle = found.position;
       found = scan.Last();
@@ -345,14 +350,14 @@ ZRTStatus Walk<Policy>::CutNegations(Frame& frame, RightScan& scan, FoundOperato
 //   around a unary operator    middle  left   right
 template <class Policy>
 ZRTStatus Walk<Policy>::Combine() {
-  const Frame& frame = frames_.Top();
-  const FoundOperator left_operator = frame.left_operator();
-  const FoundOperator right_operator = frame.right_operator();
-  const bool has_left = frame.has_left();
-  const bool has_right = frame.has_right();
-  const bool is_group = frame.is_group;
-  frames_.Drop();
-  const bool is_outermost = frames_.empty();
+  const Level& level = levels_.Top();
+  const FoundOperator left_operator = level.left_operator();
+  const FoundOperator right_operator = level.right_operator();
+  const bool has_left = level.has_left();
+  const bool has_right = level.has_right();
+  const bool is_group = level.is_group();
+  levels_.Drop();
+  const bool is_outermost = levels_.empty();
 
   const bool has_both = has_left && has_right;
   const std::size_t side_count = (has_left ? 1U : 0U) + (has_right ? 1U : 0U);

@@ -1,5 +1,5 @@
-// An open level of a walk: a piece with its middle, and how far its sides are. It is plain data;
-// the walk alone changes it.
+// An open level of a walk, in two parts: what it is until its values are joined, and what is needed
+// of its piece until all sides are cut. They are plain data; the walk alone changes them.
 #pragma once
 
 #include <cstdint>
@@ -10,25 +10,34 @@
 
 namespace zrt {
 
-// Where the operators of a frame's sides stand.
+// Where the operators of a level's sides stand.
 struct SidePositions {
   std::uint32_t left = 0;
   std::uint32_t right = 0;
 };
 
-/// The middle is the "(" or the unary operator. Deep texts have millions of frames, so they are
-/// kept small.
+/// What comes next at a level once it has got a value. A level that is done joins its values.
+enum class Turn : std::uint8_t {
+  kLeftOfUnary,
+  kRightOfUnary,
+  kUnaryIsDone,
+  kRightOfGroup,
+  kLeftOfGroup,
+  kGroupIsDone,
+};
+
+/// Long texts have millions of levels, so they are kept small.
 template <class Watch>
-struct WalkFrame {
-  Piece piece;
-  std::uint32_t middle_mark = kNoMark;
-  std::uint32_t right_mark = kNoMark;    // first of the right text; behind a group's ")"
+struct WalkLevel {
+  Turn turn = Turn::kLeftOfUnary;
   OperatorCode left_code = kNoOperator;  // of a side that is there
   OperatorCode right_code = kNoOperator;
-  bool is_group = false;
-  std::uint8_t sides_done = 0;
   [[no_unique_address]] IfWatched<Watch, SidePositions> operators;
 
+  [[nodiscard]] bool is_group() const { return turn >= Turn::kRightOfGroup; }
+  [[nodiscard]] bool is_done() const {
+    return turn == Turn::kUnaryIsDone || turn == Turn::kGroupIsDone;
+  }
   [[nodiscard]] bool has_left() const { return left_code != kNoOperator; }
   [[nodiscard]] bool has_right() const { return right_code != kNoOperator; }
 
@@ -44,6 +53,15 @@ struct WalkFrame {
     return found;
   }
 };
-static_assert(sizeof(WalkFrame<Unwatched>) == 32);
+static_assert(sizeof(WalkLevel<Unwatched>) == 3);
+
+/// Of a level that has sides left to cut, its piece with the places of these cuts. The middle is
+/// the "(" or the unary operator.
+struct WalkFrame {
+  Piece piece;
+  std::uint32_t middle_mark = kNoMark;
+  std::uint32_t right_mark = kNoMark;  // first of the right text; behind a group's ")"
+};
+static_assert(sizeof(WalkFrame) == 28);
 
 }  // namespace zrt

@@ -14,6 +14,12 @@ namespace zrt {
 
 template <class Policy>
 class WalkSteps {
+ public:
+  WalkSteps(Policy& policy, const MarkedText& text) : policy_(policy), text_(text) {}
+
+  /// Solves the whole text as one chain, whatever it holds.
+  ZRTStatus SolveChain();
+
  protected:
   using Value = typename Policy::Value;
   using Watch = typename Policy::Watch;
@@ -23,8 +29,6 @@ class WalkSteps {
     [[no_unique_address]] IfWatched<Watch, ValueNumber> number{};
   };
   static_assert(kIsWatched<Watch> || sizeof(Solved) == sizeof(Value));
-
-  WalkSteps(Policy& policy, const MarkedText& text) : policy_(policy), text_(text) {}
 
   /// Runs a piece without groups and unary operators from the left.
   ZRTStatus Chain(Piece piece, Solved& running);
@@ -76,6 +80,15 @@ template <class Policy>
   if constexpr (kIsWatched<Watch>)
     operand.number = watch()->EndOperand(policy_.Show(operand.value));
   return RefusesShift(found) ? watch()->Fail(ErrInvalidOperator, Part(found)) : status;
+}
+
+template <class Policy>
+ZRTStatus WalkSteps<Policy>::SolveChain() {
+  Solved running;
+  const ZRTStatus status = Chain(WholePiece(text_), running);
+  if (status == kOk) TellOutcome(running);
+  if (status == kOk || Policy::kKeepsPartialChain) policy_.Deliver(running.value, false);
+  return status;
 }
 
 template <class Policy>
