@@ -16,7 +16,11 @@ BitValue& BitValue::operator=(BitValue&& other) noexcept {
   GiveBack();
   heap_ = std::move(other.heap_);
   is_lent_ = std::exchange(other.is_lent_, false);
-  inline_ = other.inline_;
+  if (other.is_word()) {  // just written: a load of more bytes would wait for that
+    std::memcpy(inline_.data(), other.inline_.data(), kWordSize);
+  } else {
+    inline_ = other.inline_;
+  }
   borrowed_ = std::exchange(other.borrowed_, nullptr);
   capacity_ = std::exchange(other.capacity_, kInlineSize);
   first_ = std::exchange(other.first_, 0);
@@ -37,8 +41,7 @@ std::span<const std::uint8_t> BitValue::Bytes() {
 }
 
 void BitValue::CopyTo(std::size_t first, std::span<std::uint8_t> bytes) const {
-  const std::uint8_t* own = (heap_ ? heap_.get() : inline_.data()) + first_;
-  const std::uint8_t* from = (borrowed_ ? borrowed_ : own) + first;
+  const std::uint8_t* from = (borrowed_ ? borrowed_ : buffer() + first_) + first;
   if (low_bit_ == 0) {
     std::copy_n(from, bytes.size(), bytes.begin());
     return;
@@ -57,10 +60,7 @@ std::span<std::uint8_t> BitValue::OwnBytes() {
 
 std::span<std::uint8_t> BitValue::Rebuild(std::size_t byte_count) {
   if (byte_count > capacity_) UseHeap(NewHeap(byte_count), byte_count);
-  borrowed_ = nullptr;
-  first_ = 0;
-  byte_count_ = byte_count;
-  low_bit_ = 0;
+  Begin(byte_count);
   return Stored();
 }
 

@@ -55,6 +55,31 @@ std::uint8_t HighNibble(char digit) {
   return static_cast<std::uint8_t>(value << 4);
 }
 
+// A byte in all eight places of a word.
+constexpr std::uint64_t InEachByte(unsigned byte) { return byte * 0x0101010101010101U; }
+
+// Eight digits, the first one in the top byte, as a number. What is none leaves bits in `others`:
+// such a character is not the digit of the value that its low bits give it.
+std::uint32_t NumberOf(std::uint64_t chars, std::uint64_t& others) {
+  const std::uint64_t letters = chars >> 6 & InEachByte(1);
+  const std::uint64_t values = (chars & InEachByte(0xF)) + 9 * letters;
+  const std::uint64_t above_nine = (values + InEachByte(6)) >> 4 & InEachByte(1);
+  const std::uint64_t digits = values + InEachByte('0') + letters * ('a' - 10 - '0');
+  others |= (digits ^ (chars | letters << 5)) | (above_nine ^ letters) | (values & InEachByte(16));
+  std::uint64_t number = (values | values >> 4) & 0x00FF00FF00FF00FFU;
+  number = (number | number >> 8) & 0x0000FFFF0000FFFFU;
+  return static_cast<std::uint32_t>(number | number >> 16);
+}
+
+// Four bytes as digits, the first one in the top byte.
+std::uint64_t DigitsOf(std::uint32_t number, std::uint8_t gap) {
+  std::uint64_t values = (number | std::uint64_t{number} << 16) & 0x0000FFFF0000FFFFU;
+  values = (values | values << 8) & 0x00FF00FF00FF00FFU;
+  values = (values | values << 4) & InEachByte(0xF);
+  const std::uint64_t above_nine = (values + InEachByte(6)) >> 4 & InEachByte(1);
+  return values + InEachByte('0') + above_nine * gap;
+}
+
 // The other way round: bytes to digits. `gap` lies between "9" and the digit for ten.
 ZRT_INLINE void WriteStep(const std::uint8_t* bytes, char* digits, std::uint8_t gap) {
   HalfStep half;
@@ -126,12 +151,36 @@ ZRT_WIDE char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_te
   const std::size_t in_steps = bytes.size() / kStepBytes * kStepBytes;
   for (std::size_t i = 0; i < in_steps; i += kStepBytes) WriteStep(&bytes[i], text + 2 * i, gap);
   text += 2 * in_steps;
-  if (in_steps == bytes.size()) return text;
-  std::array<std::uint8_t, kStepBytes> last_bytes{};
-  std::array<char, kStep> last{};
-  std::copy(bytes.begin() + static_cast<std::ptrdiff_t>(in_steps), bytes.end(), last_bytes.begin());
-  WriteStep(last_bytes.data(), last.data(), gap);
-  return std::copy_n(last.data(), 2 * (bytes.size() - in_steps), text);
+  bytes = bytes.subspan(in_steps);
+  for (; bytes.size() >= 4; bytes = bytes.subspan(4)) {
+    const std::uint32_t number = static_cast<std::uint32_t>(bytes[0]) << 24 | bytes[1] << 16 | bytes[2] << 8 | bytes[3];
+    const std::uint64_t digits = BigEndian(DigitsOf(number, gap));
+    std::memcpy(text, &digits, kWordSize);
+    text += kWordSize;
+  }
+  for (const std::uint8_t byte : bytes) {
+    *text++ = HexDigit(byte >> 4, digit_ten);
+    *text++ = HexDigit(byte & 0xF, digit_ten);
+  }
+  return text;
+}
+
+bool ReadHexDigits(std::string_view digits, char* copy, std::uint64_t& word) {
+  std::uint64_t others = 0;
+  std::uint64_t number = 0;
+  for (; digits.size() >= kWordSize; digits.remove_prefix(kWordSize)) {
+    const std::uint64_t chars = LoadWord(digits.data());
+    std::memcpy(copy, &chars, kWordSize);
+    copy += kWordSize;
+    number = number << 32 | NumberOf(BigEndian(chars), others);
+  }
+  std::uint64_t chars = InEachByte('0');
+  for (const char c : digits) {
+    *copy++ = c;
+    chars = chars << 8 | static_cast<unsigned char>(c);
+  }
+  word = number << (4 * digits.size()) | NumberOf(chars, others);
+  return others == 0;
 }
 
 void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes) {

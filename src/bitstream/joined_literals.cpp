@@ -111,7 +111,7 @@ class Reader {
 
   bool IsName(std::size_t length) {
     name_[length] = '\0';
-    return scopes_.FindField(name_) || scopes_.FindToken(name_);
+    return scopes_.Know(name_);
   }
   void BeginName() {
     name_[0] = '0';

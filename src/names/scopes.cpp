@@ -17,8 +17,7 @@ constexpr std::string_view kMaskNames[] = {
 
 }  // namespace
 
-NameBuffer::NameBuffer(std::size_t length) {
-  if (length < kInlineSize) return;
+void NameBuffer::UseHeap(std::size_t length) {
   heap_.reset(new char[length + 1]);
   PreferHugePages(heap_.get(), length + 1);
 }

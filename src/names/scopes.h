@@ -20,12 +20,16 @@ class NameBuffer {
 
   /// Has room for a name of `length` characters and the terminator, to be filled.
   /// Throws std::bad_alloc.
-  explicit NameBuffer(std::size_t length);
+  explicit NameBuffer(std::size_t length) {
+    if (length >= kInlineSize) UseHeap(length);
+  }
 
   [[nodiscard]] char* text() { return heap_ ? heap_.get() : inline_; }
 
  private:
   static constexpr std::size_t kInlineSize = 512;
+
+  void UseHeap(std::size_t length);
 
   char inline_[kInlineSize];
   std::unique_ptr<char[]> heap_;
@@ -53,6 +57,9 @@ struct Scopes {
     if (!field && local_data) field = local_data->GetDataField(name);
     return field || !global_data ? field : global_data->GetDataField(name);
   }
+
+  /// Whether any of them holds that name.
+  [[nodiscard]] bool Know(char* name) const { return FindField(name) || FindToken(name); }
 
   /// The scope in which `name` has led to the token or the field.
   [[nodiscard]] OperandEvent::Scope ScopeOf(const ZRTTokens& token, char* name) const;
