@@ -8,8 +8,9 @@
 // No operation of the contract throws. No class takes a lock.
 #pragma once
 
-#include <bitset>
+#include <array>
 #include <cstddef>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <optional>
@@ -317,8 +318,10 @@ class ZRT_OUTSIDE_EXPORT RBTree {
   /// The node of that name, or null. Many texts that are looked up are literals: they fail at once,
   /// since hardly a name begins like one.
   RBTreeNode* Find(const char* name) const {
-    if (name == nullptr || !first_characters_[static_cast<unsigned char>(*name)]) return nullptr;
-    return FindNode(name);
+    if (name == nullptr) return nullptr;
+    const auto* const likely = likely_[static_cast<unsigned char>(*name)];
+    if (likely == nullptr) return nullptr;
+    return std::strcmp(likely->first.c_str(), name) == 0 ? likely->second.get() : FindNode(name);
   }
 
   /// For trees of one kind of object: stores `object` under `name`, which no node has yet.
@@ -326,25 +329,13 @@ class ZRT_OUTSIDE_EXPORT RBTree {
   void Insert(const char* name, std::unique_ptr<LObject> object);
 
  private:
-  // By the values of their bytes. Names are short and mostly differ early: a loop costs less than a
-  // call for each of them.
-  struct ZRT_OUTSIDE_HIDDEN ComesBefore {
-    using is_transparent = void;
-    bool operator()(std::string_view name, std::string_view other) const {
-      const std::size_t count = name.size() < other.size() ? name.size() : other.size();
-      for (std::size_t i = 0; i < count; ++i) {
-        if (name[i] != other[i]) {
-          return static_cast<unsigned char>(name[i]) < static_cast<unsigned char>(other[i]);
-        }
-      }
-      return name.size() < other.size();
-    }
-  };
-
   RBTreeNode* FindNode(std::string_view name) const;
 
-  std::map<std::string, std::unique_ptr<RBTreeNode>, ComesBefore> nodes_;
-  std::bitset<256> first_characters_;  // of all names; of the empty one its terminator
+  using Nodes = std::map<std::string, std::unique_ptr<RBTreeNode>, std::less<>>;
+
+  Nodes nodes_;
+  // By the first character, that of the empty name being its terminator: one that begins so.
+  std::array<const Nodes::value_type*, 256> likely_{};
 };
 
 /// Copies, appends `n` characters of `src` from position `m` on, terminated; `n` 0 takes them all.

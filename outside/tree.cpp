@@ -7,8 +7,8 @@
 LObject::~LObject() = default;
 
 void RBTree::Insert(const char* name, std::unique_ptr<LObject> object) {
-  nodes_.emplace(name, std::make_unique<RBTreeNode>(std::move(object)));
-  first_characters_.set(static_cast<unsigned char>(*name));
+  const auto place = nodes_.emplace(name, std::make_unique<RBTreeNode>(std::move(object))).first;
+  likely_[static_cast<unsigned char>(*name)] = &*place;
 }
 
 RBTreeNode* RBTree::FindNode(std::string_view name) const {

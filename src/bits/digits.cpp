@@ -153,7 +153,8 @@ ZRT_WIDE char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_te
   text += 2 * in_steps;
   bytes = bytes.subspan(in_steps);
   for (; bytes.size() >= 4; bytes = bytes.subspan(4)) {
-    const std::uint32_t number = static_cast<std::uint32_t>(bytes[0]) << 24 | bytes[1] << 16 | bytes[2] << 8 | bytes[3];
+    const std::uint32_t number =
+        static_cast<std::uint32_t>(bytes[0]) << 24 | bytes[1] << 16 | bytes[2] << 8 | bytes[3];
     const std::uint64_t digits = BigEndian(DigitsOf(number, gap));
     std::memcpy(text, &digits, kWordSize);
     text += kWordSize;

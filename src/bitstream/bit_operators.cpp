@@ -240,8 +240,8 @@ void ReverseInto(BitValue& left, BitValue& right, OutcomePlace& place) {
 bool JoinWords(BitValue& left, const BitValue& right) {
   const std::int64_t total = JoinedLength(left.bit_length(), right);
   const int up = right.bit_length();
-  const bool have_their_bytes = left.byte_count() == BytesFor(left.bit_length()) &&
-                                right.byte_count() == BytesFor(up);
+  const bool have_their_bytes =
+      left.byte_count() == BytesFor(left.bit_length()) && right.byte_count() == BytesFor(up);
   if (!have_their_bytes || left.bit_length() < 0 || up < 0 || up >= 64 || total > 64) return false;
   left.SetWord(left.word() << up | right.word(), BytesFor(total));
   left.set_bit_length(static_cast<int>(total));
