@@ -58,18 +58,17 @@ std::uint8_t HighNibble(char digit) {
 // A byte in all eight places of a word.
 constexpr std::uint64_t InEachByte(unsigned byte) { return byte * 0x0101010101010101U; }
 
-// Eight digits, the first one in the top byte, as a number. What is none leaves bits in `others`:
-// such a character is not the digit of the value that its low bits give it.
-std::uint32_t NumberOf(std::uint64_t chars, std::uint64_t& others) {
-  const std::uint64_t letters = chars >> 6 & InEachByte(1);
-  const std::uint64_t values = (chars & InEachByte(0xF)) + 9 * letters;
-  const std::uint64_t above_nine = (values + InEachByte(6)) >> 4 & InEachByte(1);
-  const std::uint64_t digits = values + InEachByte('0') + letters * ('a' - 10 - '0');
-  others |= (digits ^ (chars | letters << 5)) | (above_nine ^ letters) | (values & InEachByte(16));
-  std::uint64_t number = (values | values >> 4) & 0x00FF00FF00FF00FFU;
-  number = (number | number >> 8) & 0x0000FFFF0000FFFFU;
-  return static_cast<std::uint32_t>(number | number >> 16);
+// The values of hexadecimal digits; of what is none, more.
+constexpr std::array<std::uint8_t, 256> MakeDigitValues() {
+  std::array<std::uint8_t, 256> values{};
+  values.fill(0xFF);
+  for (unsigned i = 0; i < 10; ++i) values['0' + i] = static_cast<std::uint8_t>(i);
+  for (unsigned i = 10; i < 16; ++i) {
+    values['A' + i - 10] = values['a' + i - 10] = static_cast<std::uint8_t>(i);
+  }
+  return values;
 }
+constexpr std::array<std::uint8_t, 256> kDigitValues = MakeDigitValues();
 
 // Four bytes as digits, the first one in the top byte.
 std::uint64_t DigitsOf(std::uint32_t number, std::uint8_t gap) {
@@ -167,21 +166,16 @@ ZRT_WIDE char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_te
 }
 
 bool ReadHexDigits(std::string_view digits, char* copy, std::uint64_t& word) {
-  std::uint64_t others = 0;
+  unsigned others = 0;
   std::uint64_t number = 0;
-  for (; digits.size() >= kWordSize; digits.remove_prefix(kWordSize)) {
-    const std::uint64_t chars = LoadWord(digits.data());
-    std::memcpy(copy, &chars, kWordSize);
-    copy += kWordSize;
-    number = number << 32 | NumberOf(BigEndian(chars), others);
-  }
-  std::uint64_t chars = InEachByte('0');
   for (const char c : digits) {
     *copy++ = c;
-    chars = chars << 8 | static_cast<unsigned char>(c);
+    const unsigned value = kDigitValues[static_cast<unsigned char>(c)];
+    others |= value;
+    number = number << 4 | value;
   }
-  word = number << (4 * digits.size()) | NumberOf(chars, others);
-  return others == 0;
+  word = number;
+  return others < 16;
 }
 
 void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes) {

@@ -27,7 +27,7 @@ class WalkSteps {
   WalkSteps(Policy& policy, const MarkedText& text) : policy_(policy), text_(text) {}
 
   /// Runs a piece without groups and unary operators from the left.
-  ZRTStatus Chain(Piece piece, Solved& running);
+  ZRTStatus Chain(const Piece& whole, Solved& running);
 
   /// One operator, between two values or in front of one.
   ZRTStatus Apply(Solved& left, const FoundOperator& found, Solved& right);
@@ -79,7 +79,8 @@ template <class Policy>
 }
 
 template <class Policy>
-ZRTStatus WalkSteps<Policy>::Chain(Piece piece, Solved& running) {
+ZRTStatus WalkSteps<Policy>::Chain(const Piece& whole, Solved& running) {
+  Piece piece = whole;
   watch()->Cut(CutEvent::By::kChain, ViewOf(text_, piece), ViewOf(text_, piece));
   FoundOperator found = LeftMostOperator(text_, piece);
   ZRTStatus status = ReadOperand(piece, found, running);
