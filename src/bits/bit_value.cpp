@@ -10,24 +10,17 @@
 
 namespace zrt {
 
-BitValue::BitValue(BitValue&& other) noexcept { *this = std::move(other); }
-
-BitValue& BitValue::operator=(BitValue&& other) noexcept {
+void BitValue::Take(BitValue& other) {
   GiveBack();
   heap_ = std::move(other.heap_);
   is_lent_ = std::exchange(other.is_lent_, false);
-  if (other.is_word()) {  // just written: a load of more bytes would wait for that
-    std::memcpy(inline_.data(), other.inline_.data(), kWordSize);
-  } else {
-    inline_ = other.inline_;
-  }
+  inline_ = other.inline_;
   borrowed_ = std::exchange(other.borrowed_, nullptr);
   capacity_ = std::exchange(other.capacity_, kInlineSize);
   first_ = std::exchange(other.first_, 0);
   byte_count_ = std::exchange(other.byte_count_, 0);
   bit_length_ = other.bit_length_;
   low_bit_ = std::exchange(other.low_bit_, std::uint8_t{0});
-  return *this;
 }
 
 std::span<const std::uint8_t> BitValue::Bytes() {

@@ -46,7 +46,7 @@ constexpr void StoreWord(std::int32_t word, std::span<std::uint8_t> bytes) {
 class BitValue {
  public:
   BitValue() noexcept = default;
-  BitValue(BitValue&& other) noexcept;
+  BitValue(BitValue&& other) noexcept { *this = std::move(other); }
   BitValue& operator=(BitValue&& other) noexcept;
   BitValue(const BitValue&) = delete;
   BitValue& operator=(const BitValue&) = delete;
@@ -145,6 +145,7 @@ class BitValue {
   [[nodiscard]] const std::uint8_t* buffer() const { return heap_ ? heap_.get() : inline_.data(); }
   std::uint8_t* buffer() { return heap_ ? heap_.get() : inline_.data(); }
   void Begin(std::size_t byte_count);
+  void Take(BitValue& other);
   std::span<std::uint8_t> Stored() { return {buffer() + first_, stored_size()}; }
   void MakeRoom(const Room& room);
   static std::unique_ptr<std::uint8_t[]> NewHeap(std::size_t capacity);
@@ -170,6 +171,17 @@ inline void BitValue::Begin(std::size_t byte_count) {
   first_ = byte_count < kWordSize ? kWordSize - byte_count : 0;
   byte_count_ = byte_count;
   low_bit_ = 0;
+}
+
+// A word is copied: it was just written, and a load of all the bytes would wait for that.
+inline BitValue& BitValue::operator=(BitValue&& other) noexcept {
+  if (!other.is_word()) {
+    Take(other);
+    return *this;
+  }
+  SetWord(other.word(), other.byte_count_);
+  bit_length_ = other.bit_length_;
+  return *this;
 }
 
 inline void BitValue::SetWord(std::uint64_t word, std::size_t byte_count) {

@@ -17,6 +17,7 @@ namespace {
 using Chars [[gnu::vector_size(32)]] = std::uint8_t;
 using HalfStep [[gnu::vector_size(16)]] = std::uint8_t;  // their bytes
 constexpr std::size_t kStep = sizeof(Chars);
+constexpr std::size_t kStepBytes = sizeof(HalfStep);
 constexpr Chars kZeros{};
 
 // Two digits of either case make a byte. What is no digit leaves bits in `others`.
@@ -55,9 +56,6 @@ std::uint8_t HighNibble(char digit) {
   return static_cast<std::uint8_t>(value << 4);
 }
 
-// A byte in all eight places of a word.
-constexpr std::uint64_t InEachByte(unsigned byte) { return byte * 0x0101010101010101U; }
-
 // The values of hexadecimal digits; of what is none, more.
 constexpr std::array<std::uint8_t, 256> MakeDigitValues() {
   std::array<std::uint8_t, 256> values{};
@@ -90,6 +88,12 @@ ZRT_INLINE void WriteStep(const std::uint8_t* bytes, char* digits, std::uint8_t 
                               24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
   chars += '0' + (chars > 9 ? kZeros + gap : kZeros);
   std::memcpy(digits, &chars, kStep);
+}
+
+ZRT_WIDE void WriteSteps(std::span<const std::uint8_t> bytes, std::uint8_t gap, char* text) {
+  for (std::size_t i = 0; i < bytes.size(); i += kStepBytes) {
+    WriteStep(&bytes[i], text + 2 * i, gap);
+  }
 }
 
 }  // namespace
@@ -144,13 +148,13 @@ ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8
   return count;
 }
 
-ZRT_WIDE char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {
-  constexpr std::size_t kStepBytes = kStep / 2;
+char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {
   const auto gap = static_cast<std::uint8_t>(digit_ten - '9' - 1);
-  const std::size_t in_steps = bytes.size() / kStepBytes * kStepBytes;
-  for (std::size_t i = 0; i < in_steps; i += kStepBytes) WriteStep(&bytes[i], text + 2 * i, gap);
-  text += 2 * in_steps;
-  bytes = bytes.subspan(in_steps);
+  if (const std::size_t in_steps = bytes.size() / kStepBytes * kStepBytes; in_steps > 0) {
+    WriteSteps(bytes.first(in_steps), gap, text);
+    text += 2 * in_steps;
+    bytes = bytes.subspan(in_steps);
+  }
   for (; bytes.size() >= 4; bytes = bytes.subspan(4)) {
     const std::uint32_t number =
         static_cast<std::uint32_t>(bytes[0]) << 24 | bytes[1] << 16 | bytes[2] << 8 | bytes[3];

@@ -21,6 +21,9 @@ inline std::uint64_t BigEndian(std::uint64_t word) {
   return std::endian::native == std::endian::little ? __builtin_bswap64(word) : word;
 }
 
+/// A byte in all eight places of a word.
+constexpr std::uint64_t InEachByte(unsigned byte) { return byte * 0x0101010101010101U; }
+
 /// The bits of so many low bytes of a word, all of them for more than it has.
 inline std::uint64_t LowBytes(std::size_t count) {
   return count < kWordSize ? (std::uint64_t{1} << (8 * count)) - 1 : ~std::uint64_t{0};

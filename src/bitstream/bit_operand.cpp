@@ -112,6 +112,7 @@ Meaning NotedMeaningOf(std::string_view name, char* buffer, const Scopes& scopes
 template <class Watch>
 bool ReadHexWord(std::string_view text, const Scopes& scopes, BitValue& value, Watch watch) {
   constexpr std::size_t kMostDigits = 2 * kWordSize;
+  if (!text.starts_with("0x")) return false;
   const std::string_view digits = text.substr(2);
   if (digits.empty() || digits.size() > kMostDigits) return false;
   char name[2 + kMostDigits + 1] = "0x";
@@ -132,6 +133,7 @@ template <class Watch>
 std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                                  BitValue& value, Watch watch) {
   constexpr std::size_t kPart = 16384;  // digits
+  if (!text.starts_with("0x")) return std::nullopt;
   const std::string_view digits = text.substr(2);
   if (digits.empty() || digits.size() > kMaxHexDigits) return std::nullopt;
   const std::size_t byte_count = (digits.size() + 1) / 2;
@@ -161,10 +163,7 @@ std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, Ou
 template <class Watch>
 ZRTStatus Read(std::string_view text, const Scopes& scopes, OutcomePlace& place, BitValue& value,
                Watch watch) {
-  if (text.starts_with("0x")) {
-    if (ReadHexWord(text, scopes, value, watch)) return kOk;
-    if (const auto status = ReadHex(text, scopes, place, value, watch)) return *status;
-  }
+  if (const auto status = ReadHex(text, scopes, place, value, watch)) return *status;
   if (ShortOperand plain(text); plain.is_plain()) {
     if (plain.is_small_number() && !scopes.Know(plain.name())) {
       watch->NoteLiteral();
@@ -212,6 +211,7 @@ void NoteMeaning(const Meaning& meaning, char* buffer, const Scopes& scopes, Wat
 template <class Watch>
 ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                    BitValue& value, Watch watch) {
+  if (ReadHexWord(text, scopes, value, watch)) return kOk;
   return OnExhaustedMemory(ErrStreamWrite, [&] { return Read(text, scopes, place, value, watch); });
 }
 

@@ -238,13 +238,12 @@ void ReverseInto(BitValue& left, BitValue& right, OutcomePlace& place) {
 
 // Joins two words of as many bytes as their lengths ask for, if the result is a word.
 bool JoinWords(BitValue& left, const BitValue& right) {
-  const std::int64_t total = JoinedLength(left.bit_length(), right);
-  const int up = right.bit_length();
-  const bool have_their_bytes =
-      left.byte_count() == BytesFor(left.bit_length()) && right.byte_count() == BytesFor(up);
-  if (!have_their_bytes || left.bit_length() < 0 || up < 0 || up >= 64 || total > 64) return false;
-  left.SetWord(left.word() << up | right.word(), BytesFor(total));
-  left.set_bit_length(static_cast<int>(total));
+  const auto high = static_cast<unsigned>(left.bit_length());  // a negative one is too much
+  const auto low = static_cast<unsigned>(right.bit_length());
+  if (high > 64 || low > 63 || high + low > 64) return false;
+  if (left.byte_count() != (high + 7) / 8 || right.byte_count() != (low + 7) / 8) return false;
+  left.SetWord(left.word() << low | right.word(), (high + low + 7) / 8);
+  left.set_bit_length(static_cast<int>(high + low));
   return true;
 }
 
