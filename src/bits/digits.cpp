@@ -1,5 +1,5 @@
 // Digits both ways by arithmetic, in plain loops that compilers turn into vector instructions; a
-// table would cost a load for each digit.
+// table would cost a load for each digit. Few digits are better off without vectors.
 #include "bits/digits.h"
 
 #include <algorithm>
@@ -16,9 +16,10 @@ namespace {
 // A step of 32 digits as vectors, handed on by reference alone, as in the kernels.
 using Chars [[gnu::vector_size(32)]] = std::uint8_t;
 using HalfStep [[gnu::vector_size(16)]] = std::uint8_t;  // their bytes
+using Digits [[gnu::vector_size(32)]] = std::int8_t;     // compared in one step, unlike others
+using Pairs [[gnu::vector_size(16)]] = std::uint16_t;    // shifted in one step
 constexpr std::size_t kStep = sizeof(Chars);
 constexpr std::size_t kStepBytes = sizeof(HalfStep);
-constexpr Chars kZeros{};
 
 // Two digits of either case make a byte. What is no digit leaves bits in `others`.
 ZRT_INLINE void ToBytes(const Chars& chars, std::uint8_t* bytes, Chars& others) {
@@ -79,14 +80,15 @@ std::uint64_t DigitsOf(std::uint32_t number, std::uint8_t gap) {
 
 // The other way round: bytes to digits. `gap` lies between "9" and the digit for ten.
 ZRT_INLINE void WriteStep(const std::uint8_t* bytes, char* digits, std::uint8_t gap) {
-  HalfStep half;
-  std::memcpy(&half, bytes, sizeof(half));
-  const HalfStep high = half >> 4;
-  const HalfStep low = half & 0xF;
-  Chars chars =
+  HalfStep low;
+  std::memcpy(&low, bytes, sizeof(low));
+  const auto high = reinterpret_cast<HalfStep>(reinterpret_cast<Pairs>(low) >> 4);
+  auto chars = reinterpret_cast<Digits>(
       __builtin_shufflevector(high, low, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23, 8,
-                              24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
-  chars += '0' + (chars > 9 ? kZeros + gap : kZeros);
+                              24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31));
+  chars &= 0xF;
+  const Digits zero = Digits{} + '0';
+  chars += chars > 9 ? zero + static_cast<std::int8_t>(gap) : zero;
   std::memcpy(digits, &chars, kStep);
 }
 
