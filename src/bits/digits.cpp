@@ -158,8 +158,8 @@ char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* 
     bytes = bytes.subspan(in_steps);
   }
   for (; bytes.size() >= 4; bytes = bytes.subspan(4)) {
-    const std::uint32_t number =
-        static_cast<std::uint32_t>(bytes[0]) << 24 | bytes[1] << 16 | bytes[2] << 8 | bytes[3];
+    std::uint32_t number = 0;
+    for (const std::uint8_t byte : bytes.first(4)) number = number << 8 | byte;
     const std::uint64_t digits = BigEndian(DigitsOf(number, gap));
     std::memcpy(text, &digits, kWordSize);
     text += kWordSize;
