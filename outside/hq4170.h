@@ -10,7 +10,9 @@
 // as all that stands here.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstring>
 #include <map>
 #include <optional>
 #include <span>
@@ -314,17 +316,14 @@ class ZRT_OUTSIDE_EXPORT RBTree {
   /// A node to search from; null in an empty tree.
   RBTreeNode* GetRoot() { return nodes_.empty() ? nullptr : &nodes_.begin()->second; }
 
-  // ---- Host side -----------------------------------------------------------------------------
-
-  /// Whether any name begins with `c`; the empty one does with its terminator.
-  bool HasNameFrom(char c) const { return first_characters_[static_cast<unsigned char>(c)]; }
-
  protected:
   /// The node of that name, or null. Many texts that are looked up are literals: they fail at once,
   /// since hardly a name begins like one.
   RBTreeNode* Find(const char* name) const {
-    if (name == nullptr || !HasNameFrom(*name)) return nullptr;
-    return FindNode(name);
+    if (name == nullptr) return nullptr;
+    auto* const likely = likely_[static_cast<unsigned char>(*name)];
+    if (likely == nullptr) return nullptr;
+    return std::strcmp(likely->first.c_str(), name) == 0 ? &likely->second : FindNode(name);
   }
 
   /// For trees of one kind of object: stores `object`, which was made by new, under `name`, which
@@ -335,9 +334,11 @@ class ZRT_OUTSIDE_EXPORT RBTree {
  private:
   RBTreeNode* FindNode(std::string_view name) const;
 
-  // Mutable: a tree that nobody changes hands out objects that somebody may change.
-  mutable std::map<std::string, RBTreeNode, std::less<>> nodes_;
-  bool first_characters_[256] = {};  // of all names; of the empty one its terminator
+  using Nodes = std::map<std::string, RBTreeNode, std::less<>>;
+
+  mutable Nodes nodes_;  // a tree that nobody changes hands out objects that somebody may change
+  // By the first character, that of the empty name being its terminator: one that begins so.
+  std::array<Nodes::value_type*, 256> likely_{};
 };
 
 /// Copies, appends `n` characters of `src` from position `m` on, terminated; `n` 0 takes them all.

@@ -73,9 +73,6 @@ class ZRT_OUTSIDE_EXPORT QLMPlusData : private RBTree {
   /// Throws std::bad_alloc.
   QLMDataField* AddField(const char* name);
 
-  /// Whether any name begins with `c`.
-  using RBTree::HasNameFrom;
-
  private:
   static QLMDataField* FieldOf(RBTreeNode* node) {
     // AddField() puts nothing else into the tree

@@ -5,8 +5,8 @@
 LObject::~LObject() = default;
 
 void RBTree::Insert(const char* name, LObject* object) {
-  nodes_.try_emplace(name, object);
-  first_characters_[static_cast<unsigned char>(*name)] = true;
+  const auto place = nodes_.try_emplace(name, object).first;
+  likely_[static_cast<unsigned char>(*name)] = &*place;
 }
 
 RBTreeNode* RBTree::FindNode(std::string_view name) const {

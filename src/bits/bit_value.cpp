@@ -10,9 +10,7 @@
 
 namespace zrt {
 
-BitValue::BitValue(BitValue&& other) noexcept { *this = std::move(other); }
-
-BitValue& BitValue::operator=(BitValue&& other) noexcept {
+void BitValue::Take(BitValue& other) {
   GiveBack();
   heap_ = std::move(other.heap_);
   is_lent_ = std::exchange(other.is_lent_, false);
@@ -23,7 +21,6 @@ BitValue& BitValue::operator=(BitValue&& other) noexcept {
   byte_count_ = std::exchange(other.byte_count_, 0);
   bit_length_ = other.bit_length_;
   low_bit_ = std::exchange(other.low_bit_, std::uint8_t{0});
-  return *this;
 }
 
 std::span<const std::uint8_t> BitValue::Bytes() {
@@ -37,8 +34,7 @@ std::span<const std::uint8_t> BitValue::Bytes() {
 }
 
 void BitValue::CopyTo(std::size_t first, std::span<std::uint8_t> bytes) const {
-  const std::uint8_t* own = (heap_ ? heap_.get() : inline_.data()) + first_;
-  const std::uint8_t* from = (borrowed_ ? borrowed_ : own) + first;
+  const std::uint8_t* from = (borrowed_ ? borrowed_ : buffer() + first_) + first;
   if (low_bit_ == 0) {
     std::copy_n(from, bytes.size(), bytes.begin());
     return;
@@ -57,10 +53,7 @@ std::span<std::uint8_t> BitValue::OwnBytes() {
 
 std::span<std::uint8_t> BitValue::Rebuild(std::size_t byte_count) {
   if (byte_count > capacity_) UseHeap(NewHeap(byte_count), byte_count);
-  borrowed_ = nullptr;
-  first_ = 0;
-  byte_count_ = byte_count;
-  low_bit_ = 0;
+  Begin(byte_count);
   return Stored();
 }
 

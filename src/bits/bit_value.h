@@ -5,9 +5,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <span>
 #include <utility>
+
+#include "bits/word.h"
 
 namespace zrt {
 
@@ -37,10 +40,13 @@ constexpr void StoreWord(std::int32_t word, std::span<std::uint8_t> bytes) {
 /// Invariants: the stored bits below low_bit_ and above the number's bytes are 0; a value of up to
 /// kInlineSize stored bytes needs no allocation; a borrowed one stands unshifted. No invariant:
 /// bits above the bit length. They are never masked, here or elsewhere.
+///
+/// Where a value of up to kWordSize bytes is built anew, it ends at that byte of its buffer,
+/// whatever stands in front of it: there one load reaches all of it.
 class BitValue {
  public:
   BitValue() noexcept = default;
-  BitValue(BitValue&& other) noexcept;
+  BitValue(BitValue&& other) noexcept { *this = std::move(other); }
   BitValue& operator=(BitValue&& other) noexcept;
   BitValue(const BitValue&) = delete;
   BitValue& operator=(const BitValue&) = delete;
@@ -49,6 +55,16 @@ class BitValue {
   [[nodiscard]] std::size_t byte_count() const { return byte_count_; }
   [[nodiscard]] int bit_length() const { return bit_length_; }
   void set_bit_length(int bit_length) { bit_length_ = bit_length; }
+
+  /// A value of up to kWordSize bytes is mostly a word as well: one that is read and made in a
+  /// register, with no loop over bytes.
+  [[nodiscard]] bool is_word() const { return first_ + byte_count_ == kWordSize && low_bit_ == 0; }
+  [[nodiscard]] std::uint64_t word() const {
+    return BigEndian(LoadWord(buffer())) & LowBytes(byte_count_);
+  }
+
+  /// Makes the value the low bytes of `word`, kWordSize at most; the bit length stays.
+  void SetWord(std::uint64_t word, std::size_t byte_count);
 
   /// The bytes, in their place: moves them if they stand shifted. Valid until the value changes.
   std::span<const std::uint8_t> Bytes();
@@ -126,7 +142,10 @@ class BitValue {
   }
 
   [[nodiscard]] std::size_t stored_size() const { return byte_count_ + (low_bit_ > 0 ? 1 : 0); }
+  [[nodiscard]] const std::uint8_t* buffer() const { return heap_ ? heap_.get() : inline_.data(); }
   std::uint8_t* buffer() { return heap_ ? heap_.get() : inline_.data(); }
+  void Begin(std::size_t byte_count);
+  void Take(BitValue& other);
   std::span<std::uint8_t> Stored() { return {buffer() + first_, stored_size()}; }
   void MakeRoom(const Room& room);
   static std::unique_ptr<std::uint8_t[]> NewHeap(std::size_t capacity);
@@ -146,5 +165,29 @@ class BitValue {
   bool is_lent_ = false;      // the heap's memory is someone else's
   std::array<std::uint8_t, kInlineSize> inline_{};
 };
+
+inline void BitValue::Begin(std::size_t byte_count) {
+  borrowed_ = nullptr;
+  first_ = byte_count < kWordSize ? kWordSize - byte_count : 0;
+  byte_count_ = byte_count;
+  low_bit_ = 0;
+}
+
+// A word is copied: it was just written, and a load of all the bytes would wait for that.
+inline BitValue& BitValue::operator=(BitValue&& other) noexcept {
+  if (!other.is_word()) {
+    Take(other);
+    return *this;
+  }
+  SetWord(other.word(), other.byte_count_);
+  bit_length_ = other.bit_length_;
+  return *this;
+}
+
+inline void BitValue::SetWord(std::uint64_t word, std::size_t byte_count) {
+  Begin(byte_count);
+  word = BigEndian(word);
+  std::memcpy(buffer(), &word, kWordSize);
+}
 
 }  // namespace zrt

@@ -1,5 +1,5 @@
 // Digits both ways by arithmetic, in plain loops that compilers turn into vector instructions; a
-// table would cost a load for each digit.
+// table would cost a load for each digit. Few digits are better off without vectors.
 #include "bits/digits.h"
 
 #include <algorithm>
@@ -16,10 +16,12 @@ namespace {
 
 // A step of 32 digits as vectors, handed on by reference alone, as in the kernels.
 using Chars [[gnu::vector_size(32)]] = std::uint8_t;
-using Pairs [[gnu::vector_size(32)]] = std::uint16_t;    // of them, to make a byte each
-using HalfStep [[gnu::vector_size(16)]] = std::uint8_t;  // their bytes
+using Pairs [[gnu::vector_size(32)]] = std::uint16_t;      // of them, to make a byte each
+using HalfStep [[gnu::vector_size(16)]] = std::uint8_t;    // their bytes
+using Digits [[gnu::vector_size(32)]] = std::int8_t;       // compared in one step, unlike others
+using HalfPairs [[gnu::vector_size(16)]] = std::uint16_t;  // shifted in one step
 constexpr std::size_t kStep = sizeof(Chars);
-constexpr Chars kZeros{};
+constexpr std::size_t kStepBytes = sizeof(HalfStep);
 
 // Two digits of either case make a byte. What is no digit leaves bits in `others`.
 ZRT_INLINE void ToBytes(const Chars& chars, std::uint8_t* bytes, Chars& others) {
@@ -57,17 +59,45 @@ std::uint8_t HighNibble(char digit) {
   return static_cast<std::uint8_t>(value << 4);
 }
 
+// The values of hexadecimal digits; of what is none, more.
+constexpr std::array<std::uint8_t, 256> MakeDigitValues() {
+  std::array<std::uint8_t, 256> values{};
+  values.fill(0xFF);
+  for (unsigned i = 0; i < 10; ++i) values['0' + i] = static_cast<std::uint8_t>(i);
+  for (unsigned i = 10; i < 16; ++i) {
+    values['A' + i - 10] = values['a' + i - 10] = static_cast<std::uint8_t>(i);
+  }
+  return values;
+}
+constexpr std::array<std::uint8_t, 256> kDigitValues = MakeDigitValues();
+
+// Four bytes as digits, the first one in the top byte.
+std::uint64_t DigitsOf(std::uint32_t number, std::uint8_t gap) {
+  std::uint64_t values = (number | std::uint64_t{number} << 16) & 0x0000FFFF0000FFFFU;
+  values = (values | values << 8) & 0x00FF00FF00FF00FFU;
+  values = (values | values << 4) & InEachByte(0xF);
+  const std::uint64_t above_nine = (values + InEachByte(6)) >> 4 & InEachByte(1);
+  return values + InEachByte('0') + above_nine * gap;
+}
+
 // The other way round: bytes to digits. `gap` lies between "9" and the digit for ten.
 ZRT_INLINE void WriteStep(const std::uint8_t* bytes, char* digits, std::uint8_t gap) {
-  HalfStep half;
-  std::memcpy(&half, bytes, sizeof(half));
-  const HalfStep high = half >> 4;
-  const HalfStep low = half & 0xF;
-  Chars chars =
+  HalfStep low;
+  std::memcpy(&low, bytes, sizeof(low));
+  const auto high = reinterpret_cast<HalfStep>(reinterpret_cast<HalfPairs>(low) >> 4);
+  auto chars = reinterpret_cast<Digits>(
       __builtin_shufflevector(high, low, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23, 8,
-                              24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
-  chars += '0' + (chars > 9 ? kZeros + gap : kZeros);
+                              24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31));
+  chars &= 0xF;
+  const Digits zero = Digits{} + '0';
+  chars += chars > 9 ? zero + static_cast<std::int8_t>(gap) : zero;
   std::memcpy(digits, &chars, kStep);
+}
+
+ZRT_WIDE void WriteSteps(std::span<const std::uint8_t> bytes, std::uint8_t gap, char* text) {
+  for (std::size_t i = 0; i < bytes.size(); i += kStepBytes) {
+    WriteStep(&bytes[i], text + 2 * i, gap);
+  }
 }
 
 }  // namespace
@@ -103,7 +133,7 @@ ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8
     Chars chars;
     Chars others{};
     std::memcpy(&chars, &text[count], kStep);
-    if (copy) std::memcpy(copy + count, &chars, kStep);
+    std::memcpy(copy + count, &chars, kStep);
     ToBytes(chars, bytes + count / 2, others);
     in_step = FirstOf(others);
   }
@@ -112,7 +142,7 @@ ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8
     std::array<std::uint8_t, kStep / 2> last_bytes{};
     Chars others{};
     const std::size_t length = text.substr(count).copy(last.data(), kStep);
-    if (copy) std::copy_n(last.data(), length, copy + count);
+    std::copy_n(last.data(), length, copy + count);
     ReadStep(last.data(), last_bytes.data(), others);
     in_step = FirstOf(others);
     std::copy_n(last_bytes.data(), (in_step + 1) / 2, bytes + count / 2);
@@ -122,18 +152,38 @@ ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8
   return count;
 }
 
-ZRT_WIDE char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {
-  constexpr std::size_t kStepBytes = kStep / 2;
+char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {
   const auto gap = static_cast<std::uint8_t>(digit_ten - '9' - 1);
-  const std::size_t in_steps = bytes.size() / kStepBytes * kStepBytes;
-  for (std::size_t i = 0; i < in_steps; i += kStepBytes) WriteStep(&bytes[i], text + 2 * i, gap);
-  text += 2 * in_steps;
-  if (in_steps == bytes.size()) return text;
-  std::array<std::uint8_t, kStepBytes> last_bytes{};
-  std::array<char, kStep> last{};
-  std::copy(bytes.begin() + static_cast<std::ptrdiff_t>(in_steps), bytes.end(), last_bytes.begin());
-  WriteStep(last_bytes.data(), last.data(), gap);
-  return std::copy_n(last.data(), 2 * (bytes.size() - in_steps), text);
+  if (const std::size_t in_steps = bytes.size() / kStepBytes * kStepBytes; in_steps > 0) {
+    WriteSteps(bytes.first(in_steps), gap, text);
+    text += 2 * in_steps;
+    bytes = bytes.subspan(in_steps);
+  }
+  for (; bytes.size() >= 4; bytes = bytes.subspan(4)) {
+    std::uint32_t number = 0;
+    for (const std::uint8_t byte : bytes.first(4)) number = number << 8 | byte;
+    const std::uint64_t digits = BigEndian(DigitsOf(number, gap));
+    std::memcpy(text, &digits, kWordSize);
+    text += kWordSize;
+  }
+  for (const std::uint8_t byte : bytes) {
+    *text++ = HexDigit(byte >> 4, digit_ten);
+    *text++ = HexDigit(byte & 0xF, digit_ten);
+  }
+  return text;
+}
+
+bool ReadHexDigits(std::string_view digits, char* copy, std::uint64_t& word) {
+  unsigned others = 0;
+  std::uint64_t number = 0;
+  for (const char c : digits) {
+    *copy++ = c;
+    const unsigned value = kDigitValues[static_cast<unsigned char>(c)];
+    others |= value;
+    number = number << 4 | value;
+  }
+  word = number;
+  return others < 16;
 }
 
 void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes) {

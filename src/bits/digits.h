@@ -23,10 +23,14 @@ char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* 
 [[nodiscard]] bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes);
 
 /// Reads the hexadecimal digits that `text` begins with in the same way, and copies them. `copy`
-/// has room for as many characters as `text` has, or is null; `bytes` for half of them; what stands
-/// behind the digits and their bytes is of no known content then.
+/// has room for as many characters as `text` has, `bytes` for half of them; what stands behind the
+/// digits and their bytes is of no known content then.
 /// @return the count of digits.
 [[nodiscard]] std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8_t* bytes);
+
+/// Reads up to 16 hexadecimal digits as a number, and copies them. For few digits, in the time that
+/// the others need to begin. False if there is anything else.
+[[nodiscard]] bool ReadHexDigits(std::string_view digits, char* copy, std::uint64_t& word);
 
 /// Reads binary digits, right-aligned. `bytes` has (digit count + 7) / 8 bytes.
 void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes);

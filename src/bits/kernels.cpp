@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "bits/wide.h"
+#include "bits/word.h"
 
 namespace zrt::kernels {
 namespace {
@@ -20,9 +21,6 @@ constexpr std::size_t kStep = sizeof(Step);  // bytes
 
 ZRT_INLINE void Load(Step& step, const std::uint8_t* from) { std::memcpy(&step, from, kStep); }
 ZRT_INLINE void Store(std::uint8_t* to, const Step& step) { std::memcpy(to, &step, kStep); }
-
-// A byte in all eight places of a word.
-constexpr std::uint64_t InEachByte(unsigned byte) { return byte * 0x0101010101010101U; }
 
 constexpr std::uint8_t Low8(unsigned word) { return static_cast<std::uint8_t>(word); }
 

@@ -38,9 +38,9 @@ class BitsPolicy : public BitsKind {
   static constexpr bool kReadsAtOnce = !kIsWatched<Watch>;
   [[nodiscard]] bool MayReadAtOnce(std::string_view text) const {
     constexpr std::size_t kShortest = 64;  // characters
+    if (text.size() < kShortest) return false;
     const bool is_new = text.data() > failed_at_ || text.data() + text.size() <= failed_at_;
-    return is_new && text.size() >= kShortest && text.size() <= effort_left_ &&
-           MayBeJoinedLiterals(text);
+    return is_new && text.size() <= effort_left_ && MayBeJoinedLiterals(text);
   }
   bool ReadAtOnce(std::string_view text, BitValue& value) {
     effort_left_ -= text.size();

@@ -8,6 +8,7 @@
 
 #include "bits/digits.h"
 #include "bits/exhausted_memory.h"
+#include "bits/word.h"
 #include "bitstream/stream_bytes.h"
 #include "names/token_shape.h"
 #include "scalar/operand.h"
@@ -22,7 +23,7 @@ namespace {
 constexpr std::size_t kMaxHexDigits = std::size_t{std::numeric_limits<std::int32_t>::max() / 8} * 2;
 
 void SetWord(BitValue& value, int word) {
-  StoreWord(word, value.Rebuild(sizeof(word)));
+  value.SetWord(static_cast<std::uint32_t>(word), sizeof(word));
   value.set_bit_length(32);
 }
 
@@ -98,18 +99,36 @@ ZRTStatus ReadMeaning(const Meaning& meaning, std::string_view name, int index, 
   return ReadLiteral(name, value);
 }
 
-// `buffer` holds the name as the lookups want it.
+// MeaningOf(), told to the watcher.
 template <class Watch>
-ZRTStatus ReadName(std::string_view name, char* buffer, int index, const Scopes& scopes,
-                   BitValue& value, Watch watch) {
+Meaning NotedMeaningOf(std::string_view name, char* buffer, const Scopes& scopes, Watch watch) {
   const Meaning meaning = MeaningOf(name, buffer, scopes);
   if constexpr (kIsWatched<Watch>) NoteMeaning(meaning, buffer, scopes, watch);
-  return ReadMeaning(meaning, name, index, value, watch);
+  return meaning;
 }
 
-// A hexadecimal literal, which most operands are, and nearly every long one: copied as a name and
-// turned into bytes in one go, a part at a time that stays in the cache, before it is known that it
-// is no name. Nothing, with `value` empty, if it is no such literal.
+// A hexadecimal literal that a word holds, which most operands are, and that no scope knows. False,
+// with nothing done, if it is anything else.
+template <class Watch>
+bool ReadHexWord(std::string_view text, const Scopes& scopes, BitValue& value, Watch watch) {
+  constexpr std::size_t kMostDigits = 2 * kWordSize;
+  if (!text.starts_with("0x")) return false;
+  const std::string_view digits = text.substr(2);
+  if (digits.empty() || digits.size() > kMostDigits) return false;
+  char name[2 + kMostDigits + 1] = "0x";
+  std::uint64_t word = 0;
+  if (!ReadHexDigits(digits, name + 2, word)) return false;
+  name[text.size()] = '\0';
+  if (scopes.Know(name)) return false;
+  watch->NoteLiteral();
+  value.SetWord(word << (digits.size() % 2 * 4), (digits.size() + 1) / 2);
+  value.set_bit_length(static_cast<int>(8 * value.byte_count()));
+  return true;
+}
+
+// A longer one: copied as a name and turned into bytes in one go, a part at a time that stays in
+// the cache, before it is known that it is no name. Nothing, with `value` empty, if it is no such
+// literal.
 template <class Watch>
 std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                                  BitValue& value, Watch watch) {
@@ -118,8 +137,7 @@ std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, Ou
   const std::string_view digits = text.substr(2);
   if (digits.empty() || digits.size() > kMaxHexDigits) return std::nullopt;
   const std::size_t byte_count = (digits.size() + 1) / 2;
-  const bool may_be_name = scopes.MayHoldNameFrom('0');
-  NameBuffer name(may_be_name ? text.size() : 0);
+  NameBuffer name(text.size());
   name.text()[0] = '0';
   name.text()[1] = 'x';
   place.OfferTo(value, byte_count);
@@ -130,14 +148,10 @@ std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, Ou
       value.Rebuild(0);
       return std::nullopt;
     }
-    if (may_be_name) part.copy(name.text() + 2 + done, part.size());
+    part.copy(name.text() + 2 + done, part.size());
   }
-  Meaning meaning;
-  if (may_be_name) {
-    name.text()[text.size()] = '\0';
-    meaning = MeaningOf(text, name.text(), scopes);
-  }
-  if constexpr (kIsWatched<Watch>) NoteMeaning(meaning, name.text(), scopes, watch);
+  name.text()[text.size()] = '\0';
+  const Meaning meaning = NotedMeaningOf(text, name.text(), scopes, watch);
   if (!meaning.is_there()) {
     value.set_bit_length(static_cast<int>(8 * byte_count));
     return kOk;
@@ -151,7 +165,13 @@ ZRTStatus Read(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                Watch watch) {
   if (const auto status = ReadHex(text, scopes, place, value, watch)) return *status;
   if (ShortOperand plain(text); plain.is_plain()) {
-    return ReadName(text, plain.name(), kNoIndex, scopes, value, watch);
+    if (plain.is_small_number() && !scopes.Know(plain.name())) {
+      watch->NoteLiteral();
+      SetWord(value, plain.small_number());
+      return kOk;
+    }
+    const Meaning meaning = NotedMeaningOf(text, plain.name(), scopes, watch);
+    return ReadMeaning(meaning, text, kNoIndex, value, watch);
   }
   OperandText operand;
   if (const ZRTStatus status = SplitOperand(text, operand); status != kOk) return status;
@@ -159,7 +179,8 @@ ZRTStatus Read(std::string_view text, const Scopes& scopes, OutcomePlace& place,
   (void)EvaluateIndex(operand, scopes, index, watch);
   if (operand.index && index < 0) return ErrNegativeIndex;
   NameBuffer name(operand.name);
-  return ReadName(operand.name, name.text(), index, scopes, value, watch);
+  const Meaning meaning = NotedMeaningOf(operand.name, name.text(), scopes, watch);
+  return ReadMeaning(meaning, operand.name, index, value, watch);
 }
 
 }  // namespace
@@ -190,6 +211,7 @@ void NoteMeaning(const Meaning& meaning, char* buffer, const Scopes& scopes, Wat
 template <class Watch>
 ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                    BitValue& value, Watch watch) {
+  if (ReadHexWord(text, scopes, value, watch)) return kOk;
   return OnExhaustedMemory(ErrStreamWrite, [&] { return Read(text, scopes, place, value, watch); });
 }
 

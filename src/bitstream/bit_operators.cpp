@@ -9,6 +9,7 @@
 
 #include "bits/exhausted_memory.h"
 #include "bits/kernels.h"
+#include "bits/word.h"
 #include "scalar/integer.h"
 
 namespace zrt {
@@ -235,6 +236,44 @@ void ReverseInto(BitValue& left, BitValue& right, OutcomePlace& place) {
   left = std::move(result);
 }
 
+// Joins two words of as many bytes as their lengths ask for, if the result is a word.
+bool JoinWords(BitValue& left, const BitValue& right) {
+  const auto high = static_cast<unsigned>(left.bit_length());  // a negative one is too much
+  const auto low = static_cast<unsigned>(right.bit_length());
+  if (high > 64 || low > 63 || high + low > 64) return false;
+  if (left.byte_count() != (high + 7) / 8 || right.byte_count() != (low + 7) / 8) return false;
+  left.SetWord(left.word() << low | right.word(), (high + low + 7) / 8);
+  left.set_bit_length(static_cast<int>(high + low));
+  return true;
+}
+
+bool ShiftWord(BitValue& left, std::uint16_t code, const BitValue& right) {
+  if (IsTooWide(right)) return false;
+  const std::size_t missing = kLeadingWordSize - right.byte_count();
+  const auto count = static_cast<std::int32_t>(right.word() << (8 * missing));
+  if (count <= 0) return true;
+  std::uint64_t word = count < 64 ? left.word() : 0;
+  word = code == OpShiftLeft ? word << (count % 64) : word >> (count % 64);
+  left.SetWord(word, left.byte_count());
+  return true;
+}
+
+// The same as below for words, in registers. False, with nothing done, for what goes the long way.
+bool ApplyToWords(BitValue& left, std::uint16_t code, const BitValue& right) {
+  switch (code) {
+    case OpAnd: {
+      const std::uint64_t kept = ~LowBytes(right.byte_count());  // above the right side's bytes
+      left.SetWord(left.word() & (right.word() | kept), left.byte_count());
+      return true;
+    }
+    case OpOr: left.SetWord(left.word() | right.word(), left.byte_count()); return true;
+    case OpShiftLeft:
+    case OpShiftRight: return ShiftWord(left, code, right);
+    case OpConcat: return JoinWords(left, right);
+    default: return false;
+  }
+}
+
 // The operator has an effect: no other code comes here.
 ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right, OutcomePlace& place) {
   switch (code) {
@@ -262,6 +301,14 @@ ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right, OutcomePlac
   }
 }
 
+// Out of the way of words: it needs all the registers.
+[[gnu::noinline]] ZRTStatus ApplyToBytes(BitValue& left, std::uint16_t code, BitValue& right,
+                                         OutcomePlace& place) {
+  if (const auto status = StatusWithoutValues(code)) return *status;
+  // Each operator gets its memory before it changes the left side.
+  return OnExhaustedMemory(ErrStreamWrite, [&] { return Apply(left, code, right, place); });
+}
+
 }  // namespace
 
 std::optional<ZRTStatus> StatusWithoutValues(std::uint16_t code) {
@@ -282,12 +329,14 @@ bool IsTooLong(int left_bit_length, std::uint16_t code, BitValue& right) {
 }
 
 ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right, OutcomePlace& place) {
-  if (const auto status = StatusWithoutValues(code)) return *status;
-  // Each operator gets its memory before it changes the left side.
-  return OnExhaustedMemory(ErrStreamWrite, [&] { return Apply(left, code, right, place); });
+  if (left.is_word() && right.is_word() && ApplyToWords(left, code, right)) return kOk;
+  return ApplyToBytes(left, code, right, place);
 }
 
 void ApplyUnaryToBits(BitValue& value, OperatorCode code, OutcomePlace& place) {
+  if (code == OpBitwiseNot && value.is_word()) {
+    return value.SetWord(~value.word(), value.byte_count());
+  }
   const auto kernel = code == OpBitwiseNot   ? kernels::Complement
                       : code == OpLogicalNot ? kernels::NegateEach
                                              : kernels::Mirror;

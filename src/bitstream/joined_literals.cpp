@@ -18,11 +18,7 @@ constexpr std::size_t kMostBytesOfBits = std::numeric_limits<std::int32_t>::max(
 class Reader {
  public:
   Reader(std::string_view text, const Scopes& scopes, OutcomePlace& place, BitValue& value)
-      : rest_(text),
-        scopes_(scopes),
-        place_(place),
-        value_(value),
-        may_be_names_(scopes.MayHoldNameFrom('0')) {
+      : rest_(text), scopes_(scopes), place_(place), value_(value) {
     BeginName();
   }
 
@@ -60,7 +56,7 @@ class Reader {
   // literal at once, if the text begins with one.
   void FindRoom() {
     const std::string_view begin = rest_.substr(0, kShortName);
-    if (may_be_names_ && begin.size() == kShortName && begin.find('@') == std::string_view::npos &&
+    if (begin.size() == kShortName && begin.find('@') == std::string_view::npos &&
         begin.find(')') == std::string_view::npos) {
       UseLongName();
     }
@@ -72,19 +68,17 @@ class Reader {
     const std::string_view behind = rest_.substr(2);
     std::size_t count = 0;
     for (;;) {
-      const std::size_t most = std::min({behind.size(), NameSize(), 2 * room_.size()});
-      char* const digits = may_be_names_ ? name_ + 2 : nullptr;
-      count = CopyHexDigits(behind.substr(0, most), digits, room_.data());
+      const std::size_t most = std::min({behind.size(), name_size_, 2 * room_.size()});
+      count = CopyHexDigits(behind.substr(0, most), name_ + 2, room_.data());
       if (count < most || count == behind.size() || !IsHexadecimalDigit(behind[count])) break;
-      if (most == NameSize()) {
+      if (most == name_size_) {
         UseLongName();
       } else {
         MakeRoom(count);
       }
     }
     const std::size_t size = (count + 1) / 2;
-    if (count == 0 || byte_count() + size > kMostBytesOfBits) return false;
-    if (may_be_names_ && IsName(2 + count)) return false;
+    if (count == 0 || byte_count() + size > kMostBytesOfBits || IsName(2 + count)) return false;
     literal_size_ = size;
     room_ = room_.subspan(size);
     rest_ = behind.substr(count);
@@ -115,12 +109,9 @@ class Reader {
     return true;
   }
 
-  // Digits that a name has room for. What cannot be one is not copied.
-  [[nodiscard]] std::size_t NameSize() const { return may_be_names_ ? name_size_ : SIZE_MAX; }
-
   bool IsName(std::size_t length) {
     name_[length] = '\0';
-    return scopes_.FindField(name_) || scopes_.FindToken(name_);
+    return scopes_.Know(name_);
   }
   void BeginName() {
     name_[0] = '0';
@@ -150,7 +141,6 @@ class Reader {
   const Scopes& scopes_;
   OutcomePlace& place_;
   BitValue& value_;
-  bool may_be_names_;             // the literals
   std::span<std::uint8_t> room_;  // of the value, for what is still to be laid
   std::size_t literal_size_ = 0;  // bytes, of the one that was read last
   std::size_t depth_ = 0;

@@ -15,27 +15,15 @@ constexpr std::string_view kMaskNames[] = {
     "FuseArray_MASK_TDO", "FuseArray_MASK_TDI", "FuseArray_DMASK",
 };
 
-template <class Scope>
-bool MayHold(const Scope* scope, [[maybe_unused]] char first) {
-  if constexpr (TellsFirstCharacters<Scope>) return scope && scope->HasNameFrom(first);
-  return scope;
-}
-
 }  // namespace
 
-NameBuffer::NameBuffer(std::size_t length) {
-  if (length < kInlineSize) return;
+void NameBuffer::UseHeap(std::size_t length) {
   heap_.reset(new char[length + 1]);
   PreferHugePages(heap_.get(), length + 1);
 }
 
 NameBuffer::NameBuffer(std::string_view name) : NameBuffer(name.size()) {
   text()[name.copy(text(), name.size())] = '\0';
-}
-
-bool Scopes::MayHoldNameFrom(char first) const {
-  return MayHold(local_tokens, first) || MayHold(global_tokens, first) ||
-         MayHold(external_data, first) || MayHold(local_data, first) || MayHold(global_data, first);
 }
 
 OperandEvent::Scope Scopes::ScopeOf(const ZRTTokens& token, char* name) const {

@@ -2,7 +2,6 @@
 // them. Knows the closed libraries' lookups; which status a missing name becomes is for others.
 #pragma once
 
-#include <concepts>
 #include <cstddef>
 #include <memory>
 #include <string_view>
@@ -21,22 +20,19 @@ class NameBuffer {
 
   /// Has room for a name of `length` characters and the terminator, to be filled.
   /// Throws std::bad_alloc.
-  explicit NameBuffer(std::size_t length);
+  explicit NameBuffer(std::size_t length) {
+    if (length >= kInlineSize) UseHeap(length);
+  }
 
   [[nodiscard]] char* text() { return heap_ ? heap_.get() : inline_; }
 
  private:
   static constexpr std::size_t kInlineSize = 512;
 
+  void UseHeap(std::size_t length);
+
   char inline_[kInlineSize];
   std::unique_ptr<char[]> heap_;
-};
-
-/// A scope that tells whether any of its names begins with a character, which the contract does not
-/// know. Where none does, a long literal need not be copied to be looked for.
-template <class Scope>
-concept TellsFirstCharacters = requires(const Scope& scope, char first) {
-  { scope.HasNameFrom(first) } -> std::same_as<bool>;
 };
 
 /// The host's scopes, borrowed. Null scopes are skipped.
@@ -62,8 +58,8 @@ struct Scopes {
     return field || !global_data ? field : global_data->GetDataField(name);
   }
 
-  /// False if no scope holds a name that begins with `first`. One that does not tell may do so.
-  [[nodiscard]] bool MayHoldNameFrom(char first) const;
+  /// Whether any of them holds that name.
+  [[nodiscard]] bool Know(char* name) const { return FindField(name) || FindToken(name); }
 
   /// The scope in which `name` has led to the token or the field.
   [[nodiscard]] OperandEvent::Scope ScopeOf(const ZRTTokens& token, char* name) const;

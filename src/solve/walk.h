@@ -109,13 +109,13 @@ class Walk : private WalkSteps<Policy> {
 /// @return ErrStreamWrite for a text of more than kMaxTextLength characters, with nothing read or
 ///         delivered; else what the walk says. Throws std::bad_alloc before anything is delivered.
 template <class Policy>
-ZRTStatus SolveText(std::string_view text, Policy policy) {
+ZRTStatus SolveText(std::string_view text, Policy&& policy) {
   if (text.size() > kMaxTextLength) return ErrStreamWrite;
   const MarkedText marked(text, MarkedText::Parentheses::kMarked);
   return Walk<Policy>::Solve(policy, marked);
 }
 template <class Policy>
-ZRTStatus SolveTextAsChain(std::string_view text, Policy policy) {
+ZRTStatus SolveTextAsChain(std::string_view text, Policy&& policy) {
   if (text.size() > kMaxTextLength) return ErrStreamWrite;
   const MarkedText marked(text, MarkedText::Parentheses::kPlain);
   return WalkSteps<Policy>(policy, marked).SolveChain();

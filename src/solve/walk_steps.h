@@ -31,7 +31,7 @@ class WalkSteps {
   static_assert(kIsWatched<Watch> || sizeof(Solved) == sizeof(Value));
 
   /// Runs a piece without groups and unary operators from the left.
-  ZRTStatus Chain(Piece piece, Solved& running);
+  ZRTStatus Chain(const Piece& whole, Solved& running);
 
   /// One operator, between two values or in front of one.
   ZRTStatus Apply(Solved& left, const FoundOperator& found, Solved& right);
@@ -92,7 +92,8 @@ ZRTStatus WalkSteps<Policy>::SolveChain() {
 }
 
 template <class Policy>
-ZRTStatus WalkSteps<Policy>::Chain(Piece piece, Solved& running) {
+ZRTStatus WalkSteps<Policy>::Chain(const Piece& whole, Solved& running) {
+  Piece piece = whole;
   watch()->Cut(CutEvent::By::kChain, ViewOf(text_, piece), ViewOf(text_, piece));
   FoundOperator found = LeftMostOperator(text_, piece);
   ZRTStatus status = ReadOperand(piece, found, running);
