@@ -1,4 +1,6 @@
 // The operators on bit vectors of a megabit and of 64, into a stream that has its room.
+#include <functional>
+
 #include "bits_contestants.h"
 #include "subject.h"
 
@@ -31,7 +33,7 @@ void AddBits(Subjects* subjects) {
   for (const Operator& entry : kOperators) {
     for (const Size& size : kSizes) {
       subjects->push_back(Timed(std::string(entry.id) + "/" + size.name, entry.title,
-                                [&entry, &size] { return entry.make(size.byte_count); }));
+                                std::bind_front(entry.make, size.byte_count)));
     }
   }
 }

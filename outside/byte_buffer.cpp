@@ -42,17 +42,14 @@ struct LByteBuffer::Chain {
   int SizeFrom(const Block& block);
   LByteBuffer* Add(std::unique_ptr<Link> link);
   void DropBehind(const Block& block);
+  void KeepEven(std::size_t block_count);
   static std::unique_ptr<unsigned char[]> MakeRoom(LByteBuffer* buffer, std::size_t count);
 
   EvenBlocks even;
   Block first;
   std::vector<std::unique_ptr<Link>> links;
+  std::vector<unsigned char*> even_blocks;
   std::atomic<int> owner_count{1};
-
- private:
-  void KeepEven(std::size_t block_count);
-
-  std::vector<unsigned char*> even_blocks_;
 };
 
 LByteBuffer::Block::Block(Chain* holder) noexcept : chain(holder), even(&holder->even) {}
@@ -74,8 +71,8 @@ LByteBuffer* LByteBuffer::Chain::Add(std::unique_ptr<Link> link) {
   link->block.ordinal = last.ordinal + 1;
   if (last.ordinal == 0) even.size = static_cast<unsigned int>(std::max(last.size(), 1));
   const bool is_even = static_cast<unsigned int>(last.size()) == even.size;
-  if (is_even && even_blocks_.size() == last.ordinal) even_blocks_.push_back(last.data);
-  KeepEven(even_blocks_.size());
+  if (is_even && even_blocks.size() == last.ordinal) even_blocks.push_back(last.data);
+  KeepEven(even_blocks.size());
   links.push_back(std::move(link));
   last.limit = last.end;
   return &links.back()->handle;
@@ -83,12 +80,12 @@ LByteBuffer* LByteBuffer::Chain::Add(std::unique_ptr<Link> link) {
 
 void LByteBuffer::Chain::DropBehind(const Block& block) {
   links.resize(block.ordinal);
-  KeepEven(std::min(even_blocks_.size(), block.ordinal));
+  KeepEven(std::min(even_blocks.size(), block.ordinal));
 }
 
 void LByteBuffer::Chain::KeepEven(std::size_t block_count) {
-  even_blocks_.resize(block_count);
-  even.data = even_blocks_.data();
+  even_blocks.resize(block_count);
+  even.data = even_blocks.data();
   even.bytes = block_count * even.size;
 }
 

@@ -4,7 +4,8 @@
 //
 //   zrt_digest [COUNT [BLOCK_SIZE [LOCALE]]]
 #include <clocale>
-#include <cstdio>
+#include <iomanip>
+#include <iostream>
 #include <iterator>
 #include <random>
 
@@ -63,7 +64,8 @@ class Outcomes {
     std::string text(2 * stream.bytes.size() + 3, '|');
     fnGetDataExpression(&data, text.data());
     digests_[kRunLengths].Add(text);
-    AddEvaluations(text.c_str());
+    text.resize(text.find('\0'));
+    AddEvaluations(text);
     const std::string digits = Show(stream).substr(0, 2 * stream.bytes.size());
     for (const char* const behind : {">>13", "<<3", "@#101", "^3", "&(~Long)", "|0xF0F", "$n"}) {
       if (Below(8) == 0) AddEvaluations("~0x0" + digits + behind);
@@ -75,8 +77,9 @@ class Outcomes {
     for (const Digest& digest : digests_) all.Add(std::to_string(digest.value));
     digests_[kSubjects] = all;
     for (std::size_t i = 0; i < std::size(digests_); ++i) {
-      std::printf("%-16s%016llx\n", i < kScans ? kNames[i] : kMoreNames[i - kScans],
-                  static_cast<unsigned long long>(digests_[i].value));
+      std::cout << std::left << std::setfill(' ') << std::setw(16)
+                << (i < kScans ? kNames[i] : kMoreNames[i - kScans]) << std::right
+                << std::setfill('0') << std::setw(16) << std::hex << digests_[i].value << '\n';
     }
   }
 

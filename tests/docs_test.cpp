@@ -2,7 +2,7 @@
 // stands in the file that they name, to the letter.
 #include <gtest/gtest.h>
 
-#include <cstdio>
+#include <iostream>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -75,7 +75,7 @@ TEST(Docs, OtherHeaders) {
 // ```trace.h
 struct Printer : zrt::Observer {
   void OnOperand(const zrt::OperandEvent& event) noexcept override {
-    std::printf("%zu: %d\n", event.place.offset, event.value.integer);
+    std::cout << event.place.offset << ": " << event.value.integer << "\n";
   }
 };
 // ```
@@ -146,12 +146,12 @@ TEST(Docs, StreamsAndRows) {
   // ```embedding.md
   RowDataStream value;
   expression.GetBitStream("0xABC@#1", &value);
-  std::string hexText;
-  bool is_written = zrt::GetHexText(value, &hexText);  // false: memory has run out
+  std::string hex_text;
+  bool is_written = zrt::GetHexText(value, &hex_text);  // false: memory has run out
   std::vector<std::uint8_t> bytes(zrt::ValidByteCount(value));
   zrt::CopyValidBytes(value, zrt::SpareBits::kCleared, bytes.data());  // 01 57 81
   // ```
-  EXPECT_EQ(std::pair(is_written, hexText), std::pair(true, std::string(text)));
+  EXPECT_EQ(std::pair(is_written, hex_text), std::pair(true, std::string(text)));
   EXPECT_EQ(bytes, (std::vector<std::uint8_t>{0x01, 0x57, 0x81}));
 }
 
@@ -185,7 +185,7 @@ class Steps : public zrt::Observer {
   void OnResult(zrt::ValueNumber number, const zrt::ValueView& value) noexcept override {
     Set(number, value);
   }
-  void OnOutcome(zrt::ValueNumber number, const zrt::ValueView&) noexcept override {
+  void OnOutcome(zrt::ValueNumber number, const zrt::ValueView& /*value*/) noexcept override {
     outcome = values[number];
   }
 

@@ -64,19 +64,18 @@ std::string Ones(RowDataStream& stream) {
   return are_ones ? std::to_string(size) + "/" + std::to_string(stream.BitLength) : Show(stream);
 }
 
-class Huge : public testing::Test {
- protected:
+struct Huge : testing::Test {
   void SetUp() override {
     if (!IsHuge()) GTEST_SKIP() << "takes gigabytes: set ZRT_HUGE to run it";
   }
 
   void Expect(const std::string& text, int status, const std::string& ones) {
     RowDataStream stream;
-    EXPECT_EQ(world_.expression.GetBitStream(text.c_str(), &stream), status) << text.substr(0, 99);
+    EXPECT_EQ(world.expression.GetBitStream(text.c_str(), &stream), status) << text.substr(0, 99);
     EXPECT_EQ(Ones(stream), ones) << text.substr(0, 99);
   }
 
-  World world_;
+  World world;
 };
 
 TEST_F(Huge, Results) {
@@ -104,7 +103,7 @@ TEST_F(Huge, Texts) {
     std::string text(std::size_t{kMax} + (is_too_long ? 1 : 0), '1');
     text.front() = text.back() = '+';
     const int status = is_too_long ? ErrStreamWrite : ErrUnknownOperand;
-    ZRTExpression& expression = world_.expression;
+    ZRTExpression& expression = world.expression;
     int integer = 77;
     float real = 77;
     RowDataStream stream, chain;

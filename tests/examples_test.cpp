@@ -78,7 +78,8 @@ std::string RunLengths(const std::string& text) {
   Fill(data, bytes);
   std::string told(2 * bytes.size() + 3, '|');
   fnGetDataExpression(&data, told.data());
-  return told.c_str();
+  told.resize(told.find('\0'));
+  return told;
 }
 
 // The text with «» around the place of its failure and ‹› around that of the cause, and their
@@ -87,7 +88,7 @@ std::string Places(const std::string& kind, const std::string& marked) {
   constexpr const char* kMarks[] = {"«", "»", "‹", "›"};
   std::string text = marked;
   for (const std::string mark : kMarks) {
-    for (std::size_t at; (at = text.find(mark)) != std::string::npos;) text.erase(at, mark.size());
+    while (text.find(mark) != std::string::npos) text.erase(text.find(mark), mark.size());
   }
   RichWorld world;
   RowDataStream stream;

@@ -99,7 +99,7 @@ TEST(Expression, LoadsTheErrorListAndRecordsItsOwnFailures) {
   EXPECT_STREQ(handler->GetErrorText(), "\nM\nno such directory\n");
   EXPECT_EQ(expression.GetDefaultDir(), listed.name);
   EXPECT_EQ(expression.Initialize(wrong.path), ErrorHandler::kListWrongLine);
-  std::ofstream(listed.name + "/ErrorList.txt") << std::string(16777217, '\n');
+  std::ofstream(listed.name + "/ErrorList.txt") << Repeated("\n", 16777217);
   EXPECT_EQ(expression.Initialize(listed.path), ErrorHandler::kListUnreadable);
   EXPECT_STREQ(handler->GetErrorText(), fallback);
 }

@@ -97,14 +97,14 @@ TEST(Growth, ShortTextsAllocateNothing) {
   AddRows(world.local_data, "row", {FromText("0123456789ABCDEF0123456789ABCDEF/128")});
   RowDataStream stream;
   for (int i = 0; i < 32; ++i) stream.WriteData(0);  // the room that appending needs
-  for (const std::string& text : {
-           name + Repeated("+1", 40) + "-" + name,
-           "(" + Repeated("1-(", 10) + name + Repeated(")", 10) + ")*" + Repeated("(3)-", 10) +
-               name,
-           Repeated("~1+", 40) + name,
-           Repeated("(~#101)@", 10) + Repeated("#1@", 20) + "0x1234",
-           "~row&(row|~(row<<3))>>(1)$(row@#0)&ID_MASK,(" + name + "^1)",
-       }) {
+  const std::string texts[] = {
+      name + Repeated("+1", 40) + "-" + name,
+      "(" + Repeated("1-(", 10) + name + Repeated(")", 10) + ")*" + Repeated("(3)-", 10) + name,
+      Repeated("~1+", 40) + name,
+      Repeated("(~#101)@", 10) + Repeated("#1@", 20) + "0x1234",
+      "~row&(row|~(row<<3))>>(1)$(row@#0)&ID_MASK,(" + name + "^1)",
+  };
+  for (const std::string& text : texts) {
     stream.ClearBuffer();
     const long before = memory.allocation_count;
     const std::array<int, 3> statuses = StatusesOf(world.expression, text, stream);

@@ -76,9 +76,11 @@ TEST(LongValues, HexadecimalTextsOfEverySize) {
     const std::string even_start = "0x" + start + (count % 2 == 0 ? "" : "0");
     const std::string even_rest = rest + (count % 2 == 0 ? "" : "0");
     EXPECT_EQ(evaluate("0x" + start), even_start);
-    EXPECT_EQ(evaluate("0x" + start + "@0x" + rest), even_start + even_rest);
-    const char no_digit = no_digits[count % no_digits.size()];
-    EXPECT_EQ(evaluate("0x" + start + no_digit + rest), std::to_string(ErrUnknownOperand)) << count;
+    std::string cut = "0x" + digits, wrong = cut;
+    cut.insert(2 + count, "@0x");
+    EXPECT_EQ(evaluate(cut), even_start + even_rest);
+    wrong.insert(2 + count, 1, no_digits[count % no_digits.size()]);
+    EXPECT_EQ(evaluate(wrong), std::to_string(ErrUnknownOperand)) << count;
   }
 }
 

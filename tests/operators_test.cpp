@@ -27,7 +27,8 @@ TEST(Operators, OnNumbers) {
                          21,    -21,     30,      31,    32,       33,       -31,   63,
                          64,    255,     256,     46340, 46341,    65535,    65536, -65536,
                          65537, 1 << 24, 1 << 30, kMin,  kMin + 1, kMax - 1, kMax};
-  for (std::uint16_t code = 0; code < reference::kOperators.size(); ++code) {
+  constexpr std::uint16_t kCodes = reference::kOperators.size();
+  for (std::uint16_t code = 0; code < kCodes; ++code) {
     const char op = reference::kOperators[code];
     for (const int left : numbers) {
       for (const int right : numbers) {

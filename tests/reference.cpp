@@ -179,7 +179,7 @@ Found TakeOperand(std::string& rest, std::string& operand) {
 }
 
 void ApplyUnary(int& value, char op) { value = op == '~' ? ~value : value == 0 ? 1 : 0; }
-void ApplyUnary(float&, char) { throw Failure{ErrInvalidOperator}; }
+void ApplyUnary(float& /*value*/, char /*op*/) { throw Failure{ErrInvalidOperator}; }
 void ApplyUnary(Stream& value, char op) { Apply(value, op, value); }
 
 // What stands around the middle, a group or a unary operator with its operand:

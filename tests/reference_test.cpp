@@ -18,25 +18,25 @@
 
 namespace {
 
-class Reference : public testing::Test {
- protected:
+struct Reference : testing::Test {
   // Results hold older bytes in every second text, in others the rows go on where they are; blocks
   // are short in every seventh.
   void Compare(const std::string& text) {
-    ++texts_;
-    const BlockSize setting(texts_ % 7 == 0 ? 4 : 0);
-    const Stream before = texts_ % 2 == 0 ? Stream() : FromText("FF5A01/9");
-    Twins& twins = twins_[texts_ % std::size(twins_)];
-    if (texts_ % 4 < 2) twins.ResetRows();
-    for (const int kind : {+kInteger, +kFloat, +kBits, kChain + static_cast<int>(texts_ % 11)}) {
+    ++text_count;
+    const BlockSize setting(text_count % 7 == 0 ? 4 : 0);
+    const Stream before = text_count % 2 == 0 ? Stream() : FromText("FF5A01/9");
+    Twins& twins = all_twins[text_count % std::size(all_twins)];
+    if (text_count % 4 < 2) twins.ResetRows();
+    for (const int kind :
+         {+kInteger, +kFloat, +kBits, kChain + static_cast<int>(text_count % 11)}) {
       EXPECT_EQ(twins.Difference(static_cast<Kind>(kind), text, before), "")
-          << "in scope " << texts_ % std::size(twins_);
+          << "in scope " << text_count % std::size(all_twins);
     }
     EXPECT_TRUE(ScansAgree(twins.expression, text)) << text;
   }
 
-  std::size_t texts_ = 0;
-  Twins twins_[3] = {Twins(), Twins("FuseArray_TDI"), Twins("FuseArray_TDO")};
+  std::size_t text_count = 0;
+  Twins all_twins[3] = {Twins(), Twins("FuseArray_TDI"), Twins("FuseArray_TDO")};
 };
 
 std::uint64_t Setting(const char* name, std::uint64_t otherwise) {
@@ -49,8 +49,9 @@ TEST_F(Reference, GeneratedTexts) {
   TextGenerator generator([&random] { return random(); });
   const std::uint64_t count = Setting("ZRT_REFERENCE_TEXTS", ZRT_IS_SANITIZED ? 30000 : 100000);
   for (std::uint64_t i = 0; i < count && !HasFailure(); ++i) Compare(generator.Text());
-  const std::size_t values = twins_[0].value_count + twins_[1].value_count + twins_[2].value_count;
-  EXPECT_GT(values, texts_ / 2) << "too few of the texts have a value";
+  const std::size_t values =
+      all_twins[0].value_count() + all_twins[1].value_count() + all_twins[2].value_count();
+  EXPECT_GT(values, text_count / 2) << "too few of the texts have a value";
 }
 
 // Every text of up to four characters, of which each stands for one kind: a digit, a name, both
@@ -71,7 +72,7 @@ TEST_F(Reference, Lookups) {
   std::vector<std::string> names = {"nosuch", "id_mask", "FuseArray_TDO", "ID_MASK2", "ID_MAS", ""};
   names.insert(names.end(), std::begin(reference::kMaskNames), std::end(reference::kMaskNames));
   for (const Named& named : NamesOfWorld()) names.push_back(named.name);
-  for (Twins& twins : twins_) {
+  for (Twins& twins : all_twins) {
     for (const std::string& name : names) {
       for (const char* const behind : {"", ".x", "[1]", "[1].x", " [1]", "x", ".x[1]"}) {
         EXPECT_TRUE(LookupsAgree(twins, name + behind)) << name << behind;

@@ -31,7 +31,7 @@ void RunOutInEvaluations(Evaluator& evaluator, const std::string& text, const St
   for (int kind = kInteger; kind < kKinds; ++kind) {
     const auto attempt = [&](const Caller& run) {
       evaluator.ResetRows();
-      const Outcome outcome = evaluator.Evaluate(static_cast<Kind>(kind), text, before, 20000, run);
+      Outcome outcome = evaluator.Evaluate(static_cast<Kind>(kind), text, before, 20000, run);
       EXPECT_EQ(Evaluate(evaluator.expression, "(B[2]@t[1])^2"), "22000000142200000014/80");
       return outcome;
     };

@@ -26,8 +26,8 @@
 #define ZRT_TESTS "tests"
 #endif
 
-using reference::Bytes;
-using reference::Stream;
+using Bytes = reference::Bytes;
+using Stream = reference::Stream;
 
 /// Whether what takes gigabytes is tried too.
 inline bool IsHuge() { return std::getenv("ZRT_HUGE") != nullptr; }
@@ -158,8 +158,7 @@ struct BlockSize {
 /// A directory for one test, with an error list if it is given one, gone at the end.
 struct Directory {
   explicit Directory(const char* list = nullptr)
-      : name(std::filesystem::temp_directory_path() / "zrt_XXXXXX") {
-    path = mkdtemp(name.data());
+      : name(std::filesystem::temp_directory_path() / "zrt_XXXXXX"), path(mkdtemp(name.data())) {
     if (list) std::ofstream(name + "/ErrorList.txt") << list;
   }
   Directory(const Directory&) = delete;
@@ -167,5 +166,5 @@ struct Directory {
   ~Directory() { std::filesystem::remove_all(name); }
 
   std::string name;
-  char* path = nullptr;
+  char* path;
 };

@@ -36,6 +36,7 @@ TEST(Threads, EvaluateOverSharedScopes) {
   ASSERT_EQ(world.expression.Initialize(directory.path), 0);
   const std::string seen_alone = SeenBy(world.expression);
   std::vector<std::jthread> threads;
+  threads.reserve(4);
   for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([&] {
       for (int i = 0; i < 500 && !HasFailure(); ++i)

@@ -107,7 +107,9 @@ class Evaluator : public RichWorld {
   }
 
  protected:
-  std::vector<Named> names_;
+  [[nodiscard]] const std::vector<Named>& names() const { return names_; }
+  [[nodiscard]] const zrt::Failure& failure() const { return failure_; }
+  void set_observer(zrt::Observer* observer) { observer_ = observer; }
 
  private:
   int Call(Kind kind, char* text, Outcome& outcome, RowDataStream& stream, char* hex_text) {
@@ -145,12 +147,9 @@ class Evaluator : public RichWorld {
 
   // Asks for no memory, so that it may run out; Twins has one that does.
   zrt::Observer nobody_;
-
- protected:
   zrt::Observer* observer_ = &nobody_;
   zrt::Failure failure_;
-
- private:
+  std::vector<Named> names_;
   std::vector<QLMDataField*> fields_;
   GuardedRoom text_room_, hex_room_;
 };
@@ -158,9 +157,9 @@ class Evaluator : public RichWorld {
 class Twins : public Evaluator {
  public:
   explicit Twins(const std::string& fuse_array = "") : Evaluator(fuse_array) {
-    observer_ = &replay_;
+    set_observer(&replay_);
     reference::closed = kClosed;
-    for (const auto& [scope, name, token, rows, is_data] : names_) {
+    for (const auto& [scope, name, token, rows, is_data] : names()) {
       if (!is_data) TreeOf(scope_, scope)[name] = token;
       if (is_data) DataOf(scope_, scope)[name].rows = rows;
       if (rows.size() > 1) models_.push_back(&DataOf(scope_, scope)[name]);
@@ -178,10 +177,10 @@ class Twins : public Evaluator {
                                 : kind == kWatchedInteger ? std::to_string(outcome.integer)
                                 : kind == kWatchedFloat   ? std::to_string(outcome.real)
                                                           : Show(outcome.stream);
-      const std::string fault = replay_.Fault(outcome.status, failure_, value);
+      const std::string fault = replay_.Fault(outcome.status, failure(), value);
       if (!fault.empty()) return kNames[kind] + (" \"" + text + "\": wrong " + fault);
     }
-    value_count += outcome.status == 0 ? 1 : 0;
+    value_count_ += outcome.status == 0 ? 1 : 0;
     const std::string right = Show(model), shown = Show(outcome);
     if (shown == right) return "";
     return kNames[kind] + (" \"" + text + "\" gives\n  " + shown + "\nand not\n  " + right);
@@ -195,7 +194,8 @@ class Twins : public Evaluator {
     for (reference::Field* model : models_) model->current = 0;
   }
 
-  std::size_t value_count = 0;  // of the texts that were compared
+  /// Of the texts that were compared.
+  [[nodiscard]] std::size_t value_count() const { return value_count_; }
 
  private:
   Outcome ByReference(Kind kind, const std::string& text, const Stream& before) {
@@ -229,6 +229,7 @@ class Twins : public Evaluator {
   reference::Scope scope_;
   std::vector<reference::Field*> models_;
   Replay replay_;
+  std::size_t value_count_ = 0;
 };
 
 /// Whether the library's scans find in `text` what the reference's find.

@@ -3,7 +3,7 @@
 //
 //   struct Printer : zrt::Observer {
 //     void OnOperand(const zrt::OperandEvent& event) noexcept override {
-//       std::printf("%zu: %d\n", event.place.offset, event.value.integer);
+//       std::cout << event.place.offset << ": " << event.value.integer << "\n";
 //     }
 //   };
 //   Printer printer;

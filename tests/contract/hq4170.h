@@ -71,8 +71,11 @@ class LByteBuffer {
   unsigned char* GetDataBlock() { return block_->bytes.data(); }
   int GetDataSize() { return static_cast<int>(block_->bytes.size()); }
   unsigned int GetTotalSize() {
-    const LByteBuffer* next = block_->next.get();
-    return static_cast<unsigned int>(GetDataSize()) + (next ? block_->next->GetTotalSize() : 0);
+    unsigned int size = 0;
+    for (LByteBuffer* block = this; block; block = block->block_->next.get()) {
+      size += static_cast<unsigned int>(block->GetDataSize());
+    }
+    return size;
   }
   void ClearBuffer() {
     block_->bytes.clear();

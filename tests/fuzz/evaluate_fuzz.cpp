@@ -40,9 +40,9 @@ std::string EvaluationsDiffer(Input input) {
     return text + ": status " + std::to_string(status);
   }
   twins.ResetRows();
-  const std::size_t values = twins.value_count;
+  const std::size_t values = twins.value_count();
   std::string difference = twins.Difference(kind, text, before);
-  const bool has_value = twins.value_count > values;
+  const bool has_value = twins.value_count() > values;
   if (choice / 48 % 4 == 0) {  // rows that have moved, blocks of 4 bytes
     const BlockSize setting(4);
     return difference + twins.Difference(kind, text, before);

@@ -2,14 +2,14 @@
 // where something does not hold. Knows of no target.
 #pragma once
 
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 
 #include "properties.h"
 
 inline void Require(bool holds, std::string_view what) {
   if (holds) return;
-  std::fprintf(stderr, "Does not hold: %.*s\n", static_cast<int>(what.size()), what.data());
+  std::cerr << "Does not hold: " << what << '\n';
   std::abort();
 }
 
