@@ -8,7 +8,8 @@
 
 // NOLINTBEGIN(readability-make-member-function-const,readability-identifier-naming)
 
-struct QLMDataField : LObject {
+class QLMDataField : public LObject {
+ public:
   void SetFieldName(const char* name) { name_ = name; }
   LByteBuffer* AddRow(int width) {
     rows_.emplace_back().second = width;

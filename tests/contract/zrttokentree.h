@@ -5,7 +5,8 @@
 
 // NOLINTBEGIN(readability-make-member-function-const,readability-identifier-naming)
 
-struct ZRTTokens {
+class ZRTTokens {
+ public:
   unsigned short GetTokenType() { return type_; }
   int GetIntValue() { return GetIntArrayValue(0); }
   float GetFloatValue() { return GetFloatArrayValue(0); }
