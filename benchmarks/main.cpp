@@ -11,9 +11,9 @@
 #include "picture.h"
 #include "subject.h"
 
-namespace {
+namespace zrt_bench {
 
-using namespace zrt_bench;
+namespace {
 
 struct Arguments {
   bool is_quick = false;
@@ -63,19 +63,22 @@ Row RunOne(const Subject& subject, const Effort& effort, const std::string& prog
   }
 }
 
-std::vector<Row> RunAll(const Subjects& subjects, const Effort& effort) {
-  std::vector<Row> rows;
-  for (int pass = 1; pass <= effort.pass_count; ++pass) {
-    const std::string progress =
-        "pass " + std::to_string(pass) + " of " + std::to_string(effort.pass_count);
-    for (std::size_t i = 0; i < subjects.size(); ++i) {
-      if (pass == 1) {
-        rows.push_back(RunOne(subjects[i], effort, progress));
-      } else if (subjects[i].is_timed) {
-        rows[i].KeepLeast(RunOne(subjects[i], effort, progress));
-      }
+// The first pass makes the rows, the others better their times.
+void RunPass(int pass, const Subjects& subjects, const Effort& effort, std::vector<Row>* rows) {
+  const std::string progress =
+      "pass " + std::to_string(pass) + " of " + std::to_string(effort.pass_count);
+  for (std::size_t i = 0; i < subjects.size(); ++i) {
+    if (pass == 1) {
+      rows->push_back(RunOne(subjects[i], effort, progress));
+    } else if (subjects[i].is_timed) {
+      (*rows)[i].KeepLeast(RunOne(subjects[i], effort, progress));
     }
   }
+}
+
+std::vector<Row> RunAll(const Subjects& subjects, const Effort& effort) {
+  std::vector<Row> rows;
+  for (int pass = 1; pass <= effort.pass_count; ++pass) RunPass(pass, subjects, effort, &rows);
   ShowProgress("");
   return rows;
 }
@@ -90,9 +93,7 @@ void Run(const Arguments& arguments) {
   if (!arguments.picture_path.empty() && has_lines) WritePicture(rows, arguments.picture_path);
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int RunCommandLine(int argc, char** argv) {
   Arguments arguments;
   CLI::App app("Times the library beside its peers and its limits.", "zrt_bench");
   app.add_flag("--quick", arguments.is_quick, "Fewer rounds, and no growing text above 4 MiB");
@@ -102,12 +103,20 @@ int main(int argc, char** argv) {
   app.add_option("--svg", arguments.picture_path, "Where to write the picture")->type_name("FILE");
   app.add_option("--peak-memory", arguments.peak_memory)->expected(2)->group("");
   CLI11_PARSE(app, argc, argv);
+  if (!arguments.peak_memory.empty()) {
+    return PrintPeakMemory(arguments.peak_memory[0], arguments.peak_memory[1]);
+  }
+  Run(arguments);
+  return 0;
+}
+
+}  // namespace
+
+}  // namespace zrt_bench
+
+int main(int argc, char** argv) {
   try {
-    if (!arguments.peak_memory.empty()) {
-      return PrintPeakMemory(arguments.peak_memory[0], arguments.peak_memory[1]);
-    }
-    Run(arguments);
-    return 0;
+    return zrt_bench::RunCommandLine(argc, argv);
   } catch (const std::exception& error) {
     std::cerr << "zrt_bench: " << error.what() << '\n';
     return 1;

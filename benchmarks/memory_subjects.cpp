@@ -1,9 +1,13 @@
 // The memory of one evaluation, as the system counts it: what is resident at the peak.
 #include "memory_subjects.h"
 
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
+#include <iostream>
+#include <sstream>
 #include <stdexcept>
 
 #include "shapes.h"
@@ -29,8 +33,10 @@ double PeakOfChild(std::size_t shape_index, std::size_t text_bytes) {
                               " " + std::to_string(text_bytes);
   std::FILE* output = popen(command.c_str(), "r");
   if (output == nullptr) throw std::runtime_error("cannot run " + command);
+  std::array<char, 64> line{};
   double bytes = 0;
-  const bool is_read = std::fscanf(output, "%lf", &bytes) == 1;
+  const bool is_read = std::fgets(line.data(), line.size(), output) != nullptr &&
+                       std::istringstream(line.data()) >> bytes;
   if (pclose(output) != 0 || !is_read) throw std::runtime_error(command + " fails");
   return bytes;
 }
@@ -52,7 +58,7 @@ int PrintPeakMemory(std::size_t shape_index, std::size_t text_bytes) {
   const double before = SizeOf("VmRSS:");
   library.repeat(1);
   library.value();
-  std::printf("%.0f\n", SizeOf("VmHWM:") - before);
+  std::cout << std::fixed << std::setprecision(0) << SizeOf("VmHWM:") - before << '\n';
   return 0;
 }
 

@@ -55,20 +55,26 @@ std::string Escaped(const std::string& text) {
   return escaped;
 }
 
+// The panel of that title, which is made if it is not there yet.
+Panel& PanelOf(const std::string& title, std::vector<Panel>* panels) {
+  const auto panel = std::find_if(panels->begin(), panels->end(),
+                                  [&title](const Panel& p) { return p.title == title; });
+  return panel == panels->end() ? panels->emplace_back(Panel{title, {}}) : *panel;
+}
+
+void AddUnlessThere(const Line& line, std::vector<Line>* lines) {
+  const bool is_there = std::any_of(lines->begin(), lines->end(),
+                                    [&line](const Line& other) { return other.name == line.name; });
+  if (!is_there) lines->push_back(line);
+}
+
 // Rows of one panel share it; a limit that several of them have is drawn once, behind the others.
 std::vector<Panel> PanelsOf(const std::vector<Row>& rows) {
   std::vector<Panel> panels;
   for (const Row& row : rows) {
     if (row.lines.empty()) continue;
-    auto panel = std::find_if(panels.begin(), panels.end(),
-                              [&row](const Panel& p) { return p.title == row.panel; });
-    if (panel == panels.end()) panel = panels.insert(panels.end(), Panel{row.panel, {}});
-    for (const Line& line : row.lines) {
-      const bool is_there =
-          std::any_of(panel->lines.begin(), panel->lines.end(),
-                      [&line](const Line& other) { return other.name == line.name; });
-      if (!is_there) panel->lines.push_back(line);
-    }
+    Panel& panel = PanelOf(row.panel, &panels);
+    for (const Line& line : row.lines) AddUnlessThere(line, &panel.lines);
   }
   for (Panel& panel : panels) {
     std::stable_partition(panel.lines.begin(), panel.lines.end(),
@@ -102,13 +108,35 @@ class Axis {
 
   std::vector<double> Ticks() const {
     std::vector<double> ticks;
-    for (double power = first_; power <= last_; ++power) ticks.push_back(std::pow(step_, power));
+    const int step_count = static_cast<int>(last_ - first_);
+    for (int i = 0; i <= step_count; ++i) ticks.push_back(std::pow(step_, first_ + i));
     return ticks;
   }
 
  private:
   double first_, last_, step_, start_, end_;
 };
+
+// An attribute of an element, with the blank before it. Lives no longer than what it refers to: in
+// the statement that writes it.
+template <typename Value>
+struct Attribute {
+  Attribute(const char* attribute_name, const Value& attribute_value)
+      : name(attribute_name), value(attribute_value) {}
+
+  const char* name;
+  const Value& value;
+};
+
+template <typename Value>
+std::ostream& operator<<(std::ostream& out, const Attribute<Value>& attribute) {
+  return out << ' ' << attribute.name << "=\"" << attribute.value << '"';
+}
+
+void WriteText(const char* style, double x, double y, const std::string& text, std::ostream& out) {
+  out << "<text" << Attribute("class", style) << Attribute("x", x) << Attribute("y", y) << '>'
+      << Escaped(text) << "</text>\n";
+}
 
 class PanelWriter {
  public:
@@ -119,7 +147,7 @@ class PanelWriter {
         y_(LeastOf(1), MostOf(1), 10, kPlotTop + kPlotHeight, kPlotTop) {}
 
   void Write() {
-    out_ << "<text class=\"ink title\" x=\"8\" y=\"18\">" << Escaped(panel_.title) << "</text>\n";
+    WriteText("ink title", 8, 18, panel_.title, out_);
     WriteAxes();
     std::size_t colour = 0;
     for (std::size_t i = 0; i < panel_.lines.size(); ++i) {
@@ -153,44 +181,49 @@ class PanelWriter {
 
   void WriteAxes() {
     constexpr double kBottom = kPlotTop + kPlotHeight, kRight = kPlotLeft + kPlotWidth;
-    const std::vector<double> sizes = x_.Ticks();
-    for (std::size_t i = 0; i < sizes.size(); ++i) {
-      const double x = x_.At(sizes[i]);
-      out_ << "<line class=\"grid\" x1=\"" << x << "\" y1=\"" << kPlotTop << "\" x2=\"" << x
-           << "\" y2=\"" << kBottom << "\"/>\n";
-      out_ << "<text class=\"faint small\" text-anchor=\"middle\" x=\"" << x << "\" y=\""
-           << kBottom + 16 << "\">" << TickText(sizes[i], Unit::kBytes) << "</text>\n";
+    for (const double bytes : x_.Ticks()) {
+      const double x = x_.At(bytes);
+      WriteGridLine(x, kPlotTop, x, kBottom);
+      WriteTick("middle", x, kBottom + 16, TickText(bytes, Unit::kBytes));
     }
     for (const double seconds : y_.Ticks()) {
       const double y = y_.At(seconds);
-      out_ << "<line class=\"grid\" x1=\"" << kPlotLeft << "\" y1=\"" << y << "\" x2=\"" << kRight
-           << "\" y2=\"" << y << "\"/>\n";
-      out_ << "<text class=\"faint small\" text-anchor=\"end\" x=\"" << kPlotLeft - 6 << "\" y=\""
-           << y + 4 << "\">" << TickText(seconds, Unit::kSeconds) << "</text>\n";
+      WriteGridLine(kPlotLeft, y, kRight, y);
+      WriteTick("end", kPlotLeft - 6, y + 4, TickText(seconds, Unit::kSeconds));
     }
+  }
+
+  void WriteGridLine(double x1, double y1, double x2, double y2) {
+    out_ << "<line" << Attribute("class", "grid") << Attribute("x1", x1) << Attribute("y1", y1)
+         << Attribute("x2", x2) << Attribute("y2", y2) << "/>\n";
+  }
+
+  void WriteTick(const char* anchor, double x, double y, const std::string& text) {
+    out_ << "<text" << Attribute("class", "faint small") << Attribute("text-anchor", anchor)
+         << Attribute("x", x) << Attribute("y", y) << '>' << text << "</text>\n";
   }
 
   void WriteLegend(const Line& line, std::size_t place, const std::string& style) {
     constexpr double kEntryWidth = 124, kEntryHeight = 16;
-    const double x = 8 + kEntryWidth * static_cast<double>(place % 3);
-    const double y = 36 + kEntryHeight * static_cast<double>(place / 3);
-    out_ << "<path class=\"" << style << "\" d=\"M" << x << ' ' << y << "h18\"/>\n";
-    out_ << "<text class=\"ink small\" x=\"" << x + 23 << "\" y=\"" << y + 4 << "\">"
-         << Escaped(line.name) << "</text>\n";
+    const std::size_t column = place % 3, row = place / 3;
+    const double x = 8 + kEntryWidth * static_cast<double>(column);
+    const double y = 36 + kEntryHeight * static_cast<double>(row);
+    out_ << "<path" << Attribute("class", style) << " d=\"M" << x << ' ' << y << "h18\"/>\n";
+    WriteText("ink small", x + 23, y + 4, line.name, out_);
   }
 
   void WriteLine(const Line& line, const std::string& style) {
-    out_ << "<path class=\"" << style << "\" d=\"";
+    out_ << "<path" << Attribute("class", style) << " d=\"";
     for (std::size_t i = 0; i < line.points.size(); ++i) {
       const auto& [bytes, seconds] = line.points[i];
       out_ << (i == 0 ? 'M' : 'L') << x_.At(bytes) << ' ' << y_.At(seconds);
     }
     out_ << "\"><title>" << Escaped(line.name) << "</title></path>\n";
     for (const auto& [bytes, seconds] : line.points) {
-      out_ << "<circle class=\"paper " << style << "\" cx=\"" << x_.At(bytes) << "\" cy=\""
-           << y_.At(seconds) << "\" r=\"2.5\"><title>" << Escaped(line.name) << ", "
-           << Shown(bytes, Unit::kBytes) << ": " << Shown(seconds, Unit::kSeconds)
-           << "</title></circle>\n";
+      out_ << "<circle" << Attribute("class", "paper " + style) << Attribute("cx", x_.At(bytes))
+           << Attribute("cy", y_.At(seconds)) << Attribute("r", 2.5) << "><title>"
+           << Escaped(line.name) << ", " << Shown(bytes, Unit::kBytes) << ": "
+           << Shown(seconds, Unit::kSeconds) << "</title></circle>\n";
     }
   }
 
@@ -208,16 +241,19 @@ void WritePicture(const std::vector<Row>& rows, const std::string& path) {
   const double height = kHeaderHeight + kPanelHeight * static_cast<double>(row_count);
   std::ostringstream out;
   out.precision(5);
-  out << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << width << ' ' << height
-      << "\" width=\"" << width << "\" height=\"" << height << "\">\n"
+  out << R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 )" << width << ' ' << height << '"'
+      << Attribute("width", width) << Attribute("height", height) << ">\n"
       << "<title>Time against size</title>\n"
-      << kStyle << "<rect class=\"paper\" width=\"100%\" height=\"100%\"/>\n"
-      << "<text class=\"ink head\" x=\"8\" y=\"26\">Time against size</text>\n"
-      << "<text class=\"faint\" x=\"8\" y=\"46\">Both axes are logarithmic: work in proportion to "
-         "size is a straight line of slope 1. Dashed: the limit.</text>\n";
+      << kStyle << R"(<rect class="paper" width="100%" height="100%"/>)" << '\n';
+  WriteText("ink head", 8, 26, "Time against size", out);
+  WriteText("faint", 8, 46,
+            "Both axes are logarithmic: work in proportion to size is a straight line of slope 1. "
+            "Dashed: the limit.",
+            out);
   for (std::size_t i = 0; i < panels.size(); ++i) {
-    out << "<g transform=\"translate(" << kPanelWidth * static_cast<double>(i % kColumns) << ' '
-        << kHeaderHeight + kPanelHeight * static_cast<double>(i / kColumns) << ")\">\n";
+    const std::size_t column = i % kColumns, row = i / kColumns;
+    out << "<g transform=\"translate(" << kPanelWidth * static_cast<double>(column) << ' '
+        << kHeaderHeight + kPanelHeight * static_cast<double>(row) << ")\">\n";
     PanelWriter(panels[i], out).Write();
     out << "</g>\n";
   }

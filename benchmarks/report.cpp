@@ -6,9 +6,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <fstream>
+#include <iomanip>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -22,18 +23,18 @@ using Cells = std::array<std::string, 9>;
 
 // Three digits that count, without an exponent.
 std::string Digits(double number) {
-  char text[32];
   const double size = std::fabs(number);
   const int decimals = size >= 99.95 || size == 0 ? 0 : size >= 9.995 ? 1 : size >= 0.0995 ? 2 : 3;
-  std::snprintf(text, sizeof text, "%.*f", decimals, number);
-  return text;
+  std::ostringstream text;
+  text << std::fixed << std::setprecision(decimals) << number;
+  return text.str();
 }
 
 std::string AimText(const Rival* rival) {
   if (rival == nullptr || !rival->aim) return "-";
-  char text[32];
-  std::snprintf(text, sizeof text, "%g", *rival->aim);
-  return text;
+  std::ostringstream text;
+  text << *rival->aim;
+  return text.str();
 }
 
 std::string NameAndAmount(const Rival* rival, Unit unit) {

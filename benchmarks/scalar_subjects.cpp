@@ -139,7 +139,7 @@ std::vector<Contestant> Contestants(const Text& text) {
 }
 
 // Of an object's first evaluation: there is nothing that it might have kept from another.
-Row CountAllocations(const Subject& subject, const Effort&) {
+Row CountAllocations(const Subject& subject, const Effort& /*effort*/) {
   long count = 0;
   for (const Text& text : Texts()) {
     const Contestant library = Library(text.text, text.numbers);

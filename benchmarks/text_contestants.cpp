@@ -34,7 +34,10 @@ void Decode(CodecWork* work) {
   modp_b16_decode(Chars(&work->bytes), work->digits.data(), work->digits.size());
 }
 
-std::string WithPrefix(const std::string& text) { return "0x" + std::string(text.c_str()); }
+// What the C libraries have written into a text that has more room.
+std::string UpToNul(const std::string& text) { return text.substr(0, text.find('\0')); }
+
+std::string WithPrefix(const std::string& text) { return "0x" + UpToNul(text); }
 
 std::string Digits(const unsigned char* bytes, std::size_t byte_count) {
   return Literal(bytes, byte_count).substr(2);
@@ -50,8 +53,8 @@ struct GmpWork {
   std::string text;
 
   std::string Value() const {
-    const std::size_t missing = text.size() - 2 - std::string(text.c_str()).size();
-    return "0x" + std::string(missing, '0') + text.c_str();
+    const std::string written = UpToNul(text);
+    return "0x" + std::string(text.size() - 2 - written.size(), '0') + written;
   }
 };
 

@@ -89,6 +89,9 @@ Number Walk(char** text) {
 
 }  // namespace
 
+// strtol() and strtof() move a char* and write to none of its characters. To keep a const char*
+// beside it costs a short walk up to a tenth of its time, which would make the limit an easier one.
+// NOLINTBEGIN(*-pro-type-const-cast)
 int WalkIntegers(const char* text) {
   auto* at = const_cast<char*>(text);
   return Walk<int>(&at);
@@ -98,5 +101,6 @@ float WalkFloats(const char* text) {
   auto* at = const_cast<char*>(text);
   return Walk<float>(&at);
 }
+// NOLINTEND(*-pro-type-const-cast)
 
 }  // namespace zrt_bench
