@@ -120,9 +120,13 @@ std::string CutList(std::string_view text, const ReadingTree& tree) {
     if (!cut_line.symbol.empty()) line += ' ';
     line += cut_line.side;
     if (!cut_line.value.empty()) {
-      line = Padded(line + ' ', kValueColumn) + "= " + cut_line.value;
+      line += ' ';
+      line = Padded(line, kValueColumn);
+      line += "= " + cut_line.value;
     }
-    list += "    " + line + '\n';
+    list += "    ";
+    list += line;
+    list += '\n';
   }
   return list;
 }
