@@ -136,12 +136,12 @@ ShownCharacter FirstShown(std::string_view text, bool shows_unseen) {
   return {std::move(shown), character.size, columns};
 }
 
-std::size_t ColumnsOf(std::string_view text) {
+std::size_t ColumnsOf(std::string_view shown) {
   std::size_t columns = 0;
-  while (!text.empty()) {
-    const ShownCharacter character = FirstShown(text, false);
+  while (!shown.empty()) {
+    const ShownCharacter character = FirstShown(shown, false);
     columns += character.columns;
-    text.remove_prefix(character.size);
+    shown.remove_prefix(character.size);
   }
   return columns;
 }

@@ -222,12 +222,12 @@ std::string StepLines(std::string_view text, const Reading& reading) {
   std::size_t count = 0;
   for (const StepWords& step : StepsInWords(text, reading)) {
     const std::string number = std::to_string(++count);
-    std::string line = std::string(number.size() < 3 ? 3 - number.size() : 0, ' ') + number + "  " +
-                       std::string(2 * step.depth, ' ') + step.what;
+    std::string line(number.size() < 3 ? 3 - number.size() : 0, ' ');
+    line.append(number).append("  ").append(2 * step.depth, ' ').append(step.what);
     if (!step.remark.empty()) {
-      line = Padded(line + "  ", kRemarkColumn) + step.remark;
+      line = Padded(line.append("  "), kRemarkColumn).append(step.remark);
     }
-    lines += line + '\n';
+    lines.append(line).append("\n");
   }
   return lines;
 }

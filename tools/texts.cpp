@@ -3,7 +3,6 @@
 
 #include <iostream>
 
-#include "lines.h"
 #include "output.h"
 #include "terminal.h"
 
@@ -15,8 +14,7 @@ TextSession::TextSession(const ReadingRequest& request)
   LoadScope(request.setting.scope, &scope_);
 }
 
-ExitCode TextSession::ForEach(
-    const std::function<bool(const std::string& text, const Source& source)>& show) {
+ExitCode TextSession::ForEach(const Show& show) {
   bool is_good = true;
   for (const std::string& text : request_.texts) {
     is_good = show(text, ArgumentSource(text)) && is_good;
@@ -26,17 +24,18 @@ ExitCode TextSession::ForEach(
     while (std::cout) {
       const LineReader::State state = reader.Next();
       if (state == LineReader::State::kEndOfInput) break;
-      line_number_ = reader.number();
-      if (state == LineReader::State::kComplete) {
-        is_good = show(reader.line(), reader.source()) && is_good;
-      } else {
-        is_good = false;
-        Refuse(reader.source(), Reason(state));
-      }
+      is_good = ShowLine(reader, state, show) && is_good;
     }
   }
   FlushStandardOutput();
   return is_good ? kAllEvaluated : kExpressionFailed;
+}
+
+bool TextSession::ShowLine(const LineReader& reader, LineReader::State state, const Show& show) {
+  line_number_ = reader.number();
+  if (state == LineReader::State::kComplete) return show(reader.line(), reader.source());
+  Refuse(reader.source(), Reason(state));
+  return false;
 }
 
 JsonLine TextSession::NewAnswer() const {

@@ -8,6 +8,7 @@
 #include "diagnostic.h"
 #include "evaluator.h"
 #include "failures.h"
+#include "lines.h"
 #include "scope.h"
 
 /// What explain, check and names work with.
@@ -18,7 +19,8 @@ class TextSession {
 
   /// Calls `show` with each text and its source, and ends with its worst answer: whether a text is
   /// as it should be. A line that cannot be a text is complained of. Throws Failure.
-  ExitCode ForEach(const std::function<bool(const std::string& text, const Source& source)>& show);
+  using Show = std::function<bool(const std::string& text, const Source& source)>;
+  ExitCode ForEach(const Show& show);
 
   /// An object for a script, begun with the number of the line that the text is, if it is one.
   [[nodiscard]] JsonLine NewAnswer() const;
@@ -28,6 +30,7 @@ class TextSession {
   Scope& scope() { return scope_; }
 
  private:
+  bool ShowLine(const LineReader& reader, LineReader::State state, const Show& show);
   void Refuse(const Source& source, const std::string& reason) const;
 
   const ReadingRequest& request_;
