@@ -28,14 +28,14 @@ std::unique_ptr<unsigned char[]> NewBytes(int count) {
 
 }  // namespace
 
-struct LByteBuffer::Link {
+struct ZRT_OUTSIDE_HIDDEN LByteBuffer::Link {
   Link(Chain* holder, int block_size) : block(holder), handle(&block, block_size) {}
 
   Block block;
   LByteBuffer handle;
 };
 
-struct LByteBuffer::Chain {
+struct ZRT_OUTSIDE_HIDDEN LByteBuffer::Chain {
   Chain() : first(this) {}
 
   Block& At(std::size_t ordinal);

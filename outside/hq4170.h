@@ -141,8 +141,9 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   static int GetDefaultBlockSize() noexcept;
 
  private:
-  struct Chain;  // the blocks; the heads that share it own it, its last one deletes it
-  struct Link;   // a block behind the head, with the object to reach it through
+  // The blocks of a chain: the heads that share it own it, and the last one deletes it.
+  struct ZRT_OUTSIDE_HIDDEN Chain;
+  struct ZRT_OUTSIDE_HIDDEN Link;  // a block behind the head, with the object to reach it through
 
   // Where bytes are found by a division: the blocks at a chain's front that others follow, as far
   // as they are as large as the first.
