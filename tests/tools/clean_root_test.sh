@@ -35,5 +35,6 @@ test -z "$(find /usr -name '*zrt*')"
 END
 # shellcheck disable=SC2016
 mmdebstrap --quiet --variant=apt "--customize-hook=copy-in $work/given /" \
-  '--customize-hook=chroot "$1" sh /given/try.sh' bookworm /dev/null
+  '--customize-hook=chroot "$1" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root sh /given/try.sh' \
+  bookworm /dev/null
 echo 'The packages can be installed, used and taken off'
