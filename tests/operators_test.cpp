@@ -73,6 +73,33 @@ TEST(Operators, OnTidyValuesOfSmallWidths) {
   }
 }
 
+// Values of up to eight bytes are computed in registers: lengths around those of bytes and words,
+// all ones, one bit at either end, and spare bits that are set or bytes that are too many.
+TEST(Operators, OnValuesAroundAWord) {
+  std::vector<Stream> values = {reference::FromWord(3), reference::FromWord(64)};
+  for (const int width : {0, 1, 7, 8, 9, 31, 33, 55, 56, 57, 63, 64, 65, 72}) {
+    const auto size = static_cast<std::size_t>(width + 7) / 8;
+    Bytes low(size), high(size);
+    if (size > 0) {
+      low.back() = 1;
+      high.front() = static_cast<std::uint8_t>(1 << (width - 1) % 8);
+    }
+    for (const Bytes& bytes : {low, high, Bytes(size, 0xFF), Bytes(size + 1, 0xA5)}) {
+      values.push_back({bytes, width});
+    }
+  }
+  for (const Stream& left : values) {
+    for (const Stream& right : values) {
+      for (std::uint16_t code = 0; code <= zrt::OpBitReverse && !HasFailure(); ++code) {
+        const std::vector<Step> steps = {
+            {code, right}
+        };
+        EXPECT_EQ(DifferenceAfter(left, steps), "") << code;
+      }
+    }
+  }
+}
+
 TEST(Operators, OnAnyStreams) { TryAnyBytes(20000, 400, OperatorsDiffer); }
 
 TEST(RunLengths, OfAnyBytes) {

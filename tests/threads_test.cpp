@@ -2,6 +2,7 @@
 // the error list of copied objects.
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <thread>
 
 #include "support.h"
@@ -43,6 +44,34 @@ TEST(Threads, EvaluateOverSharedScopes) {
         EXPECT_EQ(SeenBy(world.expression), seen_alone);
     });
   }
+}
+
+// Copies that share blocks may come and go in any thread: the last of them frees the blocks, once.
+TEST(Threads, ShareBlocksThatTheLastOwnerFrees) {
+  const BlockSize setting(4);
+  const Bytes bytes(20, 0x5A);
+  std::optional<LByteBuffer> first(std::in_place);
+  Fill(*first, bytes);
+  LByteBuffer last;
+  {
+    std::vector<std::jthread> threads;
+    threads.reserve(4);
+    for (int thread = 0; thread < 4; ++thread) {
+      threads.emplace_back([&shared = *first, &bytes] {
+        LByteBuffer held;
+        for (int i = 0; i < 2000; ++i) {
+          LByteBuffer other;
+          other = shared;
+          held = i % 3 == 0 ? LByteBuffer() : other;
+        }
+        held = shared;
+        EXPECT_EQ(BytesOf(held), bytes);
+      });
+    }
+    last = *first;
+  }
+  first.reset();
+  EXPECT_EQ(BytesOf(last), bytes);
 }
 
 }  // namespace
