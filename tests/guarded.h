@@ -31,6 +31,11 @@ class GuardedRoom {
     return static_cast<char*>(std::memcpy(Last(size), text.c_str(), size));
   }
 
+  /// What is written to the room from now on ends the program, too.
+  void Seal() {
+    if (mprotect(start_, kSize, PROT_READ) != 0) throw std::bad_alloc();
+  }
+
  private:
   static constexpr std::size_t kSize = std::size_t{1} << 22, kGuard = std::size_t{1} << 16;
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "guarded.h"
 #include "support.h"
 
 namespace {
@@ -81,6 +82,30 @@ TEST(LongValues, HexadecimalTextsOfEverySize) {
     EXPECT_EQ(evaluate(cut), even_start + even_rest);
     wrong.insert(2 + count, 1, no_digits[count % no_digits.size()]);
     EXPECT_EQ(evaluate(wrong), std::to_string(ErrUnknownOperand)) << count;
+  }
+}
+
+// A literal of any length may be a name. It is asked for where it stands, if it ends its text, and
+// texts may lie in memory that nobody may write.
+TEST(LongValues, AreAskedForAsNames) {
+  for (const std::size_t count : {4U, 62U, 63U, 507U, 508U, 509U, 510U, 511U, 512U, 40000U}) {
+    const std::string literal = "0x" + Repeated("1", count);
+    for (const std::string& form : {"", "1@", "(", "~", " "}) {
+      World world;
+      GuardedRoom room;
+      const char* text = room.Put(form + literal + (form == "(" ? ")" : ""));
+      room.Seal();
+      RowDataStream as_literal, as_token, as_field;
+      const int status = world.expression.GetBitStream(text, &as_literal);
+      EXPECT_EQ(status, form == " " ? ErrUnknownOperand : 0) << form << count;
+      world.local_tokens.Add(
+          ZRTTokens::IntScalar((form == " " ? form + literal : literal).c_str(), 0x55667788));
+      EXPECT_EQ(world.expression.GetBitStream(text, &as_token), 0) << form << count;
+      EXPECT_EQ(as_token.BitLength, form == "1@" ? 64 : 32) << form << count;
+      world.local_data.AddField(literal.c_str())->AddRow(3, {5});
+      EXPECT_EQ(world.expression.GetBitStream(text, &as_field), 0) << form << count;
+      EXPECT_EQ(as_field.BitLength % 32, form == " " ? 0 : 3) << form << count;
+    }
   }
 }
 

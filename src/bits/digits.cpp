@@ -100,6 +100,36 @@ ZRT_WIDE void WriteSteps(std::span<const std::uint8_t> bytes, std::uint8_t gap, 
   }
 }
 
+// Reads leading digits a step at once; the rest in a place of its own with what is no digit behind
+// it. `copy` gets each step that is looked at.
+template <class Copy>
+ZRT_INLINE std::size_t ReadLeading(std::string_view text, std::uint8_t* bytes, const Copy& copy) {
+  const std::size_t in_steps = text.size() / kStep * kStep;
+  std::size_t count = 0;
+  std::size_t in_step = kStep;
+  for (; count < in_steps && in_step == kStep; count += in_step) {
+    Chars chars;
+    Chars others{};
+    std::memcpy(&chars, &text[count], kStep);
+    copy(count, kStep);
+    ToBytes(chars, bytes + count / 2, others);
+    in_step = FirstOf(others);
+  }
+  if (in_step == kStep && count < text.size()) {
+    std::array<char, kStep> last{};
+    std::array<std::uint8_t, kStep / 2> last_bytes{};
+    Chars others{};
+    const std::size_t length = text.substr(count).copy(last.data(), kStep);
+    copy(count, length);
+    ReadStep(last.data(), last_bytes.data(), others);
+    in_step = FirstOf(others);
+    std::copy_n(last_bytes.data(), (in_step + 1) / 2, bytes + count / 2);
+    count += in_step;
+  }
+  if (count % 2 != 0) bytes[count / 2] = HighNibble(text[count - 1]);
+  return count;
+}
+
 }  // namespace
 
 // Whole steps in their place, and the rest with zeros behind it in a place of its own.
@@ -124,32 +154,14 @@ ZRT_WIDE bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> byt
   return FirstOf(others) == kStep;
 }
 
-// A step at once; the rest in a place of its own with what is no digit behind it.
 ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8_t* bytes) {
-  const std::size_t in_steps = text.size() / kStep * kStep;
-  std::size_t count = 0;
-  std::size_t in_step = kStep;
-  for (; count < in_steps && in_step == kStep; count += in_step) {
-    Chars chars;
-    Chars others{};
-    std::memcpy(&chars, &text[count], kStep);
-    std::memcpy(copy + count, &chars, kStep);
-    ToBytes(chars, bytes + count / 2, others);
-    in_step = FirstOf(others);
-  }
-  if (in_step == kStep && count < text.size()) {
-    std::array<char, kStep> last{};
-    std::array<std::uint8_t, kStep / 2> last_bytes{};
-    Chars others{};
-    const std::size_t length = text.substr(count).copy(last.data(), kStep);
-    std::copy_n(last.data(), length, copy + count);
-    ReadStep(last.data(), last_bytes.data(), others);
-    in_step = FirstOf(others);
-    std::copy_n(last_bytes.data(), (in_step + 1) / 2, bytes + count / 2);
-    count += in_step;
-  }
-  if (count % 2 != 0) bytes[count / 2] = HighNibble(text[count - 1]);
-  return count;
+  return ReadLeading(text, bytes, [text, copy](std::size_t begin, std::size_t count) {
+    std::memcpy(copy + begin, &text[begin], count);
+  });
+}
+
+ZRT_WIDE std::size_t ReadLeadingHexDigits(std::string_view text, std::uint8_t* bytes) {
+  return ReadLeading(text, bytes, [](std::size_t /*begin*/, std::size_t /*count*/) {});
 }
 
 char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {

@@ -28,6 +28,9 @@ char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* 
 /// @return the count of digits.
 [[nodiscard]] std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8_t* bytes);
 
+/// The same without the copy.
+[[nodiscard]] std::size_t ReadLeadingHexDigits(std::string_view text, std::uint8_t* bytes);
+
 /// Reads up to 16 hexadecimal digits as a number, and copies them. For few digits, in the time that
 /// the others need to begin. False if there is anything else.
 [[nodiscard]] bool ReadHexDigits(std::string_view digits, char* copy, std::uint64_t& word);

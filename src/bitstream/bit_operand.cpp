@@ -126,9 +126,9 @@ bool ReadHexWord(std::string_view text, const Scopes& scopes, BitValue& value, W
   return true;
 }
 
-// A longer one: copied as a name and turned into bytes in one go, a part at a time that stays in
-// the cache, before it is known that it is no name. Nothing, with `value` empty, if it is no such
-// literal.
+// A longer one: turned into bytes and, where it needs it, copied as a name in one go, a part at a
+// time that stays in the cache, before it is known that it is no name. Nothing, with `value` empty,
+// if it is no such literal.
 template <class Watch>
 std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                                  BitValue& value, Watch watch) {
@@ -137,9 +137,9 @@ std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, Ou
   const std::string_view digits = text.substr(2);
   if (digits.empty() || digits.size() > kMaxHexDigits) return std::nullopt;
   const std::size_t byte_count = (digits.size() + 1) / 2;
-  NameBuffer name(text.size());
-  name.text()[0] = '0';
-  name.text()[1] = 'x';
+  char* name = NameInPlace(text);
+  std::optional<NameBuffer> copy;
+  if (!name) name = copy.emplace(text.size()).text();
   place.OfferTo(value, byte_count);
   const auto bytes = value.Rebuild(byte_count);
   for (std::size_t done = 0; done < digits.size(); done += kPart) {
@@ -148,10 +148,13 @@ std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, Ou
       value.Rebuild(0);
       return std::nullopt;
     }
-    part.copy(name.text() + 2 + done, part.size());
+    if (copy) part.copy(name + 2 + done, part.size());
   }
-  name.text()[text.size()] = '\0';
-  const Meaning meaning = NotedMeaningOf(text, name.text(), scopes, watch);
+  if (copy) {
+    text.copy(name, 2);
+    name[text.size()] = '\0';
+  }
+  const Meaning meaning = NotedMeaningOf(text, name, scopes, watch);
   if (!meaning.is_there()) {
     value.set_bit_length(static_cast<int>(8 * byte_count));
     return kOk;

@@ -22,12 +22,27 @@ class Reader {
     BeginName();
   }
 
+  // A long literal that is the caller's whole text, so that its name is there already.
+  bool ReadAlone() {
+    if (rest_.size() <= kShortName || !rest_.starts_with("0x")) return false;
+    char* const name = NameInPlace(rest_);
+    if (!name) return false;
+    FindRoom();
+    const std::string_view digits = rest_.substr(2);
+    const std::size_t size = (digits.size() + 1) / 2;
+    if (ReadLeadingHexDigits(digits, room_.data()) < digits.size()) return false;
+    if (size > kMostBytesOfBits || scopes_.Know(name)) return false;
+    room_ = room_.subspan(size);
+    Finish();
+    return true;
+  }
+
   bool Read() {
     is_group_ = rest_.starts_with('(');
     for (bool is_first = true;; is_first = false) {  // of its chain
       for (; Skip('('); is_first = true) ++depth_;
       if (!rest_.starts_with("0x")) return false;
-      if (value_.byte_count() == 0) FindRoom();
+      if (byte_count() == 0) Begin();
       if (!ReadLiteral() || (Skip('^') && !(is_first && Replicate()))) return false;
       while (depth_ > 0 && Skip(')')) --depth_;
       if (rest_.empty()) break;
@@ -35,8 +50,7 @@ class Reader {
       if (!Skip('@')) return false;
     }
     if (depth_ > 0) return false;
-    value_.set_bit_length(static_cast<int>(8 * byte_count()));
-    value_.Shorten(byte_count());
+    Finish();
     return true;
   }
 
@@ -52,14 +66,24 @@ class Reader {
     return true;
   }
 
-  // For as many bytes as literals can have; replications may add to them. For the name of a long
-  // literal at once, if the text begins with one.
-  void FindRoom() {
+  void Finish() {
+    value_.set_bit_length(static_cast<int>(8 * byte_count()));
+    value_.Shorten(byte_count());
+  }
+
+  // Finds room for the name of a long literal at once, if the text begins with one.
+  void Begin() {
     const std::string_view begin = rest_.substr(0, kShortName);
     if (begin.size() == kShortName && begin.find('@') == std::string_view::npos &&
         begin.find(')') == std::string_view::npos) {
       UseLongName();
     }
+    FindRoom();
+  }
+
+  // For as many bytes as literals can have; replications may add to them.
+  void FindRoom() {
+    if (value_.byte_count() > 0) return;
     place_.OfferTo(value_, rest_.size() / 2);
     room_ = value_.Rebuild(std::max(rest_.size() / 2, value_.capacity()));
   }
@@ -165,7 +189,7 @@ bool MayBeJoinedLiterals(std::string_view text) {
 JoinedLiterals ReadJoinedLiterals(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                                   BitValue& value) {
   Reader reader(text, scopes, place, value);
-  const bool are_read = reader.Read();
+  const bool are_read = reader.ReadAlone() || reader.Read();
   if (!are_read) value.Shorten(0);
   return {are_read, reader.is_group(), text.size() - reader.rest().size()};
 }

@@ -35,6 +35,13 @@ class NameBuffer {
   std::unique_ptr<char[]> heap_;
 };
 
+/// A name as the lookups want it, in its place, if it ends the caller's text: there its terminator
+/// stands already. Else null. Lookups only read, so that the text need not be writable; it is the
+/// library itself that rewrites a name, and that one is copied (OverwriteWithFuseArrayIn()).
+inline char* NameInPlace(std::string_view name) {
+  return name.data()[name.size()] == '\0' ? const_cast<char*>(name.data()) : nullptr;
+}
+
 /// The host's scopes, borrowed. Null scopes are skipped.
 struct Scopes {
   ZRTTokenTree* local_tokens = nullptr;
