@@ -1,4 +1,5 @@
-// The walk by itself, over values that only tell what was read and applied. Knows no kind of value.
+// The walk and the sweep by themselves, over values that only tell what was read and applied. Knows
+// no kind of value.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -7,6 +8,7 @@
 #include <utility>
 
 #include "scan/operand_text.h"
+#include "solve/sweep.h"
 #include "solve/walk.h"
 
 namespace zrt {
@@ -39,7 +41,7 @@ struct TracePolicy : WalkDefaults {
     return kOk;
   }
   static void ApplyUnary(Trace& value, OperatorCode code) { value = Mixed(value, 512 + code); }
-  void Deliver(Trace value, bool /*is_added*/) { result_ = value; }
+  void Deliver(Trace value, bool is_added) { result_ = is_added ? ~value : value; }
 
  private:
   Trace& result_;
@@ -52,18 +54,40 @@ std::pair<int, Trace> Outcome(std::string_view text) {
   return {status, result};
 }
 
+// Every text of up to `longest` of eight characters.
+template <class Try>
+void ForEachText(std::string_view alphabet, std::size_t longest, const Try& try_text) {
+  std::string text;
+  for (std::size_t length = 0; length <= longest; ++length) {
+    const std::uint32_t count = 1U << (3 * length);
+    for (std::uint32_t number = 0; number < count && !testing::Test::HasFailure(); ++number) {
+      text.clear();
+      for (std::size_t i = 0; i < length; ++i) text += alphabet[(number >> (3 * i)) & 7U];
+      try_text(text);
+    }
+  }
+}
+
 // A scan that ends behind brackets because a piece says so must find what one that goes on finds:
 // every text of up to seven of the characters that have a part in it.
 TEST(Walk, EndsScansBehindBracketsWhereNothingFollows) {
-  constexpr std::string_view kAlphabet = "~a[]+e-1";
-  std::string text;
-  for (std::size_t length = 0; length <= 7; ++length) {
-    const std::uint32_t count = 1U << (3 * length);
-    for (std::uint32_t number = 0; number < count && !HasFailure(); ++number) {
-      text.clear();
-      for (std::size_t i = 0; i < length; ++i) text += kAlphabet[(number >> (3 * i)) & 7U];
-      if (Outcome<true>(text) != Outcome<false>(text)) ADD_FAILURE() << text;
-    }
+  ForEachText("~a[]+e-1", 7, [](const std::string& text) {
+    if (Outcome<true>(text) != Outcome<false>(text)) ADD_FAILURE() << text;
+  });
+}
+
+// A sweep that solves a text solves it as the walk does; some texts of each alphabet it does solve.
+TEST(Sweep, SaysWhatTheWalkSays) {
+  for (const std::string_view alphabet : {"a(~)+ <-", "a[]~+(e-", "1(-)~@,!", "1+~()-[]"}) {
+    int solved = 0;
+    ForEachText(alphabet, 7, [&](const std::string& text) {
+      Trace result = 0;
+      TracePolicy<true> policy(result);
+      if (!Sweep<TracePolicy<true>>::Solve(policy, text)) return;
+      ++solved;
+      if (Outcome<true>(text) != std::pair(int{kOk}, result)) ADD_FAILURE() << text;
+    });
+    EXPECT_GT(solved, 100) << alphabet;
   }
 }
 

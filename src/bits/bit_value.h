@@ -59,12 +59,15 @@ class BitValue {
   /// A value of up to kWordSize bytes is mostly a word as well: one that is read and made in a
   /// register, with no loop over bytes.
   [[nodiscard]] bool is_word() const { return first_ + byte_count_ == kWordSize && low_bit_ == 0; }
-  [[nodiscard]] std::uint64_t word() const {
-    return BigEndian(LoadWord(buffer())) & LowBytes(byte_count_);
+  [[nodiscard]] BitWord word() const {
+    BitWord word;
+    word.Set(BigEndian(LoadWord(buffer())), byte_count_);
+    word.bit_length = bit_length_;
+    return word;
   }
 
-  /// Makes the value the low bytes of `word`, kWordSize at most; the bit length stays.
-  void SetWord(std::uint64_t word, std::size_t byte_count);
+  /// The value becomes that of a word.
+  void Set(const BitWord& word);
 
   /// The bytes, in their place: moves them if they stand shifted. Valid until the value changes.
   std::span<const std::uint8_t> Bytes();
@@ -179,15 +182,15 @@ inline BitValue& BitValue::operator=(BitValue&& other) noexcept {
     Take(other);
     return *this;
   }
-  SetWord(other.word(), other.byte_count_);
-  bit_length_ = other.bit_length_;
+  Set(other.word());
   return *this;
 }
 
-inline void BitValue::SetWord(std::uint64_t word, std::size_t byte_count) {
-  Begin(byte_count);
-  word = BigEndian(word);
-  std::memcpy(buffer(), &word, kWordSize);
+inline void BitValue::Set(const BitWord& word) {
+  Begin(word.byte_count);
+  bit_length_ = word.bit_length;
+  const std::uint64_t bytes = BigEndian(word.bits);
+  std::memcpy(buffer(), &bytes, kWordSize);
 }
 
 }  // namespace zrt

@@ -132,14 +132,6 @@ ZRT_INLINE void JoinEach(Bytes target, ConstBytes left, ConstBytes right) {
   }
 }
 
-// The bits of each byte in the opposite order (H. S. Warren, Hacker's Delight, 7-1).
-template <class Unit>
-ZRT_INLINE void MirrorEachByte(Unit& unit) {
-  unit = (unit >> 1 & InEachByte(0x55)) | (unit & InEachByte(0x55)) << 1;
-  unit = (unit >> 2 & InEachByte(0x33)) | (unit & InEachByte(0x33)) << 2;
-  unit = (unit >> 4 & InEachByte(0x0F)) | (unit & InEachByte(0x0F)) << 4;
-}
-
 // The mirror image of a step.
 ZRT_INLINE void LoadMirrored(Step& step, const std::uint8_t* from) {
   Load(step, from);

@@ -9,6 +9,8 @@
 #include "bitstream/bit_operators.h"
 #include "bitstream/joined_literals.h"
 #include "bitstream/stream_bytes.h"
+#include "bitstream/word_operators.h"
+#include "solve/sweep.h"
 #include "solve/walk.h"
 
 namespace zrt {
@@ -55,9 +57,9 @@ class BitsPolicy : public BitsKind {
     return joined.are_read;
   }
 
-  // The same for the whole text, if no operator is to work on older bytes.
+  // The same for the whole text.
   bool SolveAtOnce(std::string_view text) {
-    if (!MayReadAtOnce(text) || (older_ && older_->GetTotalSize() > 0)) return false;
+    if (!MayReadAtOnce(text)) return false;
     BitValue value;
     const bool is_read = ReadAtOnce(text, value);
     if (is_read) Deliver(value, is_group_);
@@ -77,8 +79,7 @@ class BitsPolicy : public BitsKind {
   }
   void Deliver(BitValue& value, bool is_added) {
     outcome_.value = std::move(value);
-    outcome_.place =
-        is_added ? BitsOutcome::Place::kBehindOlder : BitsOutcome::Place::kInsteadOfOlder;
+    outcome_.place = BitsOutcome::PlaceOf(is_added);
   }
   static ValueView Show(const BitValue& value) {
     return {.kind = ValueKind::kBits,
@@ -98,14 +99,47 @@ class BitsPolicy : public BitsKind {
   [[no_unique_address]] Watch watch_;
 };
 
+// Values in registers, for a sweep. What has no place there, or is no such value, fails by whatever
+// status: the walk finds the right one.
+class WordsPolicy : public BitsKind {
+ public:
+  using Value = BitWord;
+
+  WordsPolicy(const Scopes& scopes, BitsOutcome& outcome) : scopes_(scopes), outcome_(outcome) {}
+
+  ZRTStatus Read(std::string_view text, BitWord& value) {
+    return ReadBitWord(text, scopes_, value) ? kOk : ErrUnknownOperand;
+  }
+  static ZRTStatus Apply(BitWord& value, OperatorCode code, const BitWord& operand) {
+    return ApplyToWord(value, code, operand) ? kOk : ErrInvalidOperator;
+  }
+  static void ApplyUnary(BitWord& value, OperatorCode code) { ApplyUnaryToWord(value, code); }
+  void Deliver(const BitWord& value, bool is_added) {
+    outcome_.value.Set(value);
+    outcome_.place = BitsOutcome::PlaceOf(is_added);
+  }
+
+ private:
+  const Scopes& scopes_;
+  BitsOutcome& outcome_;
+};
+
 }  // namespace
 
+// Two kinds of texts are tried by ways of their own, unless there are older bytes, on which
+// operators might work: short ones of short values, and long ones of literals.
 template <class Watch>
 ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
                     BitsOutcome& outcome, Watch watch) {
+  constexpr std::size_t kShort = 64;  // characters
+  const bool may_be_tried = !kIsWatched<Watch> && (!older || older->GetTotalSize() == 0);
+  if (may_be_tried && text.size() <= kShort) {
+    WordsPolicy words(scopes, outcome);
+    if (Sweep<WordsPolicy>::Solve(words, text)) return kOk;
+  }
   BitsPolicy<Watch> policy(scopes, older, text.size(), outcome, watch);
   if constexpr (BitsPolicy<Watch>::kReadsAtOnce) {
-    if (text.size() <= kMaxTextLength && policy.SolveAtOnce(text)) return kOk;
+    if (may_be_tried && text.size() <= kMaxTextLength && policy.SolveAtOnce(text)) return kOk;
   }
   return SolveText(text, std::move(policy));
 }

@@ -16,6 +16,10 @@ namespace zrt {
 struct BitsOutcome {
   enum class Place : std::uint8_t { kNone, kBehindOlder, kInsteadOfOlder };
 
+  static constexpr Place PlaceOf(bool is_added) {
+    return is_added ? Place::kBehindOlder : Place::kInsteadOfOlder;
+  }
+
   BitValue value;
   Place place = Place::kNone;  // none: the result is not touched
 };

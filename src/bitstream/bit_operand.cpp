@@ -22,9 +22,10 @@ namespace {
 // More digits make a bit length that 32 bits do not hold.
 constexpr std::size_t kMaxHexDigits = std::size_t{std::numeric_limits<std::int32_t>::max() / 8} * 2;
 
-void SetWord(BitValue& value, int word) {
-  value.SetWord(static_cast<std::uint32_t>(word), sizeof(word));
-  value.set_bit_length(32);
+// An integer is four bytes.
+BitWord WordOf(int number) {
+  return {
+      .bits = static_cast<std::uint32_t>(number), .byte_count = sizeof(number), .bit_length = 32};
 }
 
 // The width is asked for before the row: reading the current row moves the pointer on.
@@ -59,10 +60,10 @@ ZRTStatus ReadMaskField(int index, BitValue& value) {
   return status;
 }
 
-ZRTStatus ReadToken(ZRTTokens& token, int index, BitValue& value) {
+ZRTStatus ReadToken(ZRTTokens& token, int index, BitWord& word) {
   switch (ShapeOfToken(token.GetTokenType())) {
-    case TokenShape::kInteger: SetWord(value, token.GetIntValue()); return kOk;
-    case TokenShape::kIntegerArray: SetWord(value, token.GetIntArrayValue(index)); return kOk;
+    case TokenShape::kInteger: word = WordOf(token.GetIntValue()); return kOk;
+    case TokenShape::kIntegerArray: word = WordOf(token.GetIntArrayValue(index)); return kOk;
     default: return ErrBadTokenType;
   }
 }
@@ -85,7 +86,7 @@ ZRTStatus ReadLiteral(std::string_view text, BitValue& value) {
       value.set_bit_length(static_cast<int>(8 * bytes.size()));
       return kOk;
     }
-    case NumberDecimal: SetWord(value, LeadingDecimal(text)); return kOk;
+    case NumberDecimal: value.Set(WordOf(LeadingDecimal(text))); return kOk;
     default: return ErrUnknownOperand;
   }
 }
@@ -95,8 +96,11 @@ ZRTStatus ReadMeaning(const Meaning& meaning, std::string_view name, int index, 
                       Watch watch) {
   if (meaning.field) return ReadField(*meaning.field, index, value, watch);
   if (meaning.is_mask) return ReadMaskField(index, value);
-  if (meaning.token) return ReadToken(*meaning.token, index, value);
-  return ReadLiteral(name, value);
+  if (!meaning.token) return ReadLiteral(name, value);
+  BitWord word;
+  const ZRTStatus status = ReadToken(*meaning.token, index, word);
+  if (status == kOk) value.Set(word);
+  return status;
 }
 
 // MeaningOf(), told to the watcher.
@@ -110,25 +114,57 @@ Meaning NotedMeaningOf(std::string_view name, char* buffer, const Scopes& scopes
 // A hexadecimal literal that a word holds, which most operands are, and that no scope knows. False,
 // with nothing done, if it is anything else.
 template <class Watch>
-bool ReadHexWord(std::string_view text, const Scopes& scopes, BitValue& value, Watch watch) {
+bool ReadHexWord(std::string_view text, const Scopes& scopes, BitWord& value, Watch watch) {
   constexpr std::size_t kMostDigits = 2 * kWordSize;
   if (!text.starts_with("0x")) return false;
   const std::string_view digits = text.substr(2);
   if (digits.empty() || digits.size() > kMostDigits) return false;
   char name[2 + kMostDigits + 1] = "0x";
-  std::uint64_t word = 0;
-  if (!ReadHexDigits(digits, name + 2, word)) return false;
+  std::uint64_t number = 0;
+  if (!ReadHexDigits(digits, name + 2, number)) return false;
   name[text.size()] = '\0';
   if (scopes.Know(name)) return false;
   watch->NoteLiteral();
-  value.SetWord(word << (digits.size() % 2 * 4), (digits.size() + 1) / 2);
-  value.set_bit_length(static_cast<int>(8 * value.byte_count()));
+  value.Set(number << (digits.size() % 2 * 4), (digits.size() + 1) / 2);
+  value.bit_length = static_cast<std::int32_t>(8 * value.byte_count);
   return true;
 }
 
-// A longer one: turned into bytes and, where it needs it, copied as a name in one go, a part at a
-// time that stays in the cache, before it is known that it is no name. Nothing, with `value` empty,
-// if it is no such literal.
+// The same for a decimal literal.
+template <class Watch>
+bool ReadSmallNumber(ShortOperand& plain, const Scopes& scopes, BitWord& value, Watch watch) {
+  if (!plain.is_small_number() || scopes.Know(plain.name())) return false;
+  watch->NoteLiteral();
+  value = WordOf(plain.small_number());
+  return true;
+}
+
+// A binary literal, which no scope knows.
+bool ReadBinaryWord(std::string_view text, BitWord& value) {
+  static_assert(ShortOperand::kMaxLength <= 64);
+  const NumberKind kind = KindOfNumber(text);
+  if (kind != NumberBinary && kind != NumberBinaryLong) return false;
+  const std::string_view digits = text.substr(1);
+  std::uint64_t number = 0;
+  for (const char digit : digits) number = number << 1 | (digit == '1' ? 1U : 0U);
+  value.Set(number, BytesFor(static_cast<std::int64_t>(digits.size())));
+  value.bit_length = static_cast<std::int32_t>(digits.size());
+  return true;
+}
+
+// A word that is no hexadecimal literal. By itself, since its copy wants room.
+[[gnu::noinline]] bool ReadOtherWord(std::string_view text, const Scopes& scopes, BitWord& value) {
+  ShortOperand plain(text);
+  if (!plain.is_plain()) return false;
+  if (ReadSmallNumber(plain, scopes, value, Unwatched{})) return true;
+  const Meaning meaning = MeaningOf(text, plain.name(), scopes);
+  if (meaning.token) return ReadToken(*meaning.token, kNoIndex, value) == kOk;
+  return !meaning.is_there() && ReadBinaryWord(text, value);
+}
+
+// A longer hexadecimal one: turned into bytes and, where it needs it, copied as a name in one go, a
+// part at a time that stays in the cache, before it is known that it is no name. Nothing, with
+// `value` empty, if it is no such literal.
 template <class Watch>
 std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                                  BitValue& value, Watch watch) {
@@ -168,9 +204,9 @@ ZRTStatus Read(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                Watch watch) {
   if (const auto status = ReadHex(text, scopes, place, value, watch)) return *status;
   if (ShortOperand plain(text); plain.is_plain()) {
-    if (plain.is_small_number() && !scopes.Know(plain.name())) {
-      watch->NoteLiteral();
-      SetWord(value, plain.small_number());
+    BitWord word;
+    if (ReadSmallNumber(plain, scopes, word, watch)) {
+      value.Set(word);
       return kOk;
     }
     const Meaning meaning = NotedMeaningOf(text, plain.name(), scopes, watch);
@@ -211,10 +247,19 @@ void NoteMeaning(const Meaning& meaning, char* buffer, const Scopes& scopes, Wat
   watch->NoteLiteral();
 }
 
+bool ReadBitWord(std::string_view text, const Scopes& scopes, BitWord& value) {
+  return text.starts_with("0x") ? ReadHexWord(text, scopes, value, Unwatched{})
+                                : ReadOtherWord(text, scopes, value);
+}
+
 template <class Watch>
 ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                    BitValue& value, Watch watch) {
-  if (ReadHexWord(text, scopes, value, watch)) return kOk;
+  BitWord word;
+  if (ReadHexWord(text, scopes, word, watch)) {
+    value.Set(word);
+    return kOk;
+  }
   return OnExhaustedMemory(ErrStreamWrite, [&] { return Read(text, scopes, place, value, watch); });
 }
 

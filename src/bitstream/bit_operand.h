@@ -37,4 +37,8 @@ template <class Watch = Unwatched>
 ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                    BitValue& value, Watch watch = {});
 
+/// Reads a token or a short literal, whose values do not depend on when they are read. False, with
+/// `value` as it was, if `text` is anything else.
+bool ReadBitWord(std::string_view text, const Scopes& scopes, BitWord& value);
+
 }  // namespace zrt

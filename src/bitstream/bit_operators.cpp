@@ -9,13 +9,11 @@
 
 #include "bits/exhausted_memory.h"
 #include "bits/kernels.h"
-#include "bits/word.h"
+#include "bitstream/word_operators.h"
 #include "scalar/integer.h"
 
 namespace zrt {
 namespace {
-
-constexpr std::size_t kLeadingWordSize = 4;  // bytes
 
 constexpr bool FitsBitLength(std::int64_t bit_count) {
   return bit_count == static_cast<std::int32_t>(bit_count);
@@ -236,44 +234,6 @@ void ReverseInto(BitValue& left, BitValue& right, OutcomePlace& place) {
   left = std::move(result);
 }
 
-// Joins two words of as many bytes as their lengths ask for, if the result is a word.
-bool JoinWords(BitValue& left, const BitValue& right) {
-  const auto high = static_cast<unsigned>(left.bit_length());  // a negative one is too much
-  const auto low = static_cast<unsigned>(right.bit_length());
-  if (high > 64 || low > 63 || high + low > 64) return false;
-  if (left.byte_count() != (high + 7) / 8 || right.byte_count() != (low + 7) / 8) return false;
-  left.SetWord(left.word() << low | right.word(), (high + low + 7) / 8);
-  left.set_bit_length(static_cast<int>(high + low));
-  return true;
-}
-
-bool ShiftWord(BitValue& left, std::uint16_t code, const BitValue& right) {
-  if (IsTooWide(right)) return false;
-  const std::size_t missing = kLeadingWordSize - right.byte_count();
-  const auto count = static_cast<std::int32_t>(right.word() << (8 * missing));
-  if (count <= 0) return true;
-  std::uint64_t word = count < 64 ? left.word() : 0;
-  word = code == OpShiftLeft ? word << (count % 64) : word >> (count % 64);
-  left.SetWord(word, left.byte_count());
-  return true;
-}
-
-// The same as below for words, in registers. False, with nothing done, for what goes the long way.
-bool ApplyToWords(BitValue& left, std::uint16_t code, const BitValue& right) {
-  switch (code) {
-    case OpAnd: {
-      const std::uint64_t kept = ~LowBytes(right.byte_count());  // above the right side's bytes
-      left.SetWord(left.word() & (right.word() | kept), left.byte_count());
-      return true;
-    }
-    case OpOr: left.SetWord(left.word() | right.word(), left.byte_count()); return true;
-    case OpShiftLeft:
-    case OpShiftRight: return ShiftWord(left, code, right);
-    case OpConcat: return JoinWords(left, right);
-    default: return false;
-  }
-}
-
 // The operator has an effect: no other code comes here.
 ZRTStatus Apply(BitValue& left, std::uint16_t code, BitValue& right, OutcomePlace& place) {
   switch (code) {
@@ -329,13 +289,21 @@ bool IsTooLong(int left_bit_length, std::uint16_t code, BitValue& right) {
 }
 
 ZRTStatus ApplyToBits(BitValue& left, std::uint16_t code, BitValue& right, OutcomePlace& place) {
-  if (left.is_word() && right.is_word() && ApplyToWords(left, code, right)) return kOk;
+  if (left.is_word() && right.is_word()) {
+    BitWord word = left.word();
+    if (ApplyToWord(word, code, right.word())) {
+      left.Set(word);
+      return kOk;
+    }
+  }
   return ApplyToBytes(left, code, right, place);
 }
 
 void ApplyUnaryToBits(BitValue& value, OperatorCode code, OutcomePlace& place) {
-  if (code == OpBitwiseNot && value.is_word()) {
-    return value.SetWord(~value.word(), value.byte_count());
+  if (value.is_word()) {
+    BitWord word = value.word();
+    ApplyUnaryToWord(word, code);
+    return value.Set(word);
   }
   const auto kernel = code == OpBitwiseNot   ? kernels::Complement
                       : code == OpLogicalNot ? kernels::NegateEach

@@ -18,14 +18,6 @@ constexpr std::size_t kLongRun = 7;
 
 using Bytes = std::span<const std::uint8_t>;
 
-constexpr std::uint64_t kLowBits = 0x0101010101010101U;  // of each byte
-
-// The top bit of each byte that is 0 (H. S. Warren, Hacker's Delight, 6-1).
-std::uint64_t ZeroBytes(std::uint64_t word) {
-  constexpr std::uint64_t kLow7 = kLowBits * 0x7F;
-  return ~(((word & kLow7) + kLow7) | word | kLow7);
-}
-
 // The first place from `begin` on whose byte the next one equals; the end if there is none.
 std::size_t NextPair(Bytes bytes, std::size_t begin) {
   std::size_t i = begin;
@@ -39,7 +31,7 @@ std::size_t NextPair(Bytes bytes, std::size_t begin) {
 
 // The end of the bytes equal to the one at `begin`.
 std::size_t EndOfRun(Bytes bytes, std::size_t begin) {
-  const std::uint64_t repeated = bytes[begin] * kLowBits;
+  const std::uint64_t repeated = InEachByte(bytes[begin]);
   std::size_t end = begin + 1;
   constexpr std::size_t kFourWords = 4 * kWordSize;
   for (; end + kFourWords <= bytes.size(); end += kFourWords) {

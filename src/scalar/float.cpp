@@ -3,7 +3,6 @@
 #include "scalar/float.h"
 
 #include "scalar/scalar_policy.h"
-#include "solve/walk.h"
 
 namespace zrt {
 namespace {
@@ -33,7 +32,7 @@ ZRTStatus ApplyToFloat(float& value, std::uint16_t code, float operand) {
 
 template <class Watch>
 ZRTStatus SolveFloat(std::string_view text, const Scopes& scopes, float& result, Watch watch) {
-  return SolveText(text, FloatPolicy<Watch>(scopes, result, watch));
+  return SolveNumbers(text, FloatPolicy<Watch>(scopes, result, watch));
 }
 
 template ZRTStatus SolveFloat(std::string_view, const Scopes&, float&, Unwatched);

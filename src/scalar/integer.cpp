@@ -4,7 +4,6 @@
 #include <limits>
 
 #include "scalar/scalar_policy.h"
-#include "solve/walk.h"
 
 namespace zrt {
 namespace {
@@ -64,7 +63,7 @@ ZRTStatus ApplyToInteger(int& value, std::uint16_t code, int operand) {
 
 template <class Watch>
 ZRTStatus SolveInteger(std::string_view text, const Scopes& scopes, int& result, Watch watch) {
-  return SolveText(text, IntegerPolicy<Watch>(scopes, result, watch));
+  return SolveNumbers(text, IntegerPolicy<Watch>(scopes, result, watch));
 }
 
 template ZRTStatus SolveInteger(std::string_view, const Scopes&, int&, Unwatched);

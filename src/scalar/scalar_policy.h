@@ -3,9 +3,12 @@
 #pragma once
 
 #include <string_view>
+#include <utility>
 
 #include "names/scopes.h"
 #include "scalar/operand.h"
+#include "solve/sweep.h"
+#include "solve/walk.h"
 #include "solve/walk_policy.h"
 
 namespace zrt {
@@ -37,5 +40,15 @@ class ScalarPolicy : public Kind {
   Number& result_;
   [[no_unique_address]] Watch watch_;
 };
+
+/// Evaluates `text` by a policy of numbers. What reads them changes nothing, so that a sweep may be
+/// tried, unless somebody watches in which order they are read.
+template <class Policy>
+ZRTStatus SolveNumbers(std::string_view text, Policy policy) {
+  if constexpr (!kIsWatched<typename Policy::Watch>) {
+    if (text.size() <= kLongestSweep && Sweep<Policy>::Solve(policy, text)) return kOk;
+  }
+  return SolveText(text, std::move(policy));
+}
 
 }  // namespace zrt

@@ -133,12 +133,26 @@ constexpr std::array<CharEntry, 256> MakeCharTable() {
   return table;
 }
 inline constexpr std::array<CharEntry, 256> kChars = MakeCharTable();
+
+constexpr std::array<bool, 256> MakeOperandTable() {
+  std::array<bool, 256> table{};
+  for (std::size_t c = 0; c < table.size(); ++c) {
+    table[c] = kChars[c].char_class == CharClass::kPlain && c != ' ';
+  }
+  return table;
+}
+inline constexpr std::array<bool, 256> kOfOperands = MakeOperandTable();
 }  // namespace operator_table
 
 constexpr const CharEntry& EntryOf(char c) {
   return operator_table::kChars[static_cast<unsigned char>(c)];
 }
 constexpr CharClass ClassOf(char c) { return EntryOf(c).char_class; }
+
+/// Whether `c` ends no name or literal: no blank, and nothing to a scan.
+constexpr bool IsOfOperands(char c) {
+  return operator_table::kOfOperands[static_cast<unsigned char>(c)];
+}
 constexpr bool IsBracket(char c) { return c == '[' || c == ']'; }
 
 /// Whether `c` is a unary operator for a kind of values: the bit vectors know one more.
