@@ -32,6 +32,7 @@ struct TracePolicy : WalkDefaults {
   explicit TracePolicy(Trace& result) : result_(result) {}
 
   static ZRTStatus Read(std::string_view text, Trace& value) {
+    value = 0;
     for (const char c : text) value = Mixed(value, static_cast<unsigned char>(c));
     OperandText operand;
     return text.empty() ? ErrUnknownOperand : SplitOperand(text, operand);
@@ -83,7 +84,7 @@ TEST(Sweep, SaysWhatTheWalkSays) {
     ForEachText(alphabet, 7, [&](const std::string& text) {
       Trace result = 0;
       TracePolicy<true> policy(result);
-      if (!Sweep<TracePolicy<true>>::Solve(policy, text)) return;
+      if (!Sweep(policy, text)) return;
       ++solved;
       if (Outcome<true>(text) != std::pair(int{kOk}, result)) ADD_FAILURE() << text;
     });

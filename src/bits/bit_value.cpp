@@ -23,14 +23,10 @@ void BitValue::Take(BitValue& other) {
   low_bit_ = std::exchange(other.low_bit_, std::uint8_t{0});
 }
 
-std::span<const std::uint8_t> BitValue::Bytes() {
-  if (borrowed_) return {borrowed_, byte_count_};
-  if (low_bit_ > 0) {
-    kernels::ShiftRight(Stored(), Stored(), low_bit_);
-    low_bit_ = 0;
-    ++first_;  // the byte that held the shifted-up bits is 0 now
-  }
-  return Stored();
+void BitValue::MoveDown() {
+  kernels::ShiftRight(Stored(), Stored(), low_bit_);
+  low_bit_ = 0;
+  ++first_;  // the byte that held the shifted-up bits is 0 now
 }
 
 void BitValue::CopyTo(std::size_t first, std::span<std::uint8_t> bytes) const {

@@ -60,7 +60,7 @@ class BitValue {
   /// register, with no loop over bytes.
   [[nodiscard]] bool is_word() const { return first_ + byte_count_ == kWordSize && low_bit_ == 0; }
   [[nodiscard]] BitWord word() const {
-    BitWord word;
+    BitWord word{};
     word.Set(BigEndian(LoadWord(buffer())), byte_count_);
     word.bit_length = bit_length_;
     return word;
@@ -70,7 +70,11 @@ class BitValue {
   void Set(const BitWord& word);
 
   /// The bytes, in their place: moves them if they stand shifted. Valid until the value changes.
-  std::span<const std::uint8_t> Bytes();
+  std::span<const std::uint8_t> Bytes() {
+    if (borrowed_) return {borrowed_, byte_count_};
+    if (low_bit_ > 0) MoveDown();
+    return Stored();
+  }
 
   /// Copies the bytes from `first` on, as many as `bytes` has room for, which must be there. Moves
   /// nothing, so that who looks at a value does not change what the next operator costs.
@@ -148,6 +152,7 @@ class BitValue {
   [[nodiscard]] const std::uint8_t* buffer() const { return heap_ ? heap_.get() : inline_.data(); }
   std::uint8_t* buffer() { return heap_ ? heap_.get() : inline_.data(); }
   void Begin(std::size_t byte_count);
+  void MoveDown();
   void Take(BitValue& other);
   std::span<std::uint8_t> Stored() { return {buffer() + first_, stored_size()}; }
   void MakeRoom(const Room& room);

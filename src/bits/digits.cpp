@@ -59,18 +59,6 @@ std::uint8_t HighNibble(char digit) {
   return static_cast<std::uint8_t>(value << 4);
 }
 
-// The values of hexadecimal digits; of what is none, more.
-constexpr std::array<std::uint8_t, 256> MakeDigitValues() {
-  std::array<std::uint8_t, 256> values{};
-  values.fill(0xFF);
-  for (unsigned i = 0; i < 10; ++i) values['0' + i] = static_cast<std::uint8_t>(i);
-  for (unsigned i = 10; i < 16; ++i) {
-    values['A' + i - 10] = values['a' + i - 10] = static_cast<std::uint8_t>(i);
-  }
-  return values;
-}
-constexpr std::array<std::uint8_t, 256> kDigitValues = MakeDigitValues();
-
 // Four bytes as digits, the first one in the top byte.
 std::uint64_t DigitsOf(std::uint32_t number, std::uint8_t gap) {
   std::uint64_t values = (number | std::uint64_t{number} << 16) & 0x0000FFFF0000FFFFU;
@@ -183,19 +171,6 @@ char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* 
     *text++ = HexDigit(byte & 0xF, digit_ten);
   }
   return text;
-}
-
-bool ReadHexDigits(std::string_view digits, char* copy, std::uint64_t& word) {
-  unsigned others = 0;
-  std::uint64_t number = 0;
-  for (const char c : digits) {
-    *copy++ = c;
-    const unsigned value = kDigitValues[static_cast<unsigned char>(c)];
-    others |= value;
-    number = number << 4 | value;
-  }
-  word = number;
-  return others < 16;
 }
 
 void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes) {

@@ -49,9 +49,9 @@ inline std::uint64_t LowBytes(std::size_t count) {
 /// A value of up to kWordSize bytes in registers: its bytes as a number, whose bits above them are
 /// 0, and its length in bits, which is a fact of its own (see BitValue).
 struct BitWord {
-  std::uint64_t bits = 0;
-  std::uint32_t byte_count = 0;
-  std::int32_t bit_length = 0;
+  std::uint64_t bits;
+  std::uint32_t byte_count;
+  std::int32_t bit_length;
 
   /// Takes the low bytes of a number.
   void Set(std::uint64_t number, std::size_t count) {

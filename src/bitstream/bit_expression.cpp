@@ -135,7 +135,7 @@ ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* ol
   const bool may_be_tried = !kIsWatched<Watch> && (!older || older->GetTotalSize() == 0);
   if (may_be_tried && text.size() <= kShort) {
     WordsPolicy words(scopes, outcome);
-    if (Sweep<WordsPolicy>::Solve(words, text)) return kOk;
+    if (Sweep(words, text)) return kOk;
   }
   BitsPolicy<Watch> policy(scopes, older, text.size(), outcome, watch);
   if constexpr (BitsPolicy<Watch>::kReadsAtOnce) {

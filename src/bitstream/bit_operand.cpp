@@ -22,6 +22,8 @@ namespace {
 // More digits make a bit length that 32 bits do not hold.
 constexpr std::size_t kMaxHexDigits = std::size_t{std::numeric_limits<std::int32_t>::max() / 8} * 2;
 
+constexpr std::string_view kHexPrefix = "0x";
+
 // An integer is four bytes.
 BitWord WordOf(int number) {
   return {
@@ -97,7 +99,7 @@ ZRTStatus ReadMeaning(const Meaning& meaning, std::string_view name, int index, 
   if (meaning.field) return ReadField(*meaning.field, index, value, watch);
   if (meaning.is_mask) return ReadMaskField(index, value);
   if (!meaning.token) return ReadLiteral(name, value);
-  BitWord word;
+  BitWord word{};
   const ZRTStatus status = ReadToken(*meaning.token, index, word);
   if (status == kOk) value.Set(word);
   return status;
@@ -111,22 +113,25 @@ Meaning NotedMeaningOf(std::string_view name, char* buffer, const Scopes& scopes
   return meaning;
 }
 
-// A hexadecimal literal that a word holds, which most operands are, and that no scope knows. False,
-// with nothing done, if it is anything else.
+// What begins as a hexadecimal literal, if it is one that a word holds, as most operands are, and
+// that no scope knows. False, with nothing done, if it is anything else.
 template <class Watch>
 bool ReadHexWord(std::string_view text, const Scopes& scopes, BitWord& value, Watch watch) {
   constexpr std::size_t kMostDigits = 2 * kWordSize;
-  if (!text.starts_with("0x")) return false;
-  const std::string_view digits = text.substr(2);
+  std::string_view digits = text;
+  digits.remove_prefix(kHexPrefix.size());
   if (digits.empty() || digits.size() > kMostDigits) return false;
-  char name[2 + kMostDigits + 1] = "0x";
+  char name[kHexPrefix.size() + kMostDigits + 1];
+  char* const name_digits = name + kHexPrefix.copy(name, kHexPrefix.size());
   std::uint64_t number = 0;
-  if (!ReadHexDigits(digits, name + 2, number)) return false;
-  name[text.size()] = '\0';
+  if (!ReadHexDigits(digits, name_digits, number)) return false;
+  name_digits[digits.size()] = '\0';
   if (scopes.Know(name)) return false;
   watch->NoteLiteral();
-  value.Set(number << (digits.size() % 2 * 4), (digits.size() + 1) / 2);
-  value.bit_length = static_cast<std::int32_t>(8 * value.byte_count);
+  const auto byte_count = static_cast<std::uint32_t>((digits.size() + 1) / 2);
+  value = {.bits = number << (digits.size() % 2 * 4),
+           .byte_count = byte_count,
+           .bit_length = static_cast<std::int32_t>(8 * byte_count)};
   return true;
 }
 
@@ -169,8 +174,8 @@ template <class Watch>
 std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                                  BitValue& value, Watch watch) {
   constexpr std::size_t kPart = 16384;  // digits
-  if (!text.starts_with("0x")) return std::nullopt;
-  const std::string_view digits = text.substr(2);
+  if (!text.starts_with(kHexPrefix)) return std::nullopt;
+  const std::string_view digits = text.substr(kHexPrefix.size());
   if (digits.empty() || digits.size() > kMaxHexDigits) return std::nullopt;
   const std::size_t byte_count = (digits.size() + 1) / 2;
   char* name = NameInPlace(text);
@@ -184,10 +189,10 @@ std::optional<ZRTStatus> ReadHex(std::string_view text, const Scopes& scopes, Ou
       value.Rebuild(0);
       return std::nullopt;
     }
-    if (copy) part.copy(name + 2 + done, part.size());
+    if (copy) part.copy(name + kHexPrefix.size() + done, part.size());
   }
   if (copy) {
-    text.copy(name, 2);
+    kHexPrefix.copy(name, kHexPrefix.size());
     name[text.size()] = '\0';
   }
   const Meaning meaning = NotedMeaningOf(text, name, scopes, watch);
@@ -204,7 +209,7 @@ ZRTStatus Read(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                Watch watch) {
   if (const auto status = ReadHex(text, scopes, place, value, watch)) return *status;
   if (ShortOperand plain(text); plain.is_plain()) {
-    BitWord word;
+    BitWord word{};
     if (ReadSmallNumber(plain, scopes, word, watch)) {
       value.Set(word);
       return kOk;
@@ -248,15 +253,15 @@ void NoteMeaning(const Meaning& meaning, char* buffer, const Scopes& scopes, Wat
 }
 
 bool ReadBitWord(std::string_view text, const Scopes& scopes, BitWord& value) {
-  return text.starts_with("0x") ? ReadHexWord(text, scopes, value, Unwatched{})
-                                : ReadOtherWord(text, scopes, value);
+  return text.starts_with(kHexPrefix) ? ReadHexWord(text, scopes, value, Unwatched{})
+                                      : ReadOtherWord(text, scopes, value);
 }
 
 template <class Watch>
 ZRTStatus ReadBits(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                    BitValue& value, Watch watch) {
-  BitWord word;
-  if (ReadHexWord(text, scopes, word, watch)) {
+  BitWord word{};
+  if (text.starts_with(kHexPrefix) && ReadHexWord(text, scopes, word, watch)) {
     value.Set(word);
     return kOk;
   }

@@ -46,7 +46,7 @@ class ScalarPolicy : public Kind {
 template <class Policy>
 ZRTStatus SolveNumbers(std::string_view text, Policy policy) {
   if constexpr (!kIsWatched<typename Policy::Watch>) {
-    if (text.size() <= kLongestSweep && Sweep<Policy>::Solve(policy, text)) return kOk;
+    if (text.size() <= kLongestSweep && Sweep(policy, text)) return kOk;
   }
   return SolveText(text, std::move(policy));
 }
