@@ -43,7 +43,7 @@ void BitValue::CopyTo(std::size_t first, std::span<std::uint8_t> bytes) const {
 
 std::span<std::uint8_t> BitValue::OwnBytes() {
   const auto [target, source] = Rewrite();
-  if (target.data() != source.data()) std::ranges::copy(source, target.begin());
+  if (target.data() != source.data()) kernels::Lay(target, 0, source);
   return target;
 }
 

@@ -88,47 +88,22 @@ ZRT_WIDE void WriteSteps(std::span<const std::uint8_t> bytes, std::uint8_t gap, 
   }
 }
 
-// Reads leading digits a step at once; the rest in a place of its own with what is no digit behind
-// it. `copy` gets each step that is looked at.
-template <class Copy>
-ZRT_INLINE std::size_t ReadLeading(std::string_view text, std::uint8_t* bytes, const Copy& copy) {
-  const std::size_t in_steps = text.size() / kStep * kStep;
-  std::size_t count = 0;
-  std::size_t in_step = kStep;
-  for (; count < in_steps && in_step == kStep; count += in_step) {
-    Chars chars;
-    Chars others{};
-    std::memcpy(&chars, &text[count], kStep);
-    copy(count, kStep);
-    ToBytes(chars, bytes + count / 2, others);
-    in_step = FirstOf(others);
-  }
-  if (in_step == kStep && count < text.size()) {
-    std::array<char, kStep> last{};
-    std::array<std::uint8_t, kStep / 2> last_bytes{};
-    Chars others{};
-    const std::size_t length = text.substr(count).copy(last.data(), kStep);
-    copy(count, length);
-    ReadStep(last.data(), last_bytes.data(), others);
-    in_step = FirstOf(others);
-    std::copy_n(last_bytes.data(), (in_step + 1) / 2, bytes + count / 2);
-    count += in_step;
-  }
-  if (count % 2 != 0) bytes[count / 2] = HighNibble(text[count - 1]);
-  return count;
-}
-
 }  // namespace
 
 // Whole steps in their place, and the rest with zeros behind it in a place of its own.
 ZRT_WIDE bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes) {
   constexpr std::ptrdiff_t kReadAhead = 1024;  // characters
+  constexpr std::size_t kPart = 16384;         // characters, between looks at the others
   Chars others{};
   const std::size_t in_steps = digits.size() / kStep * kStep;
-  for (std::size_t i = 0; i < in_steps; i += kStep) {
-    // Between groups the literals of a text are read from the last one to the first.
-    __builtin_prefetch(&digits[i] - kReadAhead);
-    ReadStep(&digits[i], &bytes[i / 2], others);
+  for (std::size_t i = 0; i < in_steps;) {
+    const std::size_t end = std::min(i + kPart, in_steps);
+    for (; i < end; i += kStep) {
+      // Between groups the literals of a text are read from the last one to the first.
+      __builtin_prefetch(&digits[i] - kReadAhead);
+      ReadStep(&digits[i], &bytes[i / 2], others);
+    }
+    if (FirstOf(others) < kStep) return false;
   }
   if (in_steps < digits.size()) {
     std::array<char, kStep> last{};
@@ -142,14 +117,32 @@ ZRT_WIDE bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> byt
   return FirstOf(others) == kStep;
 }
 
+// A step at once; the rest in a place of its own with what is no digit behind it.
 ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8_t* bytes) {
-  return ReadLeading(text, bytes, [text, copy](std::size_t begin, std::size_t count) {
-    std::memcpy(copy + begin, &text[begin], count);
-  });
-}
-
-ZRT_WIDE std::size_t ReadLeadingHexDigits(std::string_view text, std::uint8_t* bytes) {
-  return ReadLeading(text, bytes, [](std::size_t /*begin*/, std::size_t /*count*/) {});
+  const std::size_t in_steps = text.size() / kStep * kStep;
+  std::size_t count = 0;
+  std::size_t in_step = kStep;
+  for (; count < in_steps && in_step == kStep; count += in_step) {
+    Chars chars;
+    Chars others{};
+    std::memcpy(&chars, &text[count], kStep);
+    std::memcpy(copy + count, &chars, kStep);
+    ToBytes(chars, bytes + count / 2, others);
+    in_step = FirstOf(others);
+  }
+  if (in_step == kStep && count < text.size()) {
+    std::array<char, kStep> last{};
+    std::array<std::uint8_t, kStep / 2> last_bytes{};
+    Chars others{};
+    const std::size_t length = text.substr(count).copy(last.data(), kStep);
+    std::copy_n(last.data(), length, copy + count);
+    ReadStep(last.data(), last_bytes.data(), others);
+    in_step = FirstOf(others);
+    std::copy_n(last_bytes.data(), (in_step + 1) / 2, bytes + count / 2);
+    count += in_step;
+  }
+  if (count % 2 != 0) bytes[count / 2] = HighNibble(text[count - 1]);
+  return count;
 }
 
 char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {

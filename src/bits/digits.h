@@ -32,7 +32,7 @@ char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* 
 
 /// Reads hexadecimal digits of either case, in reading order from the first byte on; an odd count
 /// leaves the low nibble of the last byte 0. `bytes` has (digit count + 1) / 2 bytes. False if
-/// `digits` holds anything else: then the bytes are of no known content.
+/// `digits` holds anything else, soon behind the place: then the bytes are of no known content.
 [[nodiscard]] bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes);
 
 /// Reads the hexadecimal digits that `text` begins with in the same way, and copies them. `copy`
@@ -40,9 +40,6 @@ char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* 
 /// digits and their bytes is of no known content then.
 /// @return the count of digits.
 [[nodiscard]] std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8_t* bytes);
-
-/// The same without the copy.
-[[nodiscard]] std::size_t ReadLeadingHexDigits(std::string_view text, std::uint8_t* bytes);
 
 /// Reads up to 16 hexadecimal digits as a number, and copies them. For few digits, in the time that
 /// the others need to begin. False if there is anything else.

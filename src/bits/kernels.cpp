@@ -66,39 +66,28 @@ struct AndBits {
 };
 
 // Target and source end at the same byte. The source's lowest byte has a neighbour below it, and
-// its topmost one above it, of the operator's neutral bits.
+// its topmost one above it, of the operator's neutral bits. Written upward in memory, as caches
+// expect it.
 template <class Operator>
 ZRT_INLINE void JoinMovedUp(Bytes target, unsigned low_bit, ConstBytes source) {
   const MovedUp moved(low_bit);
-  std::size_t count = std::min(target.size(), source.size());
-  std::uint8_t* to = target.data() + target.size();
-  const std::uint8_t* from = source.data() + source.size();
-  unsigned below = Operator::kNeutral;
-  if (count > 0) {
-    --to;
-    --from;
-    --count;
-    Operator::Join(*to, moved.Byte(*from, below));
-    for (; count >= kStep; count -= kStep) {
-      to -= kStep;
-      from -= kStep;
-      Step laid;
-      Step moved_step;
-      Load(laid, to);
-      moved.Bytes(moved_step, from);
-      Operator::Join(laid, moved_step);
-      Store(to, laid);
-    }
-    for (; count > 0; --count) {
-      --to;
-      --from;
-      Operator::Join(*to, moved.Byte(from[0], from[1]));
-    }
-    below = *from;
-  }
+  const std::size_t count = std::min(target.size(), source.size());
+  std::uint8_t* const to = target.data() + target.size() - count;
+  const std::uint8_t* const from = source.data() + source.size() - count;
   if (to != target.data()) {
-    --to;
-    Operator::Join(*to, moved.Byte(Operator::kNeutral, below));
+    Operator::Join(to[-1], moved.Byte(Operator::kNeutral, count > 0 ? *from : Operator::kNeutral));
+  }
+  std::size_t i = 0;
+  for (; i + kStep < count; i += kStep) {
+    Step laid;
+    Step moved_step;
+    Load(laid, to + i);
+    moved.Bytes(moved_step, from + i);
+    Operator::Join(laid, moved_step);
+    Store(to + i, laid);
+  }
+  for (; i < count; ++i) {
+    Operator::Join(to[i], moved.Byte(from[i], i + 1 < count ? from[i + 1] : Operator::kNeutral));
   }
 }
 
@@ -244,32 +233,35 @@ ZRT_WIDE void NegateEach(Bytes target, ConstBytes source) {
   for (std::size_t i = 0; i < target.size(); ++i) target[i] = source[i] == 0 ? 1 : 0;
 }
 
+// Targets are written upward, as caches expect it.
 ZRT_WIDE void Mirror(Bytes target, ConstBytes source) {
   if (target.data() == source.data()) return MirrorInPlace(target);
-  const std::uint8_t* from = source.data();
-  std::uint8_t* to = target.data() + target.size();
-  for (; static_cast<std::size_t>(to - target.data()) >= kStep; from += kStep) {
-    to -= kStep;
+  const std::uint8_t* from = source.data() + source.size();
+  std::uint8_t* to = target.data();
+  for (; static_cast<std::size_t>(from - source.data()) >= kStep; to += kStep) {
+    from -= kStep;
     Step step;
     LoadMirrored(step, from);
     Store(to, step);
   }
-  while (to != target.data()) *--to = MirroredByte(*from++);
+  while (from != source.data()) *to++ = MirroredByte(*--from);
 }
 
 // What is laid already is laid again: twice as much each time, until it is a piece that stays in
 // the cache while it is copied.
 void Repeat(Bytes bytes, std::size_t period) {
   constexpr std::size_t kLargestPiece = 8192;  // bytes
-  std::uint8_t* const end = bytes.data() + bytes.size();
-  if (period == 1 && !bytes.empty()) {
-    std::memset(bytes.data(), end[-1], bytes.size());
+  if (bytes.size() <= period) return;
+  const auto first = bytes.last(period);
+  if (period == 1) {
+    std::memset(bytes.data(), first.front(), bytes.size());
     return;
   }
+  std::memcpy(bytes.data(), first.data(), period);
   std::size_t piece = period;
   for (std::size_t laid = period; laid < bytes.size();) {
     const std::size_t more = std::min(piece, bytes.size() - laid);
-    std::memcpy(end - laid - more, end - more, more);
+    std::memcpy(bytes.data() + laid, bytes.data(), more);
     laid += more;
     if (piece < kLargestPiece) piece = laid;
   }

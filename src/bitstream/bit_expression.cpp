@@ -10,6 +10,7 @@
 #include "bitstream/joined_literals.h"
 #include "bitstream/stream_bytes.h"
 #include "bitstream/word_operators.h"
+#include "scan/text.h"
 #include "solve/sweep.h"
 #include "solve/walk.h"
 
@@ -124,6 +125,12 @@ class WordsPolicy : public BitsKind {
   BitsOutcome& outcome_;
 };
 
+// A text that begins with a name mostly begins with a row, which is not for a sweep.
+bool MayBeOfWords(std::string_view text) {
+  constexpr std::size_t kLongest = 64;  // characters
+  return !text.empty() && text.size() <= kLongest && PlaceBehind('a', text.front() | ' ') >= 26;
+}
+
 }  // namespace
 
 // Two kinds of texts are tried by ways of their own, unless there are older bytes, on which
@@ -131,9 +138,8 @@ class WordsPolicy : public BitsKind {
 template <class Watch>
 ZRTStatus SolveBits(std::string_view text, const Scopes& scopes, LByteBuffer* older,
                     BitsOutcome& outcome, Watch watch) {
-  constexpr std::size_t kShort = 64;  // characters
   const bool may_be_tried = !kIsWatched<Watch> && (!older || older->GetTotalSize() == 0);
-  if (may_be_tried && text.size() <= kShort) {
+  if (may_be_tried && MayBeOfWords(text)) {
     WordsPolicy words(scopes, outcome);
     if (Sweep(words, text)) return kOk;
   }

@@ -108,7 +108,7 @@ BitValue Joined(BitValue& left, BitValue& right, const Placing& placing, std::si
   const auto low = right.Bytes().last(std::min(right.byte_count(), size));
   if (!placing.has_place) {
     std::ranges::fill(target.first(size - low.size()), std::uint8_t{0});
-    std::ranges::copy(low, target.last(low.size()).begin());
+    kernels::Lay(target, 0, low);
     return joined;
   }
   const std::size_t bytes_below = placing.up_bits / 8;
@@ -117,7 +117,7 @@ BitValue Joined(BitValue& left, BitValue& right, const Placing& placing, std::si
   const std::size_t laid = std::min(high.size(), left.byte_count() + (low_bit > 0 ? 1 : 0));
   std::ranges::fill(high.first(high.size() - laid), std::uint8_t{0});
   kernels::Lay(high, low_bit, left.Bytes());
-  std::ranges::copy(low.last(bytes_below), target.last(bytes_below).begin());
+  kernels::Lay(target.last(bytes_below), 0, low.last(bytes_below));
   if (low_bit > 0) high.back() = static_cast<std::uint8_t>(high.back() | low.front());
   return joined;
 }

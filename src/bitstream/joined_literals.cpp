@@ -30,8 +30,8 @@ class Reader {
     FindRoom();
     const std::string_view digits = rest_.substr(2);
     const std::size_t size = (digits.size() + 1) / 2;
-    if (ReadLeadingHexDigits(digits, room_.data()) < digits.size()) return false;
-    if (size > kMostBytesOfBits || scopes_.Know(name)) return false;
+    if (size > kMostBytesOfBits || !ReadHexDigits(digits, room_.first(size))) return false;
+    if (scopes_.Know(name)) return false;
     room_ = room_.subspan(size);
     Finish();
     return true;
@@ -154,7 +154,7 @@ class Reader {
     const std::size_t laid = byte_count();
     BitValue larger;
     const auto bytes = larger.Rebuild(2 * (laid + byte_count_to_come));
-    std::ranges::copy(value_.Bytes().first(laid), bytes.begin());
+    std::copy_n(value_.Bytes().data(), laid, bytes.data());
     value_ = std::move(larger);
     room_ = value_.OwnBytes().subspan(laid);
   }
