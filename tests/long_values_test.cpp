@@ -90,7 +90,7 @@ TEST(LongValues, HexadecimalTextsOfEverySize) {
 TEST(LongValues, AreAskedForAsNames) {
   for (const std::size_t count : {4U, 62U, 63U, 507U, 508U, 509U, 510U, 511U, 512U, 40000U}) {
     const std::string literal = "0x" + Repeated("1", count);
-    for (const std::string& form : {"", "1@", "(", "~", " "}) {
+    for (const std::string form : {"", "1@", "(", "~", " "}) {
       World world;
       GuardedRoom room;
       const char* text = room.Put(form + literal + (form == "(" ? ")" : ""));
