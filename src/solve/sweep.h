@@ -89,7 +89,8 @@ class Runs {
 };
 
 /// Solves a whole text by a policy such as the walk's, of whose values reading changes nothing.
-/// False, with nothing delivered, if the text is the walk's to solve. Throws nothing.
+/// False, with nothing delivered, if the text is the walk's to solve. Throws std::bad_alloc, if
+/// reading does, with nothing delivered.
 template <class Policy>
 bool Sweep(Policy& policy, std::string_view text) {
   using Kind = typename Runs<Policy>::Kind;
