@@ -45,7 +45,8 @@ class PlainText {
     const char before = at_[-1];
     SkipBlanks();
     const char c = Next();
-    if (IsUnary(c, for_bits_) || (c == '-' && (before == 'e' || before == 'E'))) return OpNone;
+    if (ClassOf(c) != CharClass::kOperator || IsUnary(c, for_bits_)) return OpNone;
+    if (c == '-' && (before == 'e' || before == 'E')) return OpNone;
     OperatorCode code = EntryOf(c).code;
     ++at_;
     if ((c == '<' || c == '>') && Next() == c) {
