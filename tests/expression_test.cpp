@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "support.h"
+#include "zrtexpression/words.h"
 
 namespace {
 
@@ -75,6 +76,9 @@ TEST(Expression, CopiesShareTheHandlerUntilTheLastOneEnds) {
   }
   target.SetErrorInstruction(text + 7);
   EXPECT_EQ(target.ErrorInstruction, nullptr);
+  target.SetErrorInstruction(text);
+  target.SetErrorInstruction(nullptr);
+  EXPECT_EQ(target.ErrorInstruction, nullptr);
   target = ZRTExpression();
   EXPECT_EQ(target.GetErrorHandler(), nullptr);
   EXPECT_EQ(copy.ProcessException(-1, 8, nullptr), -1);
@@ -98,6 +102,10 @@ TEST(Expression, LoadsTheErrorListAndRecordsItsOwnFailures) {
   EXPECT_EQ(expression.Initialize(listed.path), 0);  // which is no failure to record
   EXPECT_STREQ(handler->GetErrorText(), "\nM\nno such directory\n");
   EXPECT_EQ(expression.GetDefaultDir(), listed.name);
+  const fs::path before = fs::current_path();
+  fs::current_path(listed.name);
+  EXPECT_EQ(expression.Initialize(nullptr), 0);  // the list of the current directory
+  fs::current_path(before);
   EXPECT_EQ(expression.Initialize(wrong.path), ErrorHandler::kListWrongLine);
   std::ofstream(listed.name + "/ErrorList.txt") << Repeated("\n", 16777217);
   EXPECT_EQ(expression.Initialize(listed.path), ErrorHandler::kListUnreadable);
@@ -121,6 +129,26 @@ TEST(Expression, ReportsWithAndWithoutAnEntry) {
   EXPECT_EQ(report(-500, 9, "T"), "-1\nT");
   EXPECT_EQ(report(-501, 8, ""), "-1\nZRT Template Process Error.\n");
   EXPECT_EQ(report(-501, 8, too_long.c_str()), "-1\n");
+}
+
+TEST(Expression, HasNoWordsForNumbersThatAreNoStatus) {
+  for (const int number : {0, 1, -1, -499, ErrStreamWrite - 1}) {
+    EXPECT_EQ(zrt::StatusName(number) + std::string(zrt::StatusSentence(number)), "") << number;
+  }
+}
+
+TEST(Expression, CountsARowAmongThoseOfItsField) {
+  QLMPlusData data;
+  QLMDataField *field = data.AddField("field"), *other = data.AddField("other");
+  zrt::OperandEvent event;
+  LByteBuffer* const rows[] = {other->AddRow(8), field->AddRow(8), field->AddRow(8)};
+  event.row = rows[0];
+  EXPECT_EQ(zrt::RowNumberOf(event), 0);
+  event.field = field;
+  for (int number = 0; number < 3; ++number) {
+    event.row = rows[number];
+    EXPECT_EQ(zrt::RowNumberOf(event), number);
+  }
 }
 
 }  // namespace

@@ -48,6 +48,9 @@ TEST(LongValues, AreTheSameWhereverTheyAreLaid) {
       literal + "g",
       "row<<1@nobody",
       "(" + literal + ")/2",
+      "((" + literal + ")@0x5a",
+      "stream",
+      "(stream)",
   };
   for (const std::string& text : texts) {
     for (const std::size_t older : {0U, 3U, 1500U}) {

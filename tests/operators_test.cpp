@@ -6,6 +6,7 @@
 #include <random>
 
 #include "properties.h"
+#include "zrtexpression/texts.h"
 
 namespace {
 
@@ -128,6 +129,40 @@ TEST(Streams, AreCopiedAndShared) {
     EXPECT_EQ(Show(target), "/0");
     target = copy;
     EXPECT_EQ(Show(target), "0102030405060708090A/75");
+  }
+}
+
+// Bytes that a length needs and that are missing, more than it needs, spare bits that are set; the
+// longest in more than one block.
+TEST(Streams, AreToldAsTexts) {
+  struct Row {
+    const char* stream;
+    const char* cleared;
+  };
+  reference::closed = kClosed;
+  for (const Row& row : {
+           Row{"/0",                      "/0"                     },
+           Row{"5A/-3",                   "/0"                     },
+           Row{"5A/8",                    "5A/8"                   },
+           Row{"FABC/12",                 "0ABC/12"                },
+           Row{"AB/21",                   "0000AB/21"              },
+           Row{"EEFF5A/9",                "015A/9"                 },
+           Row{"F102030405060708090A/73", "0102030405060708090A/73"}
+  }) {
+    for (const int block_size : {0, 4, 7}) {
+      const BlockSize setting(block_size);
+      const Stream model = FromText(row.stream);
+      RowDataStream stream;
+      Fill(stream, model);
+      std::string text = "older";
+      EXPECT_TRUE(zrt::GetHexText(stream, &text));
+      EXPECT_EQ(text, reference::HexText(model));
+      Stream cleared{Bytes(zrt::ValidByteCount(stream)), std::max(model.bit_length, 0)};
+      zrt::CopyValidBytes(stream, zrt::SpareBits::kCleared, cleared.bytes.data());
+      EXPECT_EQ(Show(cleared), row.cleared);
+      EXPECT_TRUE(zrt::GetDataExpression(stream, &text));
+      EXPECT_EQ(text, reference::RunLengthText(model.bytes));
+    }
   }
 }
 

@@ -68,6 +68,32 @@ TEST_F(Reference, ShortTexts) {
   }
 }
 
+// A host need not hand in all scopes. The names are some that several scopes have, and one of more
+// bytes than a value keeps in itself.
+TEST_F(Reference, ScopesThatAreMissing) {
+  std::mt19937_64 random(7);
+  TextGenerator generator([&random] { return random(); });
+  for (unsigned missing = 0; missing < 32 && !HasFailure(); ++missing) {
+    Twins twins;
+    twins.TakeAway(missing);
+    std::vector<std::string> texts = {"n",
+                                      "hidden",
+                                      "A",
+                                      "A@Three",
+                                      "row",
+                                      "(row)@row[1]",
+                                      "FuseArray_TDO",
+                                      "FuseArray_DMASK[1]"};
+    while (texts.size() < 40) texts.push_back(generator.Text());
+    for (const std::string& text : texts) {
+      for (int kind = 0; kind < kKinds; ++kind) {
+        twins.ResetRows();
+        EXPECT_EQ(twins.Difference(static_cast<Kind>(kind), text), "") << "without " << missing;
+      }
+    }
+  }
+}
+
 TEST_F(Reference, Lookups) {
   std::vector<std::string> names = {"nosuch", "id_mask", "FuseArray_TDO", "ID_MASK2", "ID_MAS", ""};
   names.insert(names.end(), std::begin(reference::kMaskNames), std::end(reference::kMaskNames));
@@ -83,6 +109,9 @@ TEST_F(Reference, Lookups) {
   World empty;
   EXPECT_TRUE(LookupsAgree(empty, "n") && LookupsAgree(empty, "FuseArray_TDO"));
   EXPECT_EQ(empty.expression.IsNumber(nullptr), 0);
+  EXPECT_EQ(empty.expression.SearchDataField(nullptr), nullptr);
+  EXPECT_EQ(empty.expression.SearchToken(nullptr), nullptr);
+  EXPECT_EQ(empty.expression.GetTokenFromTree(&empty.local_tokens, nullptr), nullptr);
 }
 
 }  // namespace

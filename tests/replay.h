@@ -1,8 +1,10 @@
-// An observer that is not taken at its word: each event must stand in the text, name values that
-// were told before, and end with the outcome of the evaluation.
+// Observers that are not taken at their word. Of an evaluation each event must stand in the text,
+// name values that were told before, and end with the outcome. What is read and cut on the way must
+// be what is told without evaluating.
 #pragma once
 
-#include <map>
+#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -16,7 +18,59 @@ inline std::string Show(const zrt::ValueView& view) {
   return Show(stream);
 }
 
-class Replay : public zrt::Observer {
+/// The way through a text: its pieces, names and operators, without values.
+class Path : public zrt::Observer {
+ public:
+  void OnCut(const zrt::CutEvent& event) noexcept override {
+    Note({'c', Number(event.by)});
+    Note({event.piece, event.middle});
+  }
+  void OnIndexBegin(zrt::Place name, zrt::Place index) noexcept override {
+    Note({'i'});
+    Note({name, index});
+  }
+  void OnIndexEnd(int status, int /*value*/) noexcept override {
+    ends_early_ = ends_early_ || status != 0;
+    Note({'e'});
+  }
+  void OnOperand(const zrt::OperandEvent& event) noexcept override {
+    Note({'o', event.number, Number(event.meaning), Number(event.literal), Number(event.scope),
+          reinterpret_cast<std::uintptr_t>(event.token),
+          reinterpret_cast<std::uintptr_t>(event.field)});
+    Note({event.place, event.name, event.index, event.unread});
+  }
+  void OnOperator(const zrt::OperatorEvent& event) noexcept override {
+    Note({'x', Number(event.effect), Number(event.is_unary), event.left, event.right});
+    Note({event.place});
+  }
+  void OnUnread(zrt::Place place) noexcept override {
+    Note({'u'});
+    Note({place});
+  }
+
+  /// Whether `whole`, of the same text, goes the same way as far as this one goes; and no further,
+  /// if both have the same end. An index that fails ends a path: of that an evaluation may have
+  /// told less.
+  [[nodiscard]] bool IsBeginningOf(const Path& whole, bool is_same_end) const {
+    return path_.size() <= whole.path_.size() &&
+           std::equal(path_.begin(), path_.end(), whole.path_.begin()) &&
+           (ends_early_ || !is_same_end || path_.size() == whole.path_.size());
+  }
+
+ private:
+  void Note(std::initializer_list<std::uint64_t> numbers) {
+    if (!ends_early_) path_.insert(path_.end(), numbers);
+  }
+  void Note(std::initializer_list<zrt::Place> places) {
+    for (const zrt::Place& place : places) Note({place.offset, place.length});
+  }
+  static std::uint64_t Number(auto value) { return static_cast<std::uint64_t>(value); }
+
+  std::vector<std::uint64_t> path_;
+  bool ends_early_ = false;
+};
+
+class Replay : public Path {
  public:
   /// Operators beside the outermost middle work on older bytes of the result too.
   void Begin(std::size_t text_size, bool has_older_bytes) {
@@ -26,10 +80,12 @@ class Replay : public zrt::Observer {
   }
 
   void OnCut(const zrt::CutEvent& event) noexcept override {
+    Path::OnCut(event);
     Check(IsIn(event.piece), "piece");
     Check(IsIn(event.middle, event.piece), "middle");
   }
   void OnOperand(const zrt::OperandEvent& event) noexcept override {
+    Path::OnOperand(event);
     Check(IsIn(event.place) && IsIn(event.name, event.place), "operand");
     Check(event.number == values_.size(), "number");
     Check((event.row != nullptr) == (event.field != nullptr), "row");
@@ -37,6 +93,7 @@ class Replay : public zrt::Observer {
     values_.push_back(Show(event.value));
   }
   void OnOperator(const zrt::OperatorEvent& event) noexcept override {
+    Path::OnOperator(event);
     using Effect = zrt::OperatorEvent::Effect;
     Check(IsIn(event.place) && event.place.length == event.text.size(), "operator");
     Check(IsTold(event.left, event.left_value), "left side");
@@ -46,7 +103,10 @@ class Replay : public zrt::Observer {
   void OnResult(zrt::ValueNumber number, const zrt::ValueView& value) noexcept override {
     values_.at(number) = Show(value);
   }
-  void OnUnread(zrt::Place place) noexcept override { Check(IsIn(place), "unread"); }
+  void OnUnread(zrt::Place place) noexcept override {
+    Path::OnUnread(place);
+    Check(IsIn(place), "unread");
+  }
   void OnOutcome(zrt::ValueNumber number, const zrt::ValueView& value) noexcept override {
     Check(IsTold(number, value), "outcome");
     outcome_ = values_.at(number);

@@ -98,7 +98,7 @@ class Evaluator : public RichWorld {
     outcome.text = given;
     outcome.hex_text = hex_text;
     outcome.stream = {BytesOf(stream), stream.BitLength};
-    for (QLMDataField* field : fields_) outcome.rows.push_back(NextRow(*field));
+    outcome.rows = NextRows();
     return outcome;
   }
 
@@ -109,6 +109,11 @@ class Evaluator : public RichWorld {
  protected:
   [[nodiscard]] const std::vector<Named>& names() const { return names_; }
   [[nodiscard]] const zrt::Failure& failure() const { return failure_; }
+  std::vector<std::size_t> NextRows() {
+    std::vector<std::size_t> rows;
+    for (QLMDataField* field : fields_) rows.push_back(NextRow(*field));
+    return rows;
+  }
   void set_observer(zrt::Observer* observer) { observer_ = observer; }
 
  private:
@@ -179,6 +184,7 @@ class Twins : public Evaluator {
                                                           : Show(outcome.stream);
       const std::string fault = replay_.Fault(outcome.status, failure(), value);
       if (!fault.empty()) return kNames[kind] + (" \"" + text + "\": wrong " + fault);
+      if (!NamesAgree(kind, text, outcome)) return kNames[kind] + (" \"" + text + "\": names");
     }
     value_count_ += outcome.status == 0 ? 1 : 0;
     const std::string right = Show(model), shown = Show(outcome);
@@ -194,10 +200,40 @@ class Twins : public Evaluator {
     for (reference::Field* model : models_) model->current = 0;
   }
 
+  /// Takes scopes away: bit 0 the local tokens, then the global ones, then external, local and
+  /// global data.
+  void TakeAway(unsigned scopes) {
+    if ((scopes & 1U) != 0)
+      (expression.SetLocalTokenTree(nullptr), scope_.local_tokens.swap(taken_.local_tokens));
+    if ((scopes & 2U) != 0)
+      (expression.SetGlobalTokenTree(nullptr), scope_.global_tokens.swap(taken_.global_tokens));
+    if ((scopes & 4U) != 0)
+      (expression.SetExternalZRTData(nullptr), scope_.external_data.swap(taken_.external_data));
+    if ((scopes & 8U) != 0)
+      (expression.SetLocalZRTData(nullptr), scope_.local_data.swap(taken_.local_data));
+    if ((scopes & 16U) != 0)
+      (expression.SetGlobalZRTData(nullptr), scope_.global_data.swap(taken_.global_data));
+  }
+
   /// Of the texts that were compared.
   [[nodiscard]] std::size_t value_count() const { return value_count_; }
 
  private:
+  // The names are told on the way that the evaluation took, which may end earlier: at a name that
+  // stands for nothing, at an operator that is refused. No row moves.
+  bool NamesAgree(Kind kind, const std::string& text, const Outcome& outcome) {
+    const auto value_kind = kind == kWatchedInteger ? zrt::ValueKind::kInteger
+                            : kind == kWatchedFloat ? zrt::ValueKind::kFloat
+                                                    : zrt::ValueKind::kBits;
+    Path names;
+    zrt::Failure told;
+    const int status = expression.GetNames(text.c_str(), value_kind, &names, &told);
+    const bool is_same_end =
+        outcome.status == status && told.place.offset == failure().place.offset;
+    return (outcome.status != 0 || status == 0) && replay_.IsBeginningOf(names, is_same_end) &&
+           NextRows() == outcome.rows;
+  }
+
   Outcome ByReference(Kind kind, const std::string& text, const Stream& before) {
     Outcome outcome;
     outcome.stream = before;
@@ -226,7 +262,7 @@ class Twins : public Evaluator {
     }
   }
 
-  reference::Scope scope_;
+  reference::Scope scope_, taken_;
   std::vector<reference::Field*> models_;
   Replay replay_;
   std::size_t value_count_ = 0;

@@ -39,7 +39,7 @@ struct TracePolicy : WalkDefaults {
   }
   static ZRTStatus Apply(Trace& value, OperatorCode code, Trace operand) {
     value = Mixed(Mixed(value, 256 + code), operand);
-    return kOk;
+    return value % 8 == 0 ? ErrInvalidOperator : kOk;
   }
   static void ApplyUnary(Trace& value, OperatorCode code) { value = Mixed(value, 512 + code); }
   void Deliver(Trace value, bool is_added) { result_ = is_added ? ~value : value; }

@@ -164,8 +164,8 @@ void BitValue::Or(std::span<const std::uint8_t> bytes) {
   kernels::Or(target, source, low);
 }
 
-// Slack as large as the value goes to the side that has to grow; the other side keeps what it has,
-// up to that size. So a value that grows at both ends by turns moves a logarithmic number of times.
+// In the inline bytes slack is left at both ends. On the heap there is none: what grows again and
+// again is built with room (RebuildWithRoom).
 void BitValue::MakeRoom(const Room& room) {
   if (Has(room)) return;
   const std::size_t size = stored_size();
@@ -176,18 +176,11 @@ void BitValue::MakeRoom(const Room& room) {
     first_ = first;
     return;
   }
-  const std::size_t in_front = borrowed_ ? 0 : first_;
-  const std::size_t behind = borrowed_ ? 0 : capacity_ - first_ - size;
-  const std::size_t front_slack =
-      room.front > in_front ? needed : std::min(in_front - room.front, needed);
-  const std::size_t back_slack = room.back > behind ? needed : std::min(behind - room.back, needed);
-  const std::size_t capacity = needed + front_slack + back_slack;
-  auto heap = NewHeap(capacity);
-  const std::size_t first = front_slack + room.front;
-  std::memcpy(heap.get() + first, borrowed_ ? borrowed_ : buffer() + first_, size);
-  UseHeap(std::move(heap), capacity);
+  auto heap = NewHeap(needed);
+  std::memcpy(heap.get() + room.front, borrowed_ ? borrowed_ : buffer() + first_, size);
+  UseHeap(std::move(heap), needed);
   borrowed_ = nullptr;
-  first_ = first;
+  first_ = room.front;
 }
 
 }  // namespace zrt

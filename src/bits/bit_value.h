@@ -111,8 +111,8 @@ class BitValue {
   Rewriting Rewrite();
 
   /// The number becomes (number << up) modulo 2 to the power 8 * byte_count, in that many bytes.
-  /// Takes time in proportion to what is added, on average over a sequence of calls.
-  /// Throws std::bad_alloc, leaving the value as it was.
+  /// Takes time in proportion to what is added if there is room. Throws std::bad_alloc, leaving the
+  /// value as it was.
   void Reshape(std::size_t up_bits, std::size_t byte_count);
 
   /// Whether Reshape() has room for that without moving the number.

@@ -20,7 +20,8 @@ void Lay(Bytes target, unsigned low_bit, ConstBytes source);
 /// target |= source << low_bit, in the same way.
 void OrShifted(Bytes target, unsigned low_bit, ConstBytes source);
 
-/// target &= source << low_bit, in the same way; bits that `source` does not cover stay.
+/// target &= source << low_bit, in the same way; bits that `source` does not cover stay. `low_bit`
+/// is 1 to 7: a number that stands unshifted takes And().
 void AndShifted(Bytes target, unsigned low_bit, ConstBytes source);
 
 /// target = left & right, target = left | right, in the low bytes that `right` has; above them the
@@ -43,7 +44,8 @@ void NegateEach(Bytes target, ConstBytes source);
 /// All bits end for end. Equal sizes.
 void Mirror(Bytes target, ConstBytes source);
 
-/// Repeats the last `period` bytes upward through `bytes`, a multiple of `period` bytes.
+/// Repeats the last `period` bytes upward through `bytes`, which are a multiple of `period`, one
+/// period at least.
 void Repeat(Bytes bytes, std::size_t period);
 
 }  // namespace zrt::kernels

@@ -33,7 +33,7 @@ double OutOfRange(std::string_view text) {
   std::size_t places_down = 0;
   if (exponent != std::string_view::npos && text.substr(exponent + 1).starts_with('-')) {
     for (const char c : text.substr(exponent + 2)) {
-      if (!IsDecimalDigit(c) || places_down > text.size()) break;
+      if (places_down > text.size()) break;
       places_down = places_down * 10 + static_cast<std::size_t>(c - '0');
     }
   }
