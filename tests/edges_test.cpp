@@ -128,7 +128,7 @@ TEST(Edges, NumbersThatAreReshaped) {
     for (std::size_t bit = 0; bit < 8 * std::min(model.size(), moved.size()); ++bit) {
       const std::size_t to = bit + up_bits;
       if (to >= 8 * moved.size()) break;
-      const unsigned is_set = model[model.size() - 1 - bit / 8] >> bit % 8 & 1U;
+      const unsigned is_set = unsigned{model[model.size() - 1 - bit / 8]} >> bit % 8 & 1U;
       moved[moved.size() - 1 - to / 8] |= static_cast<std::uint8_t>(is_set << to % 8);
     }
     const long before = memory.allocation_count;

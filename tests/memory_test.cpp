@@ -4,6 +4,7 @@
 
 #include "DataExpression.h"
 #include "shortage.h"
+#include "zrtexpression/texts.h"
 
 namespace {
 
@@ -85,6 +86,24 @@ TEST(Memory, RunsOutInCopies) {
     return Seen();
   };
   RunOut("copies", copy, FailsAs(""));
+}
+
+// A text that is not whole is empty, whatever it was before.
+TEST(Memory, RunsOutInTexts) {
+  const BlockSize setting(4);
+  RowDataStream stream;
+  Fill(stream, {Bytes(100, 0x5A), 800});
+  for (const bool is_hex : {false, true}) {
+    const auto write = [&](const Caller& run) {
+      std::string text("older");
+      const int is_written = run([&] {
+        return is_hex ? zrt::GetHexText(stream, &text) : zrt::GetDataExpression(stream, &text);
+      });
+      return Seen(is_written, text);
+    };
+    EXPECT_EQ(write([](const auto& call) { return call(); }).first, 1);
+    RunOut("texts", write, FailsAs("", 0));
+  }
 }
 
 TEST(Memory, RunsOutInLookupsAndScans) {

@@ -5,12 +5,12 @@
 #include <cstring>
 #include <vector>
 
-#include "DataExpression.h"
 #include "bits/bit_value.h"
 #include "bits/digits.h"
 #include "bits/exhausted_memory.h"
 #include "bitstream/stream_bytes.h"
 #include "hq4170.h"
+#include "object/data_expression.h"
 
 namespace zrt {
 namespace {
@@ -19,12 +19,14 @@ namespace {
 template <class Write>
 bool WriteInto(std::string& text, std::size_t most, const Write& write) {
   text.clear();
-  return OnExhaustedMemory(false, [&] {
+  const bool is_written = OnExhaustedMemory(false, [&] {
     text.resize(most);
     write(text.data());
     text.resize(std::strlen(text.data()));
     return true;
   });
+  if (!is_written) text.clear();
+  return is_written;
 }
 
 }  // namespace
@@ -62,7 +64,7 @@ bool GetHexText(RowDataStream& stream, std::string* text) noexcept {
 
 bool GetDataExpression(LByteBuffer& data, std::string* text) noexcept {
   const std::size_t most = 2 * std::size_t{data.GetTotalSize()} + 3;
-  return WriteInto(*text, most, [&](char* to) { fnGetDataExpression(&data, to); });
+  return WriteInto(*text, most, [&](char* to) { WriteDataExpression(data, to); });
 }
 
 }  // namespace zrt
