@@ -108,6 +108,11 @@ TEST(RunLengths, OfAnyBytes) {
   for (const int block_size : {0, 4, 7}) {
     EXPECT_EQ(RunLengthsDiffer(Bytes(3000, 0x55), block_size), "");
   }
+  for (std::size_t bit = 0; bit < 8 * std::size_t{100}; ++bit) {  // a run that one bit ends
+    Bytes bytes(100, 0x55);
+    bytes[bit / 8] ^= static_cast<std::uint8_t>(1U << bit % 8);
+    EXPECT_EQ(RunLengthsDiffer(bytes, 0), "");
+  }
 }
 
 TEST(Streams, AreCopiedAndShared) {
