@@ -90,7 +90,18 @@ class Replay : public Path {
     Check(event.number == values_.size(), "number");
     Check((event.row != nullptr) == (event.field != nullptr), "row");
     Check(event.field == nullptr || zrt::RowNumberOf(event) > 0, "row's number");
+    Check(!event.has_index ||
+              (event.index_status == index_status_ && event.index_value == index_value_),
+          "index");
     values_.push_back(Show(event.value));
+  }
+  void OnIndexEnd(int status, int value) noexcept override {
+    Path::OnIndexEnd(status, value);
+    const auto is_value = [&](const std::string& told) { return told == std::to_string(value); };
+    Check(status != 0 || std::ranges::any_of(values_, is_value), "index's value");
+    Check(status <= 0, "index's status");
+    index_status_ = status;
+    index_value_ = value;
   }
   void OnOperator(const zrt::OperatorEvent& event) noexcept override {
     Path::OnOperator(event);
@@ -141,6 +152,7 @@ class Replay : public Path {
 
   std::size_t text_size_ = 0;
   bool has_older_bytes_ = false;
+  int index_status_ = 0, index_value_ = 0;
   std::vector<std::string> values_;  // by number
   std::string outcome_, fault_;
   zrt::Failure failure_;
