@@ -91,9 +91,15 @@ class Replay : public Path {
     Check((event.row != nullptr) == (event.field != nullptr), "row");
     Check(event.field == nullptr || zrt::RowNumberOf(event) > 0, "row's number");
     Check(!event.has_index ||
-              (event.index_status == index_status_ && event.index_value == index_value_),
+              (event.index_status == index_status_ && event.index_value == index_value_ &&
+               IsIn(event.index, index_) && IsIn(index_, event.index)),
           "index");
     values_.push_back(Show(event.value));
+  }
+  void OnIndexBegin(zrt::Place name, zrt::Place index) noexcept override {
+    Path::OnIndexBegin(name, index);
+    Check(IsIn(index), "index's place");
+    index_ = index;
   }
   void OnIndexEnd(int status, int value) noexcept override {
     Path::OnIndexEnd(status, value);
@@ -152,6 +158,7 @@ class Replay : public Path {
 
   std::size_t text_size_ = 0;
   bool has_older_bytes_ = false;
+  zrt::Place index_;
   int index_status_ = 0, index_value_ = 0;
   std::vector<std::string> values_;  // by number
   std::string outcome_, fault_;
