@@ -72,11 +72,13 @@ class Path : public zrt::Observer {
 
 class Replay : public Path {
  public:
-  /// Operators beside the outermost middle work on older bytes of the result too.
-  void Begin(std::size_t text_size, bool has_older_bytes) {
+  /// Operators beside the outermost middle work on older bytes of the result too. The names are
+  /// those of `world`.
+  void Begin(const std::string& text, bool has_older_bytes, World& world) {
     *this = Replay();
-    text_size_ = text_size;
+    text_ = text;
     has_older_bytes_ = has_older_bytes;
+    world_ = &world;
   }
 
   void OnCut(const zrt::CutEvent& event) noexcept override {
@@ -90,6 +92,7 @@ class Replay : public Path {
     Check(event.number == values_.size(), "number");
     Check((event.row != nullptr) == (event.field != nullptr), "row");
     Check(event.field == nullptr || zrt::RowNumberOf(event) > 0, "row's number");
+    Check(MeansWhatIsTold(event), "meaning");
     Check(!event.has_index ||
               (event.index_status == index_status_ && event.index_value == index_value_ &&
                IsIn(event.index, index_) && IsIn(index_, event.index)),
@@ -146,17 +149,43 @@ class Replay : public Path {
     if (!holds) fault_ = what;
   }
   bool IsIn(zrt::Place place) const {
-    return place.offset <= text_size_ && place.length <= text_size_ - place.offset;
+    return place.offset <= text_.size() && place.length <= text_.size() - place.offset;
   }
   static bool IsIn(zrt::Place inner, zrt::Place outer) {
     return inner.offset >= outer.offset &&
            inner.offset + inner.length <= outer.offset + outer.length;
   }
+  bool MeansWhatIsTold(const zrt::OperandEvent& event) const {
+    using Event = zrt::OperandEvent;
+    constexpr Event::Literal kLiterals[] = {
+        Event::Literal::kNone,        Event::Literal::kBinary,      Event::Literal::kBinary,
+        Event::Literal::kHexadecimal, Event::Literal::kHexadecimal, Event::Literal::kFraction,
+        Event::Literal::kDecimal};
+    const std::string name = text_.substr(event.name.offset, event.name.length);
+    const char* const data = event.scope == Event::Scope::kExternal ? "external_data"
+                             : event.scope == Event::Scope::kLocal  ? "local_data"
+                                                                    : "global_data";
+    const auto stands_for = [&](std::string sought) {
+      if (event.meaning == Event::Meaning::kField)
+        return DataOf(*world_, data).GetDataField(sought.data()) == event.field;
+      const bool is_local = event.scope == Event::Scope::kLocal;
+      ZRTTokenTree& tree = is_local ? world_->local_tokens : world_->global_tokens;
+      return tree.GetToken(sought.data()) == event.token;
+    };
+    switch (event.meaning) {
+      case Event::Meaning::kLiteral:
+        return event.literal == kLiterals[reference::KindOfNumber(name)] &&
+               event.scope == Event::Scope::kNone;
+      case Event::Meaning::kMaskName: return name.find("MASK") != std::string::npos;
+      default: return stands_for(name) || (name == "FuseArray_TDO" && stands_for("FuseArray_TDI"));
+    }
+  }
   bool IsTold(zrt::ValueNumber number, const zrt::ValueView& value) const {
     return number < values_.size() && (has_older_bytes_ || values_[number] == Show(value));
   }
 
-  std::size_t text_size_ = 0;
+  std::string text_;
+  World* world_ = nullptr;
   bool has_older_bytes_ = false;
   zrt::Place index_;
   int index_status_ = 0, index_value_ = 0;

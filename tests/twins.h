@@ -174,7 +174,7 @@ class Twins : public Evaluator {
   /// Tells both outcomes if they differ. A text whose value is too large is none to compare.
   std::string Difference(Kind kind, const std::string& text, const Stream& before = {}) try {
     const Outcome model = ByReference(kind, text, before);
-    replay_.Begin(text.size(), !before.bytes.empty());
+    replay_.Begin(text, !before.bytes.empty(), *this);
     const Outcome outcome = Evaluate(kind, text, before, model.hex_text.size());
     if (kind >= kWatchedInteger) {
       const bool is_told = before.bytes.empty() && kind != kWatchedHexText;
