@@ -66,27 +66,32 @@ inline zrt::BitValue ToValue(const Stream& stream, bool is_borrowed = false) {
 /// A chain of operators on a working value. It is not looked at between them, so that it stands
 /// shifted and with slack around. What comes out absurdly large is not compared.
 inline std::string DifferenceAfter(Stream model, const std::vector<Step>& steps) try {
-  std::string told = Show(model);
+  const auto told = [&steps, given = model] {
+    std::string text = Show(given);
+    for (const auto& [code, operand, is_swapped, is_borrowed] : steps) {
+      text += (is_swapped ? " after " : " ") + std::to_string(code) + " " + Show(operand);
+    }
+    return text + ": ";
+  };
   zrt::BitValue value = ToValue(model);
   zrt::OutcomePlace place(nullptr);
   for (const auto& [code, operand, is_swapped, is_borrowed] : steps) {
     if (model.bytes.size() > 500) break;
     Stream right = operand;
-    told += (is_swapped ? " after " : " ") + std::to_string(code) + " " + Show(right);
     zrt::BitValue right_value = ToValue(operand, is_borrowed);
     if (is_swapped) std::swap(model, right);
     if (is_swapped) std::swap(value, right_value);
     const int right_status =
         reference::StatusOf([&, code = code] { Apply(model, ReferenceOperator(code), right); });
     const int status = ApplyToBits(value, code, right_value, place);
-    if (status != right_status) return told + ": status " + std::to_string(status);
+    if (status != right_status) return told() + "status " + std::to_string(status);
   }
   const auto bytes = value.Bytes();
   const Stream result{
       {bytes.begin(), bytes.end()},
       value.bit_length()
   };
-  return result == model ? "" : told + ": " + Show(result) + " and not " + Show(model);
+  return result == model ? "" : told() + Show(result) + " and not " + Show(model);
 } catch (const reference::TooLarge&) {
   return "";
 }
@@ -94,7 +99,7 @@ inline std::string DifferenceAfter(Stream model, const std::vector<Step>& steps)
 /// One operator on streams, which may be the same one, or none on the right.
 inline std::string DifferenceOnStreams(std::uint16_t code, Stream model, const Stream& operand,
                                        bool is_same, bool is_none) try {
-  const std::string told = Show(model) + " " + std::to_string(code) + " " + Show(operand);
+  const Stream before = model;
   ZRTExpression expression;
   RowDataStream left, right;
   Fill(left, model);
@@ -104,8 +109,8 @@ inline std::string DifferenceOnStreams(std::uint16_t code, Stream model, const S
       reference::StatusOf([&] { Apply(model, ReferenceOperator(code), given); });
   RowDataStream* const other = is_same ? &left : is_none ? nullptr : &right;
   const int status = expression.ExecuteBitStreamOperator(&left, code, other);
-  const bool agrees = status == right_status && Show(left) == Show(model);
-  return agrees && Show(right) == Show(operand) ? "" : told + ": " + Show(left);
+  if (status == right_status && StreamOf(left) == model && StreamOf(right) == operand) return "";
+  return Show(before) + " " + std::to_string(code) + " " + Show(operand) + ": " + Show(left);
 } catch (const reference::TooLarge&) {
   return "";
 }
@@ -144,14 +149,14 @@ inline std::string RunLengthsDiffer(const Bytes& bytes, int block_size) {
   if (right.empty()) return "";
   const int status = expression.GetBitStream(text, &stream);
   const Stream whole{bytes, static_cast<int>(8 * bytes.size())};
-  return status == 0 && Show(stream) == Show(whole) ? "" : text + (" reads as " + Show(stream));
+  return status == 0 && StreamOf(stream) == whole ? "" : text + (" reads as " + Show(stream));
 }
 
-/// Each two bytes are a byte and how many of it, so that runs are common.
-inline std::string RunLengthsDiffer(Input input) {
+/// Each two bytes are a byte and how many of it, so that runs are common; at most about so many.
+inline std::string RunLengthsDiffer(Input input, std::size_t most_bytes = 300) {
   const int block_size = input.Byte() % 16;  // those below 4 are 4, and 0 grows
   Bytes bytes;
-  while (input.has_more() && bytes.size() < 300) {
+  while (input.has_more() && bytes.size() < most_bytes) {
     const std::uint8_t byte = input.Byte(), choice = input.Byte();
     const std::size_t count = choice % 8 == 7 ? choice : 1 + choice % 9;
     bytes.insert(bytes.end(), count, byte);

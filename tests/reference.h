@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ErrorCodes.h"
@@ -91,8 +92,15 @@ void Apply(int& value, char op, int operand);
 void Apply(float& value, char op, float operand);
 void Apply(Stream& left, char op, const Stream& given);
 
+/// Whether the reference is at work: fuzzing gives it memory that is not watched.
+inline bool is_at_work = false;  // NOLINT(*-avoid-non-const-global-variables)
+
 template <class Action>
 int StatusOf(Action action) {
+  struct AtWork {
+    bool was_before = std::exchange(is_at_work, true);
+    ~AtWork() { is_at_work = was_before; }
+  } const at_work;
   try {
     action();
     return 0;

@@ -61,9 +61,9 @@ inline std::string Show(const Stream& stream) {
 
 /// Appends bytes as a host does it: a block at a time.
 inline void Fill(LByteBuffer& buffer, const Bytes& bytes) {
+  LByteBuffer* last = buffer.GetLastBlock(&buffer);
   for (const std::uint8_t byte : bytes) {
-    LByteBuffer* last = buffer.GetLastBlock(&buffer);
-    if (last->WriteData(byte) == 0) last->AllocateNewBlock()->WriteData(byte);
+    if (last->WriteData(byte) == 0) (last = last->AllocateNewBlock())->WriteData(byte);
   }
 }
 inline void Fill(RowDataStream& buffer, const Stream& stream) {
@@ -76,9 +76,8 @@ inline Bytes BytesOf(LByteBuffer& buffer) {
   for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = buffer.ReadData(static_cast<int>(i));
   return bytes;
 }
-inline std::string Show(RowDataStream& stream) {
-  return Show(Stream{BytesOf(stream), stream.BitLength});
-}
+inline Stream StreamOf(RowDataStream& stream) { return {BytesOf(stream), stream.BitLength}; }
+inline std::string Show(RowDataStream& stream) { return Show(StreamOf(stream)); }
 
 /// The value of `text` as "0ABC/12", or its status as "-511".
 inline std::string Evaluate(ZRTExpression& expression, const char* text) {

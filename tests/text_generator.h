@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
@@ -22,7 +21,9 @@
 
 class TextGenerator {
  public:
-  explicit TextGenerator(std::function<std::uint64_t()> source) : source_(std::move(source)) {
+  /// Texts come to an end about where they have so many words.
+  explicit TextGenerator(std::function<std::uint64_t()> source, std::size_t most_words = 2000)
+      : source_(std::move(source)), most_words_(most_words) {
     std::ifstream file(ZRT_TESTS "/grammar.txt");
     for (std::string line; std::getline(file, line);) {
       if (!line.empty() && line[0] != '#') AddRule(line);
@@ -32,8 +33,8 @@ class TextGenerator {
   /// A text that suits one of the evaluators, most of the time; every third is damaged.
   std::string Text() {
     text_.clear();
-    words_left_ = Below(32) == 31 ? 2000 : 10 + Below(150);
-    Put("text");
+    words_left_ = std::min(Below(32) == 31 ? 2000 : 10 + Below(150), most_words_);
+    Put(words_["text"]);
     for (std::size_t count = Below(3) == 2 ? 1 + Below(3) : 0; count > 0; --count) Damage();
     return text_;
   }
@@ -49,7 +50,11 @@ class TextGenerator {
   std::size_t Below(std::size_t limit) { return static_cast<std::size_t>(source_() % limit); }
 
  private:
-  using Words = std::vector<std::string>;
+  // It stands for one of the alternatives, or for its text if it has none.
+  struct Word {
+    std::string text;
+    std::vector<std::vector<const Word*>> alternatives;
+  };
 
   // There are three replications at most, by less than ten. Beside a group or a unary operator the
   // count may be all the rest.
@@ -68,27 +73,31 @@ class TextGenerator {
 
   void AddRule(const std::string& line) {
     std::size_t end = line.find(' ');
-    std::vector<Words>& alternatives = rules_[line.substr(0, end)];
+    auto& alternatives = words_[line.substr(0, end)].alternatives;
     while (end < line.size()) {
       const std::size_t start = line.find_first_not_of(' ', end);
       end = std::min(line.find("  ", start), line.size());
       std::istringstream words(line.substr(start, end - start));
-      alternatives.emplace_back(std::istream_iterator<std::string>(words),
-                                std::istream_iterator<std::string>());
+      alternatives.emplace_back();
+      for (std::string word; words >> word;) {
+        words_[word].text = word == "BLANK"  ? " "
+                            : word == "TAB"  ? "\t"
+                            : word == "NONE" ? ""
+                                             : word;
+        alternatives.back().push_back(&words_[word]);
+      }
     }
   }
 
   // NOLINTNEXTLINE(misc-no-recursion): each call takes one of the words that are left
-  void Put(const std::string& word) {
-    const auto rule = rules_.find(word);
-    if (rule == rules_.end()) {
-      text_ += word == "BLANK" ? " " : word == "TAB" ? "\t" : word == "NONE" ? "" : word;
+  void Put(const Word& word) {
+    if (word.alternatives.empty()) {
+      text_ += word.text;
       return;
     }
     words_left_ -= words_left_ > 0 ? 1 : 0;
-    for (const std::string& each : rule->second[words_left_ > 0 ? Below(rule->second.size()) : 0]) {
-      Put(each);
-    }
+    const std::size_t choice = words_left_ > 0 ? Below(word.alternatives.size()) : 0;
+    for (const Word* each : word.alternatives[choice]) Put(*each);
   }
 
   // A character goes, comes, is doubled or changes places with the next.
@@ -103,7 +112,8 @@ class TextGenerator {
   }
 
   std::function<std::uint64_t()> source_;
-  std::map<std::string, std::vector<Words>, std::less<>> rules_;
+  std::map<std::string, Word> words_;
   std::string text_;
+  std::size_t most_words_;
   std::size_t words_left_ = 0;
 };

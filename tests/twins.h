@@ -3,12 +3,14 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cctype>
 #include <cmath>
 #include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -58,8 +60,15 @@ inline std::string Show(const Outcome& outcome) {
   for (const std::size_t row : outcome.rows) shown << ' ' << row;
   return shown.str();
 }
+/// One NaN is as good as another; -0 is not 0.
 inline bool operator==(const Outcome& one, const Outcome& other) {
-  return Show(one) == Show(other);
+  const auto members = [](const Outcome& outcome) {
+    const float real = std::isnan(outcome.real) ? NAN : outcome.real;
+    return std::tuple(std::bit_cast<std::uint32_t>(real),
+                      std::tie(outcome.status, outcome.integer, outcome.stream, outcome.hex_text,
+                               outcome.text, outcome.rows));
+  };
+  return members(one) == members(other);
 }
 
 /// The library. One more field of that name stands in the way of the fuse array's.
@@ -97,7 +106,7 @@ class Evaluator : public RichWorld {
     outcome.status = run([&] { return Call(kind, given, outcome, stream, hex_text); });
     outcome.text = given;
     outcome.hex_text = hex_text;
-    outcome.stream = {BytesOf(stream), stream.BitLength};
+    outcome.stream = StreamOf(stream);
     outcome.rows = NextRows();
     return outcome;
   }
@@ -187,10 +196,11 @@ class Twins : public Evaluator {
       if (!NamesAgree(kind, text, outcome)) return kNames[kind] + (" \"" + text + "\": names");
     }
     value_count_ += outcome.status == 0 ? 1 : 0;
-    const std::string right = Show(model), shown = Show(outcome);
-    if (shown == right) return "";
-    return kNames[kind] + (" \"" + text + "\" gives\n  " + shown + "\nand not\n  " + right);
+    if (outcome == model) return "";
+    return kNames[kind] + (" \"" + text + "\" gives\n  " + Show(outcome) + "\nand not\n  ") +
+           Show(model);
   } catch (const reference::TooLarge&) {
+    ++too_large_count_;
     ResetRows();
     return "";
   }
@@ -215,8 +225,9 @@ class Twins : public Evaluator {
       (expression.SetGlobalZRTData(nullptr), scope_.global_data.swap(taken_.global_data));
   }
 
-  /// Of the texts that were compared.
+  /// Of the texts that were compared, and how many were not.
   [[nodiscard]] std::size_t value_count() const { return value_count_; }
+  [[nodiscard]] std::size_t too_large_count() const { return too_large_count_; }
 
  private:
   // The names are told on the way that the evaluation took, which may end earlier: at a name that
@@ -265,7 +276,7 @@ class Twins : public Evaluator {
   reference::Scope scope_, taken_;
   std::vector<reference::Field*> models_;
   Replay replay_;
-  std::size_t value_count_ = 0;
+  std::size_t value_count_ = 0, too_large_count_ = 0;
 };
 
 /// Whether the library's scans find in `text` what the reference's find.

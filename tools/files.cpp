@@ -26,7 +26,7 @@ std::string Read(const std::string& path, ExitCode exit_code, std::size_t most_b
   if (!is_standard) file.open(path, std::ios::binary);
   std::istream& input = is_standard ? std::cin : file;
   std::string bytes;
-  std::array<char, 1U << 16U> piece{};
+  std::array<char, 1U << 14U> piece{};
   while (input.good()) {
     const std::size_t start = bytes.size();
     input.read(piece.data(), piece.size());

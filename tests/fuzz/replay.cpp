@@ -7,9 +7,12 @@
 #include <iterator>
 #include <vector>
 
+#include "fuzz.h"
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 int main(int argc, char** argv) {
+  is_replay = true;
   int count = 0;
   for (int i = 1; i < argc; ++i) {
     for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
