@@ -15,8 +15,13 @@ constexpr std::size_t kTurns = 16;
 inline std::size_t turn = 0;    // NOLINT(*-avoid-non-const-global-variables): of the run
 inline bool is_replay = false;  // NOLINT(*-avoid-non-const-global-variables): of the program
 
-/// Takes back what the reference was given in the run before.
-void BeginRun();
+/// In its lifetime memory is as scarce as little_memory.cpp has it.
+struct Run {
+  Run();
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+  ~Run();
+};
 
 inline void Require(bool holds, std::string_view what) {
   if (holds) return;
@@ -30,7 +35,7 @@ inline void Require(bool holds, std::string_view what) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);                 \
     const std::size_t chosen = std::hash<std::string_view>()(bytes) % kTurns;                \
     for (turn = is_replay ? 0 : chosen; turn <= (is_replay ? kTurns - 1 : chosen); ++turn) { \
-      BeginRun();                                                                            \
+      const Run run;                                                                         \
       reference::most_bits = turn == 0 ? 1 << 13 : 1 << 10;                                  \
       const std::string difference = __VA_ARGS__(Input(data, size));                         \
       Require(difference.empty(), difference);                                               \

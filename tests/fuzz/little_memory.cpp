@@ -1,4 +1,4 @@
-// Where the targets' memory comes from. A few characters ask for gigabits: an array beyond some
+// Where the memory of a run comes from. A few characters ask for gigabits: an array beyond some
 // kilobytes finds no memory, and what a target has to say of the inputs that want no more is told
 // long before. The reference asks for so many small blocks that having the sanitizer watch them
 // would cost more than all else: it gets them from a pool, which each run begins anew.
@@ -15,10 +15,15 @@ constexpr std::size_t kMostBytes = std::size_t{1} << 14;
 
 alignas(std::max_align_t) std::array<std::byte, std::size_t{1} << 22> pool;
 std::size_t taken = 0;  // bytes of the pool
+bool is_run = false;
 
 }  // namespace
 
-void BeginRun() { taken = 0; }
+Run::Run() {
+  taken = 0;
+  is_run = true;
+}
+Run::~Run() { is_run = false; }
 
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
   const std::size_t rounded = (size + alignof(std::max_align_t)) & ~(alignof(std::max_align_t) - 1);
@@ -37,10 +42,10 @@ void operator delete(void* place) noexcept {
 void operator delete(void* place, std::size_t /*size*/) noexcept { operator delete(place); }
 
 void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
-  return size > kMostBytes ? nullptr : operator new(size, tag);
+  return is_run && size > kMostBytes ? nullptr : operator new(size, tag);
 }
 void* operator new[](std::size_t size) {
-  return size > kMostBytes ? throw std::bad_alloc() : operator new(size);
+  return is_run && size > kMostBytes ? throw std::bad_alloc() : operator new(size);
 }
 void operator delete[](void* place) noexcept { operator delete(place); }
 void operator delete[](void* place, std::size_t /*size*/) noexcept { operator delete(place); }
