@@ -74,7 +74,7 @@ ZRT_FUZZ([](Input input) {
   const std::uint8_t way = input.Byte();
   const std::string text = input.Rest();
   if (way != 't' && way != 'd') {
-    TryLines(FirstLines(text, turn == 0 ? 400 : 3));
+    TryLines(FirstLines(text, turn == 0 ? 400 : 1 + static_cast<int>(turn % 3)));
   } else if (text.find('\0') == std::string::npos) {
     TryName(way == 'd', text);
   }

@@ -42,8 +42,13 @@ Kind Watched(Kind kind) {
   return kind < std::size(kWatched) ? kWatched[kind] : kind;
 }
 
+Twins WithRowsInBlocksOf(int byte_count, const char* fuse_array) {
+  const BlockSize setting(byte_count);
+  return Twins(fuse_array);
+}
+
 std::string EvaluationsDiffer(Input input) {
-  static Twins scopes[] = {Twins(), Twins("FuseArray_TDI"), Twins("FuseArray_TDO")};
+  static Twins scopes[] = {Twins(), WithRowsInBlocksOf(4, "FuseArray_TDI"), Twins("FuseArray_TDO")};
   static Input numbers = input;
   static TextGenerator short_texts([] { return numbers.Byte(); }, 40);
   static TextGenerator long_texts([] { return numbers.Byte(); });
