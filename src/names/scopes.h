@@ -39,7 +39,8 @@ class NameBuffer {
 /// stands already. Else null. Lookups only read, so that the text need not be writable; it is the
 /// library itself that rewrites a name, and that one is copied (OverwriteWithFuseArrayIn()).
 inline char* NameInPlace(std::string_view name) {
-  return name.data()[name.size()] == '\0' ? const_cast<char*>(name.data()) : nullptr;
+  if (*(name.data() + name.size()) != '\0') return nullptr;
+  return const_cast<char*>(name.data());  // NOLINT(cppcoreguidelines-pro-type-const-cast)
 }
 
 /// The host's scopes, borrowed. Null scopes are skipped.

@@ -62,6 +62,7 @@ class Runs {
   };
 
   void Set(Kind kind) {
+    top_->value = Value{};
     top_->kind = kind;
     top_->code = kNoOperator;
     top_->has_value = false;
@@ -118,7 +119,7 @@ bool Sweep(Policy& policy, std::string_view text) {
 template <class Policy>
 bool Runs<Policy>::Read(std::string_view text, OperatorCode unary) {
   if (text.empty()) return false;
-  Value operand;
+  Value operand{};
   Value& value = top_->has_value ? operand : top_->value;
   if (policy_.Read(text, value) != kOk) return false;
   if constexpr (Policy::kHasUnaryPath) {
