@@ -9,6 +9,7 @@
 
 #include "fuzz.h"
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc,cppcoreguidelines-avoid-non-const-global-variables)
 namespace {
 
 constexpr std::size_t kMostBytes = std::size_t{1} << 14;
@@ -35,8 +36,9 @@ void* operator new(std::size_t size) {
   return place == nullptr ? throw std::bad_alloc() : place;
 }
 void operator delete(void* place) noexcept {
-  const bool is_of_pool = std::less_equal<void*>()(pool.data(), place) &&
-                          std::less<void*>()(place, pool.data() + pool.size());
+  const auto* const byte = static_cast<std::byte*>(place);
+  const bool is_of_pool =
+      std::less_equal<>()(pool.data(), byte) && std::less<>()(byte, pool.data() + pool.size());
   if (!is_of_pool) std::free(place);
 }
 void operator delete(void* place, std::size_t /*size*/) noexcept { operator delete(place); }
@@ -49,3 +51,4 @@ void* operator new[](std::size_t size) {
 }
 void operator delete[](void* place) noexcept { operator delete(place); }
 void operator delete[](void* place, std::size_t /*size*/) noexcept { operator delete(place); }
+// NOLINTEND(cppcoreguidelines-no-malloc,cppcoreguidelines-avoid-non-const-global-variables)
