@@ -165,7 +165,8 @@ void BitValue::Or(std::span<const std::uint8_t> bytes) {
 }
 
 // In the inline bytes slack is left at both ends. On the heap there is none: what grows again and
-// again is built with room (RebuildWithRoom).
+// again is built with room (RebuildWithRoom). What was cut to a few bytes there may grow by fewer
+// than a word has.
 void BitValue::MakeRoom(const Room& room) {
   if (Has(room)) return;
   const std::size_t size = stored_size();
@@ -176,9 +177,10 @@ void BitValue::MakeRoom(const Room& room) {
     first_ = first;
     return;
   }
-  auto heap = NewHeap(needed);
+  const std::size_t capacity = std::max(needed, kWordSize);
+  auto heap = NewHeap(capacity);
   std::memcpy(heap.get() + room.front, borrowed_ ? borrowed_ : buffer() + first_, size);
-  UseHeap(std::move(heap), needed);
+  UseHeap(std::move(heap), capacity);
   borrowed_ = nullptr;
   first_ = room.front;
 }

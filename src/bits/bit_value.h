@@ -41,8 +41,8 @@ constexpr void StoreWord(std::int32_t word, std::span<std::uint8_t> bytes) {
 /// kInlineSize stored bytes needs no allocation; a borrowed one stands unshifted. No invariant:
 /// bits above the bit length. They are never masked, here or elsewhere.
 ///
-/// Where a value of up to kWordSize bytes is built anew, it ends at that byte of its buffer,
-/// whatever stands in front of it: there one load reaches all of it.
+/// Where a value of up to kWordSize bytes is built anew, it ends at that byte of its buffer, which
+/// each buffer has, whatever stands in front of it: there one load reaches all of it.
 class BitValue {
  public:
   BitValue() noexcept = default;
