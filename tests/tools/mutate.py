@@ -160,25 +160,27 @@ class Tree:
         return hashlib.sha256(b"".join(map(pathlib.Path.read_bytes, objects))).digest()
 
     def run(self, *command, limit):
-        """What it prints, None if it fails; so does what never ends or takes all memory."""
+        """What it prints, None if it fails; so does what never ends or takes all memory. The limit
+        is in seconds of the processor's, so that a busy machine kills no mutant."""
         def limits():
             resource.setrlimit(resource.RLIMIT_AS, (4 << 30, 4 << 30))
+            resource.setrlimit(resource.RLIMIT_CPU, (limit, limit))
         try:
-            return subprocess.run(command, cwd=self.source, stdin=subprocess.DEVNULL, timeout=limit,
+            return subprocess.run(command, cwd=self.source, stdin=subprocess.DEVNULL, timeout=1800,
                                   env={**os.environ, **SETTINGS}, capture_output=True, check=True,
                                   preexec_fn=limits).stdout
         except (subprocess.TimeoutExpired, subprocess.CalledProcessError):
             return None
 
     def compile(self, target):
-        return self.run("ninja", "-C", self.build, "-j1", target, limit=1800) is not None
+        return self.run("ninja", "-C", self.build, "-j1", target, limit=600) is not None
 
     def test(self, names, limit):
         tests = self.program("zrt_tests"), "--gtest_brief=1", "--gtest_fail_fast"
         return self.run(*tests, f"--gtest_filter={names}", limit=limit) is not None
 
     def digest(self, *texts):
-        return self.run(self.program("zrt_digest"), *texts, limit=120)
+        return self.run(self.program("zrt_digest"), *texts, limit=20 if texts else 120)
 
     def killer(self):
         """The first group of tests that fails, from the quickest on."""
@@ -186,7 +188,7 @@ class Tree:
             return "few texts"
         if not self.compile("zrt_tests"):
             return "invalid"
-        if not self.test(f"-{SLOW_TESTS}", 300):
+        if not self.test(f"-{SLOW_TESTS}", 120):
             return "quick tests"
         if self.digest() != (self.source / "tests/digest.txt").read_bytes():
             return "digest"
