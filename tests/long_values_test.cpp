@@ -69,8 +69,8 @@ TEST(LongValues, AreTheSameWhereverTheyAreLaid) {
 // at every place, and cut in two at every place.
 TEST(LongValues, HexadecimalTextsOfEverySize) {
   World world;
-  const std::string digits = Repeated("0123456789ABCDEFABCDEF", 14), no_digits = "/:?G`g_\x7F\xB0 ";
-  std::string text(400, '\0');
+  const std::string digits = Repeated("0123456789ABCDEFABCDEF", 28), no_digits = "/:?G`g_\x7F\xB0 ";
+  std::string text(1400, '\0');
   const auto evaluate = [&](const std::string& given) {
     const int status = world.expression.GetBitStream(given.c_str(), text.data());
     return status == 0 ? text.substr(0, text.find('\0')) : std::to_string(status);
