@@ -77,6 +77,7 @@ class Replay : public Path {
   void Begin(const std::string& text, bool has_older_bytes, World& world) {
     *this = Replay();
     text_ = text;
+    index_ = {0, text.size()};
     has_older_bytes_ = has_older_bytes;
     world_ = &world;
   }
@@ -85,6 +86,12 @@ class Replay : public Path {
     Path::OnCut(event);
     Check(IsIn(event.piece), "piece");
     Check(IsIn(event.middle, event.piece), "middle");
+    // A piece is all of the text, or of an index, or what a cut that was told has left of another.
+    const auto holds = [&](const zrt::CutEvent& cut) {
+      return cut.by != zrt::CutEvent::By::kChain && IsIn(event.piece, cut.piece);
+    };
+    Check(IsIn(index_, event.piece) || std::ranges::any_of(cuts_, holds), "cut");
+    cuts_.push_back(event);
   }
   void OnOperand(const zrt::OperandEvent& event) noexcept override {
     Path::OnOperand(event);
@@ -185,6 +192,7 @@ class Replay : public Path {
   }
 
   std::string text_;
+  std::vector<zrt::CutEvent> cuts_;
   World* world_ = nullptr;
   bool has_older_bytes_ = false;
   zrt::Place index_;
