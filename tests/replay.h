@@ -108,7 +108,6 @@ class Replay : public Path {
   }
   void OnIndexBegin(zrt::Place name, zrt::Place index) noexcept override {
     Path::OnIndexBegin(name, index);
-    Check(IsIn(index), "index's place");
     index_ = index;
   }
   void OnIndexEnd(int status, int value) noexcept override {
@@ -124,10 +123,12 @@ class Replay : public Path {
     using Effect = zrt::OperatorEvent::Effect;
     Check(IsIn(event.place) && event.place.length == event.text.size(), "operator");
     Check(IsTold(event.left, event.left_value), "left side");
+    is_ignored_ = event.effect == Effect::kIgnored;
     const bool has_right = !event.is_unary && event.effect != Effect::kTrailing;
     Check(!has_right || IsTold(event.right, event.right_value), "right side");
   }
   void OnResult(zrt::ValueNumber number, const zrt::ValueView& value) noexcept override {
+    Check(!is_ignored_ || has_older_bytes_ || values_.at(number) == Show(value), "ignored");
     values_.at(number) = Show(value);
   }
   void OnUnread(zrt::Place place) noexcept override {
@@ -164,10 +165,9 @@ class Replay : public Path {
   }
   bool MeansWhatIsTold(const zrt::OperandEvent& event) const {
     using Event = zrt::OperandEvent;
-    constexpr Event::Literal kLiterals[] = {
-        Event::Literal::kNone,        Event::Literal::kBinary,      Event::Literal::kBinary,
-        Event::Literal::kHexadecimal, Event::Literal::kHexadecimal, Event::Literal::kFraction,
-        Event::Literal::kDecimal};
+    using enum Event::Literal;
+    constexpr Event::Literal kLiterals[] = {kNone,        kBinary,   kBinary, kHexadecimal,
+                                            kHexadecimal, kFraction, kDecimal};
     const std::string name = text_.substr(event.name.offset, event.name.length);
     const char* const data = event.scope == Event::Scope::kExternal ? "external_data"
                              : event.scope == Event::Scope::kLocal  ? "local_data"
@@ -194,7 +194,7 @@ class Replay : public Path {
   std::string text_;
   std::vector<zrt::CutEvent> cuts_;
   World* world_ = nullptr;
-  bool has_older_bytes_ = false;
+  bool has_older_bytes_ = false, is_ignored_ = false;
   zrt::Place index_;
   int index_status_ = 0, index_value_ = 0;
   std::vector<std::string> values_;  // by number
