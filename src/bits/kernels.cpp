@@ -92,14 +92,6 @@ ZRT_INLINE void JoinMovedUp(Bytes target, unsigned low_bit, ConstBytes source) {
 }
 
 template <class Operator>
-ZRT_INLINE void JoinInPlace(Bytes target, ConstBytes source) {
-  const std::size_t count = std::min(target.size(), source.size());
-  std::uint8_t* to = target.data() + target.size() - count;
-  const std::uint8_t* from = source.data() + source.size() - count;
-  for (std::size_t i = 0; i < count; ++i) Operator::Join(to[i], from[i]);
-}
-
-template <class Operator>
 ZRT_INLINE void JoinEach(Bytes target, ConstBytes left, ConstBytes right) {
   const std::size_t above = target.size() - right.size();
   if (target.data() != left.data() && above > 0) std::memcpy(target.data(), left.data(), above);
@@ -162,12 +154,14 @@ ZRT_WIDE void Lay(Bytes target, unsigned low_bit, ConstBytes source) {
 
 ZRT_WIDE void OrShifted(Bytes target, unsigned low_bit, ConstBytes source) {
   if (low_bit > 0) return JoinMovedUp<OrBits>(target, low_bit, source);
-  JoinInPlace<OrBits>(target, source);
+  const std::size_t count = std::min(target.size(), source.size());
+  std::uint8_t* const to = target.data() + target.size() - count;
+  const std::uint8_t* const from = source.data() + source.size() - count;
+  for (std::size_t i = 0; i < count; ++i) to[i] |= from[i];
 }
 
 ZRT_WIDE void AndShifted(Bytes target, unsigned low_bit, ConstBytes source) {
-  if (low_bit > 0) return JoinMovedUp<AndBits>(target, low_bit, source);
-  JoinInPlace<AndBits>(target, source);
+  JoinMovedUp<AndBits>(target, low_bit, source);
 }
 
 ZRT_WIDE void And(Bytes target, ConstBytes left, ConstBytes right) {
