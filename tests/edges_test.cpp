@@ -64,14 +64,13 @@ TEST(Edges, ARebuiltValueFillsItsBuffer) {
 TEST(Edges, FloatLiteralsBeyondADouble) {
   const auto zeros = [](std::size_t count) { return std::string(count, '0'); };
   const std::pair<std::string, float> rows[] = {
-      {"1" + zeros(400),                      INFINITY},
-      {"1" + zeros(700) + "e-298",            INFINITY},
-      {"1" + zeros(700) + "e-690",            1e10F   },
-      {"1" + zeros(700) + "e-1100",           0       },
-      {zeros(700) + "1e-400",                 0       },
-      {"0." + zeros(400) + "1",               0       },
-      {"1e-999" + zeros(400),                 0       },
-      {"1" + zeros(400) + "e-9" + zeros(400), 0       },
+      {"1" + zeros(400),            INFINITY},
+      {"1" + zeros(700) + "e-298",  INFINITY},
+      {"1" + zeros(700) + "e-690",  1e10F   },
+      {"1" + zeros(700) + "e-1100", 0       },
+      {zeros(700) + "1e-400",       0       },
+      {"0." + zeros(400) + "1",     0       },
+      {"1e-999" + zeros(400),       0       },
   };
   for (const auto& [text, value] : rows) {
     float result = 77;

@@ -148,7 +148,6 @@ TEST(Streams, AreToldAsTexts) {
   for (const Row& row : {
            Row{"/0",                      "/0"                     },
            Row{"5A/-3",                   "/0"                     },
-           Row{"5A/8",                    "5A/8"                   },
            Row{"FABC/12",                 "0ABC/12"                },
            Row{"AB/21",                   "0000AB/21"              },
            Row{"EEFF5A/9",                "015A/9"                 },
