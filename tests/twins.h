@@ -213,26 +213,16 @@ class Twins : public Evaluator {
   /// Takes scopes away: bit 0 the local tokens, then the global ones, then external, local and
   /// global data.
   void TakeAway(unsigned scopes) {
-    if ((scopes & 1U) != 0) {
-      expression.SetLocalTokenTree(nullptr);
-      scope_.local_tokens.swap(taken_.local_tokens);
-    }
-    if ((scopes & 2U) != 0) {
-      expression.SetGlobalTokenTree(nullptr);
-      scope_.global_tokens.swap(taken_.global_tokens);
-    }
-    if ((scopes & 4U) != 0) {
-      expression.SetExternalZRTData(nullptr);
-      scope_.external_data.swap(taken_.external_data);
-    }
-    if ((scopes & 8U) != 0) {
-      expression.SetLocalZRTData(nullptr);
-      scope_.local_data.swap(taken_.local_data);
-    }
-    if ((scopes & 16U) != 0) {
-      expression.SetGlobalZRTData(nullptr);
-      scope_.global_data.swap(taken_.global_data);
-    }
+    const auto take = [&](unsigned bit, auto set, auto part) {
+      if ((scopes & bit) == 0) return;
+      (expression.*set)(nullptr);
+      (scope_.*part).swap(taken_.*part);
+    };
+    take(1, &ZRTExpression::SetLocalTokenTree, &reference::Scope::local_tokens);
+    take(2, &ZRTExpression::SetGlobalTokenTree, &reference::Scope::global_tokens);
+    take(4, &ZRTExpression::SetExternalZRTData, &reference::Scope::external_data);
+    take(8, &ZRTExpression::SetLocalZRTData, &reference::Scope::local_data);
+    take(16, &ZRTExpression::SetGlobalZRTData, &reference::Scope::global_data);
   }
 
   /// Of the texts that were compared, and how many were not.
