@@ -62,20 +62,25 @@ TEST(Edges, ARebuiltValueFillsItsBuffer) {
 
 // Beyond what a double holds it is told from the digits alone which way a literal left it.
 TEST(Edges, FloatLiteralsBeyondADouble) {
-  const auto zeros = [](std::size_t count) { return std::string(count, '0'); };
-  const std::pair<std::string, float> rows[] = {
-      {"1" + zeros(400),            INFINITY},
-      {"1" + zeros(700) + "e-298",  INFINITY},
-      {"1" + zeros(700) + "e-690",  1e10F   },
-      {"1" + zeros(700) + "e-1100", 0       },
-      {zeros(700) + "1e-400",       0       },
-      {"0." + zeros(400) + "1",     0       },
-      {"1e-999" + zeros(400),       0       },
+  struct Row {
+    const char* begin;
+    std::size_t zeros;
+    const char* end;
+    float value;
   };
-  for (const auto& [text, value] : rows) {
+  for (const Row& row : {
+           Row{"1",      400, "",       INFINITY},
+           Row{"1",      700, "e-298",  INFINITY},
+           Row{"1",      700, "e-690",  1e10F   },
+           Row{"1",      700, "e-1100", 0       },
+           Row{"",       700, "1e-400", 0       },
+           Row{"0.",     400, "1",      0       },
+           Row{"1e-999", 400, "",       0       },
+  }) {
+    const std::string text = row.begin + std::string(row.zeros, '0') + row.end;
     float result = 77;
     EXPECT_EQ(ZRTExpression().GetFloatOperand(text.c_str(), &result), 0);
-    EXPECT_EQ(result, value) << text;
+    EXPECT_EQ(result, row.value) << text;
   }
 }
 
