@@ -66,8 +66,7 @@ struct AndBits {
 };
 
 // Target and source end at the same byte. The source's lowest byte has a neighbour below it, and
-// its topmost one above it, of the operator's neutral bits. Written upward in memory, as caches
-// expect it.
+// its topmost one above it, of the operator's neutral bits.
 template <class Operator>
 ZRT_INLINE void JoinMovedUp(Bytes target, unsigned low_bit, ConstBytes source) {
   const MovedUp moved(low_bit);
@@ -227,7 +226,6 @@ ZRT_WIDE void NegateEach(Bytes target, ConstBytes source) {
   for (std::size_t i = 0; i < target.size(); ++i) target[i] = source[i] == 0 ? 1 : 0;
 }
 
-// Targets are written upward, as caches expect it.
 ZRT_WIDE void Mirror(Bytes target, ConstBytes source) {
   if (target.data() == source.data()) return MirrorInPlace(target);
   const std::uint8_t* from = source.data() + source.size();
@@ -242,7 +240,8 @@ ZRT_WIDE void Mirror(Bytes target, ConstBytes source) {
 }
 
 // What is laid already is laid again: twice as much each time, until it is a piece that stays in
-// the cache while it is copied.
+// the cache while it is copied. Upward: the other way takes twice as long where the target is in no
+// cache.
 void Repeat(Bytes bytes, std::size_t period) {
   constexpr std::size_t kLargestPiece = 8192;  // bytes
   if (bytes.size() <= period) return;

@@ -23,8 +23,9 @@ enum class GroupNegation : std::uint8_t {
 ///
 /// and a policy, which derives from its kind, adds how values are kept, read and computed:
 ///
-///   Value                        the type of a value: default-constructible and movable Read(text,
-///   value)            reads one operand. On failure `value` is what it leaves in the
+///   Value                        the type of a value: default-constructible and movable
+///
+///   Read(text, value)            reads one operand. On failure `value` is what it leaves in the
 ///                                result of a chain that begins with it: of a field without a row
 ///                                left no bytes, but the bit length told for the row
 ///   Apply(value, code, operand)  a binary operator, in place; the operand may be used up
