@@ -30,6 +30,7 @@ class SmallStack {
   }
 
   [[nodiscard]] bool empty() const { return top_ == begin_; }  // only the inline one is ever empty
+  [[nodiscard]] bool is_full() const { return top_ == end_; }  // more elements take more memory
   T& Top() { return top_[-1]; }
 
   /// The element that lies `depth` below the top one, at most kInlineCount.

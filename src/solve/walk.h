@@ -33,7 +33,7 @@ class Walk : private WalkSteps<Policy> {
  private:
   using Steps = WalkSteps<Policy>;
   using Steps::Apply, Steps::ApplyUnary, Steps::Chain;
-  using Steps::policy_, Steps::text_, Steps::watch, Steps::Part, Steps::RefusesShift;
+  using Steps::policy_, Steps::text_, Steps::watch, Steps::Part;
   using Steps::TellOperator, Steps::TellOutcome, Steps::TellUnread;
   using typename Steps::Does;
   using typename Steps::Solved;
@@ -57,6 +57,7 @@ class Walk : private WalkSteps<Policy> {
       // Around a unary operator, the first one of a text without groups.
       {Side::kLeft, RuledOut::kGroupsAndUnary}, {Side::kRight, RuledOut::kGroups}, {},
       // Around a group, the first one of its text.
+      {Side::kRight, RuledOut::kNothing}, {Side::kLeft, RuledOut::kGroups}, {},
       {Side::kRight, RuledOut::kNothing}, {Side::kLeft, RuledOut::kGroups}, {},
   };
   // clang-format on
@@ -85,6 +86,12 @@ class Walk : private WalkSteps<Policy> {
     bool is_there = false;
   };
 
+  // The middle of a level that lies above `inner_count` inner groups.
+  std::uint32_t MiddleOf(const Level& level, std::size_t inner_count) {
+    return level.is_inner() ? inner_groups_.Below(inner_count) : frames_.Top().middle_mark;
+  }
+  Frame InnerFrame();
+
   ZRTStatus OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out);
   ZRTStatus NextSide(Task& task);
   ZRTStatus Combine();
@@ -101,7 +108,10 @@ class Walk : private WalkSteps<Policy> {
                          std::uint32_t& middle);
 
   SmallStack<Level, 64> levels_;
-  SmallStack<Frame, 64> frames_;  // of those that have sides left to cut
+  // Of the levels that have sides left to cut. Of inner groups, the mark alone is enough: they are
+  // kept so where a frame would take more memory.
+  SmallStack<Frame, 64> frames_;
+  SmallStack<std::uint32_t, 64> inner_groups_;
   SmallStack<Solved, 64> values_;
 };
 
@@ -189,13 +199,14 @@ ZRTStatus Walk<Policy>::SolveFrom(Cut cut) {
 template <class Policy>
 ZRTStatus Walk<Policy>::OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out) {
   if (cut.shape == Shape::kGroup) return OpenGroup(piece, cut.mark);
-  if (!Policy::kHasUnaryPath) {
+  if constexpr (Policy::kHasUnaryPath) {
+    OpenUnary(piece, cut.mark);
+    ruled_out = Policy::kUnaryOperandIsExpression ? RuledOut::kGroups : RuledOut::kGroupsAndUnary;
+    return kOk;
+  } else {
     const std::uint32_t position = text_.PositionOf(cut.mark);
     return watch()->Fail(ErrInvalidOperator, Part(position, position + 1));
   }
-  OpenUnary(piece, cut.mark);
-  ruled_out = Policy::kUnaryOperandIsExpression ? RuledOut::kGroups : RuledOut::kGroupsAndUnary;
-  return kOk;
 }
 
 template <class Policy>
@@ -207,11 +218,14 @@ ZRTStatus Walk<Policy>::OpenGroup(Piece& piece, std::uint32_t open_mark) {
   watch()->Cut(CutEvent::By::kGroup, ViewOf(text_, piece), Part(open, close + 1));
   // A group alone in its piece needs no level, but for the outermost one, which delivers.
   if (open != piece.begin || close + 1 != piece.end || levels_.empty()) {
-    levels_.Push().turn = Turn::kRightOfGroup;
-    Frame& frame = frames_.Push();
-    frame.piece = piece;
-    frame.middle_mark = open_mark;
-    frame.right_mark = close_mark + 1;
+    const bool is_inner = frames_.is_full() && levels_.Top().is_inside_group() &&
+                          piece.first_mark == MiddleOf(levels_.Top(), 0) + 1;
+    levels_.Push().turn = is_inner ? Turn::kRightOfInnerGroup : Turn::kRightOfGroup;
+    if (is_inner) {
+      inner_groups_.Push() = open_mark;
+    } else {
+      frames_.Push() = {piece, open_mark, close_mark + 1};
+    }
   }
   piece = {open + 1, close, open_mark + 1, close_mark};
   return kOk;
@@ -248,13 +262,23 @@ void Walk<Policy>::OpenUnary(Piece& piece, std::uint32_t unary_mark) {
   watch()->Cut(CutEvent::By::kUnary, ViewOf(text_, frame.piece), Part(unary, piece.end));
 }
 
+template <class Policy>
+WalkFrame Walk<Policy>::InnerFrame() {
+  const std::uint32_t middle = inner_groups_.Top();
+  const std::uint32_t open = MiddleOf(levels_.Below(1), 1);
+  const std::uint32_t close = text_.MatchOf(open);
+  const Piece piece{text_.PositionOf(open) + 1, text_.PositionOf(close), open + 1, close};
+  return {piece, middle, text_.MatchOf(middle) + 1};
+}
+
 // The top level has got a value: cuts its next side, if there is one. What is needed for that goes
 // with the last one, so that right sides within right sides, as in (1)+(2)+(3), take little memory.
 template <class Policy>
 ZRTStatus Walk<Policy>::NextSide(Task& task) {
   Level& level = levels_.Top();
   if (level.is_done()) return kOk;
-  const Frame& frame = frames_.Top();
+  Frame inner;
+  const Frame& frame = level.is_inner() ? (inner = InnerFrame()) : frames_.Top();
   if constexpr (Policy::kHasUnaryPath) {
     if (level.turn == Turn::kLeftOfUnary) {
       ApplyUnary(values_.Top(), OperatorAt(text_, frame.piece, frame.middle_mark));
@@ -272,7 +296,9 @@ ZRTStatus Walk<Policy>::NextSide(Task& task) {
   }
   const bool begins_with_middle = text_.PositionOf(frame.middle_mark) == frame.piece.begin;
   if (level.turn == Turn::kLeftOfGroup && begins_with_middle) level.turn = Turn::kGroupIsDone;
-  if (level.is_done()) frames_.Drop();
+  if (level.turn == Turn::kLeftOfInnerGroup && begins_with_middle)
+    level.turn = Turn::kInnerGroupIsDone;
+  if (level.is_done()) level.is_inner() ? inner_groups_.Drop() : frames_.Drop();
   return kOk;
 }
 
@@ -290,7 +316,9 @@ ZRTStatus Walk<Policy>::CutRight(const Frame& frame, Level& level, Piece& side) 
   if (right.empty()) return kOk;
   const FoundOperator found = OperatorAtStart(text_, right);
   if (!found.is_there()) return watch()->Fail(ErrMisplacedOperator, Part(right.begin, right.begin));
-  if (RefusesShift(found)) return watch()->Fail(ErrInvalidOperator, Part(found));
+  if constexpr (Policy::kRefusesShifts) {
+    if (IsShift(found.code())) return watch()->Fail(ErrInvalidOperator, Part(found));
+  }
   level.right_code = found.code();
   if constexpr (kIsWatched<Watch>) level.operators.right = found.position;
   side = PieceBehind(text_, right, found);

@@ -24,6 +24,10 @@ enum class Turn : std::uint8_t {
   kRightOfGroup,
   kLeftOfGroup,
   kGroupIsDone,
+  // The same for one whose piece is all that stands inside the group of the level below.
+  kRightOfInnerGroup,
+  kLeftOfInnerGroup,
+  kInnerGroupIsDone,
 };
 
 /// Long texts have millions of levels, so they are kept small.
@@ -35,9 +39,11 @@ struct WalkLevel {
   [[no_unique_address]] IfWatched<Watch, SidePositions> operators;
 
   [[nodiscard]] bool is_group() const { return turn >= Turn::kRightOfGroup; }
-  [[nodiscard]] bool is_done() const {
-    return turn == Turn::kUnaryIsDone || turn == Turn::kGroupIsDone;
+  [[nodiscard]] bool is_inner() const { return turn >= Turn::kRightOfInnerGroup; }
+  [[nodiscard]] bool is_inside_group() const {
+    return turn == Turn::kRightOfGroup || turn == Turn::kRightOfInnerGroup;
   }
+  [[nodiscard]] bool is_done() const { return static_cast<std::uint8_t>(turn) % 3 == 2; }
   [[nodiscard]] bool has_left() const { return left_code != kNoOperator; }
   [[nodiscard]] bool has_right() const { return right_code != kNoOperator; }
 

@@ -53,10 +53,6 @@ class WalkSteps {
   }
   [[nodiscard]] Watch watch() const { return policy_.watch(); }
 
-  static bool RefusesShift(const FoundOperator& found) {
-    return Policy::kRefusesShifts && found.is_there() && IsShift(found.code());
-  }
-
   // The walk, which alone stands on these steps, works on both as well.
   Policy& policy_;          // NOLINT(misc-non-private-member-variables-in-classes)
   const MarkedText& text_;  // NOLINT(misc-non-private-member-variables-in-classes)
@@ -79,7 +75,10 @@ template <class Policy>
   if (status != kOk) return watch()->FailOperand(status);
   if constexpr (kIsWatched<Watch>)
     operand.number = watch()->EndOperand(policy_.Show(operand.value));
-  return RefusesShift(found) ? watch()->Fail(ErrInvalidOperator, Part(found)) : status;
+  if constexpr (Policy::kRefusesShifts) {
+    if (IsShift(found.code())) return watch()->Fail(ErrInvalidOperator, Part(found));
+  }
+  return kOk;
 }
 
 template <class Policy>
