@@ -137,7 +137,7 @@ inline constexpr std::array<CharEntry, 256> kChars = MakeCharTable();
 constexpr std::array<bool, 256> MakeOperandTable() {
   std::array<bool, 256> table{};
   for (std::size_t c = 0; c < table.size(); ++c) {
-    table[c] = kChars[c].char_class == CharClass::kPlain && c != ' ';
+    table[c] = kChars[c].char_class == CharClass::kPlain && c != ' ' && c != '\0';
   }
   return table;
 }
@@ -149,7 +149,7 @@ constexpr const CharEntry& EntryOf(char c) {
 }
 constexpr CharClass ClassOf(char c) { return EntryOf(c).char_class; }
 
-/// Whether `c` ends no name or literal: no blank, and nothing to a scan.
+/// Whether `c` ends no name or literal: no blank, not the end, and nothing to a scan.
 constexpr bool IsOfOperands(char c) {
   return operator_table::kOfOperands[static_cast<unsigned char>(c)];
 }

@@ -10,7 +10,9 @@
 
 namespace zrt {
 
-/// A place in a text. Small enough to live in registers, which is why nothing here hands on `this`.
+/// A place in a text. Behind the text stands what no operand and no operator holds: the NUL of a
+/// whole text, the "]" of an index. So the end needs no looking at but where brackets are. Small
+/// enough to live in registers, which is why nothing here hands on `this`.
 class PlainText {
  public:
   PlainText(std::string_view text, bool for_bits)
@@ -18,14 +20,14 @@ class PlainText {
 
   [[nodiscard]] bool is_read() const { return at_ == end_; }
 
-  /// The next character; at the end one that nothing begins with.
-  [[nodiscard]] char Next() const { return at_ < end_ ? *at_ : '\0'; }
+  /// The next character; at the end the one behind the text.
+  [[nodiscard]] char Next() const { return *at_; }
   void Skip() { ++at_; }
 
   /// A unary operator with the blanks behind it, or kNoOperator.
   OperatorCode TakeUnary() {
     const char c = Next();
-    if (!IsUnary(c, for_bits_)) return kNoOperator;
+    if (IsOfOperands(c) || !IsUnary(c, for_bits_)) return kNoOperator;
     ++at_;
     SkipBlanks();
     return EntryOf(c).code;
@@ -34,7 +36,7 @@ class PlainText {
   /// A name with its index, or a literal. Empty if there is none.
   std::string_view TakeOperand() {
     const char* const begin = at_;
-    while (at_ < end_ && IsOfOperands(*at_)) ++at_;
+    while (IsOfOperands(Next())) ++at_;
     if (Next() == '[') at_ = EndOfIndex(at_, end_, for_bits_);
     return at_ ? std::string_view(begin, static_cast<std::size_t>(at_ - begin)) : "";
   }

@@ -32,12 +32,26 @@ class Runs {
   /// of a unary operand, up to a group: ~1-2-3 is ~1-(2-3), but ~1-2-(3) is (~1-2)-(3).
   enum class Kind : std::uint8_t { kText, kGroup, kRightOfGroup, kRightOfUnary };
 
-  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the runs, see there
-  explicit Runs(Policy& policy) : policy_(policy) { Set(Kind::kText); }
+  struct Run {
+    Value value;
+    Kind kind;
+    OperatorCode code;
+    bool has_value;
+  };
+  static constexpr std::size_t kMostRuns = 64;
+
+  /// The runs' memory, an object of its own: as values are read into it, the compiler could not
+  /// keep in a register what stands beside it. Left uninitialised, which would cost time.
+  using Memory = std::array<Run, kMostRuns>;
+
+  Runs(Policy& policy, Memory& memory)
+      : policy_(policy), top_(memory.data()), last_(&memory.back()) {
+    Set(Kind::kText);
+  }
 
   /// Begins a run, above one whose operator waits for its value. False if there are too many.
   bool Begin(Kind kind) {
-    if (top_ == &runs_.back()) return false;
+    if (top_ == last_) return false;
     ++top_;
     Set(kind);
     return true;
@@ -54,13 +68,6 @@ class Runs {
   bool Finish(bool is_cut);
 
  private:
-  struct Run {
-    Value value;
-    Kind kind;
-    OperatorCode code;
-    bool has_value;
-  };
-
   void Set(Kind kind) {
     top_->value = Value{};
     top_->kind = kind;
@@ -82,11 +89,9 @@ class Runs {
     return true;
   }
 
-  static constexpr std::size_t kMostRuns = 64;
-
   Policy& policy_;
-  std::array<Run, kMostRuns> runs_;  // left uninitialised: it would cost time
-  Run* top_ = runs_.data();
+  Run* top_;
+  Run* last_;
 };
 
 /// Solves a whole text by a policy such as the walk's, of whose values reading changes nothing.
@@ -96,7 +101,8 @@ template <class Policy>
 bool Sweep(Policy& policy, std::string_view text) {
   using Kind = typename Runs<Policy>::Kind;
   PlainText rest(text, Policy::kReversesBits);
-  Runs<Policy> runs(policy);
+  typename Runs<Policy>::Memory memory;  // NOLINT(*-member-init)
+  Runs<Policy> runs(policy, memory);
   for (;;) {
     for (; rest.Next() == '('; rest.Skip()) {
       if (!runs.OpenGroup()) return false;
