@@ -44,8 +44,7 @@ class Runs {
   /// keep in a register what stands beside it. Left uninitialised, which would cost time.
   using Memory = std::array<Run, kMostRuns>;
 
-  Runs(Policy& policy, Memory& memory)
-      : policy_(policy), top_(memory.data()), last_(&memory.back()) {
+  Runs(Policy& policy, Memory& runs) : policy_(policy), top_(runs.data()), last_(&runs.back()) {
     Set(Kind::kText);
   }
 
@@ -101,8 +100,8 @@ template <class Policy>
 bool Sweep(Policy& policy, std::string_view text) {
   using Kind = typename Runs<Policy>::Kind;
   PlainText rest(text, Policy::kReversesBits);
-  typename Runs<Policy>::Memory memory;  // NOLINT(*-member-init)
-  Runs<Policy> runs(policy, memory);
+  typename Runs<Policy>::Memory room;  // NOLINT(*-member-init)
+  Runs<Policy> runs(policy, room);
   for (;;) {
     for (; rest.Next() == '('; rest.Skip()) {
       if (!runs.OpenGroup()) return false;

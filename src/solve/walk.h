@@ -72,7 +72,7 @@ class Walk : private WalkSteps<Policy> {
   using Frame = WalkFrame;
   using Level = WalkLevel<Watch>;
 
-  Walk(Policy& policy, const MarkedText& text) : Steps(policy, text) {}
+  Walk(Policy& policy, const MarkedText& text) : Steps(policy, text), frames_(text) {}
 
   ZRTStatus SolveFrom(Cut cut);
 
@@ -86,12 +86,6 @@ class Walk : private WalkSteps<Policy> {
     bool is_there = false;
   };
 
-  // The middle of a level that lies above `inner_count` inner groups.
-  std::uint32_t MiddleOf(const Level& level, std::size_t inner_count) {
-    return level.is_inner() ? inner_groups_.Below(inner_count) : frames_.Top().middle_mark;
-  }
-  Frame InnerFrame();
-
   ZRTStatus OpenMiddle(Piece& piece, Cut cut, RuledOut& ruled_out);
   ZRTStatus NextSide(Task& task);
   ZRTStatus Combine();
@@ -99,6 +93,12 @@ class Walk : private WalkSteps<Policy> {
   // Open a level for a cut and leave in `piece` the text inside: a group's, or a unary operand.
   ZRTStatus OpenGroup(Piece& piece, std::uint32_t open_mark);
   void OpenUnary(Piece& piece, std::uint32_t unary_mark);
+
+  // Whether a piece is all that stands inside the group of a level.
+  bool IsInsideGroup(const Level& level, const Piece& piece) {
+    return level.is_inside_group() &&
+           piece.first_mark == frames_.MiddleBelow(0, level.is_inner()) + 1;
+  }
 
   // Cut a side of the top level into `side` and note its operator; one that is empty is no failure
   // and not there.
@@ -108,10 +108,7 @@ class Walk : private WalkSteps<Policy> {
                          std::uint32_t& middle);
 
   SmallStack<Level, 64> levels_;
-  // Of the levels that have sides left to cut. Of inner groups, the mark alone is enough: they are
-  // kept so where a frame would take more memory.
-  SmallStack<Frame, 64> frames_;
-  SmallStack<std::uint32_t, 64> inner_groups_;
+  WalkFrames frames_;
   SmallStack<Solved, 64> values_;
 };
 
@@ -218,11 +215,10 @@ ZRTStatus Walk<Policy>::OpenGroup(Piece& piece, std::uint32_t open_mark) {
   watch()->Cut(CutEvent::By::kGroup, ViewOf(text_, piece), Part(open, close + 1));
   // A group alone in its piece needs no level, but for the outermost one, which delivers.
   if (open != piece.begin || close + 1 != piece.end || levels_.empty()) {
-    const bool is_inner = frames_.is_full() && levels_.Top().is_inside_group() &&
-                          piece.first_mark == MiddleOf(levels_.Top(), 0) + 1;
+    const bool is_inner = frames_.is_full() && IsInsideGroup(levels_.Top(), piece);
     levels_.Push().turn = is_inner ? Turn::kRightOfInnerGroup : Turn::kRightOfGroup;
     if (is_inner) {
-      inner_groups_.Push() = open_mark;
+      frames_.PushInner(open_mark);
     } else {
       frames_.Push() = {piece, open_mark, close_mark + 1};
     }
@@ -262,43 +258,32 @@ void Walk<Policy>::OpenUnary(Piece& piece, std::uint32_t unary_mark) {
   watch()->Cut(CutEvent::By::kUnary, ViewOf(text_, frame.piece), Part(unary, piece.end));
 }
 
-template <class Policy>
-WalkFrame Walk<Policy>::InnerFrame() {
-  const std::uint32_t middle = inner_groups_.Top();
-  const std::uint32_t open = MiddleOf(levels_.Below(1), 1);
-  const std::uint32_t close = text_.MatchOf(open);
-  const Piece piece{text_.PositionOf(open) + 1, text_.PositionOf(close), open + 1, close};
-  return {piece, middle, text_.MatchOf(middle) + 1};
-}
-
 // The top level has got a value: cuts its next side, if there is one. What is needed for that goes
 // with the last one, so that right sides within right sides, as in (1)+(2)+(3), take little memory.
 template <class Policy>
 ZRTStatus Walk<Policy>::NextSide(Task& task) {
   Level& level = levels_.Top();
   if (level.is_done()) return kOk;
-  Frame inner;
-  const Frame& frame = level.is_inner() ? (inner = InnerFrame()) : frames_.Top();
+  const bool is_inner = level.is_inner();
+  const Frame frame = frames_.Top(is_inner, is_inner && levels_.Below(1).is_inner());
   if constexpr (Policy::kHasUnaryPath) {
     if (level.turn == Turn::kLeftOfUnary) {
       ApplyUnary(values_.Top(), OperatorAt(text_, frame.piece, frame.middle_mark));
     }
   }
   while (!level.is_done() && !task.is_there) {
-    const auto turn = static_cast<std::uint8_t>(level.turn);
-    level.turn = static_cast<Turn>(turn + 1);
-    const bool is_right = kTurns[turn].side == Side::kRight;
+    const SideTurn turn = kTurns[static_cast<std::uint8_t>(level.turn)];
+    level.GoOn();
+    const bool is_right = turn.side == Side::kRight;
     const ZRTStatus status =
         is_right ? CutRight(frame, level, task.piece) : CutLeft(frame, level, task.piece);
     if (status != kOk) return status;
     task.is_there = is_right ? level.has_right() : level.has_left();
-    task.ruled_out = kTurns[turn].ruled_out;
+    task.ruled_out = turn.ruled_out;
   }
   const bool begins_with_middle = text_.PositionOf(frame.middle_mark) == frame.piece.begin;
-  if (level.turn == Turn::kLeftOfGroup && begins_with_middle) level.turn = Turn::kGroupIsDone;
-  if (level.turn == Turn::kLeftOfInnerGroup && begins_with_middle)
-    level.turn = Turn::kInnerGroupIsDone;
-  if (level.is_done()) level.is_inner() ? inner_groups_.Drop() : frames_.Drop();
+  if (level.is_left_of_group() && begins_with_middle) level.GoOn();
+  if (level.is_done()) frames_.Drop(is_inner);
   return kOk;
 }
 

@@ -6,6 +6,7 @@
 
 #include "scan/marks.h"
 #include "scan/operator_scan.h"
+#include "solve/small_stack.h"
 #include "solve/watch.h"
 
 namespace zrt {
@@ -43,7 +44,11 @@ struct WalkLevel {
   [[nodiscard]] bool is_inside_group() const {
     return turn == Turn::kRightOfGroup || turn == Turn::kRightOfInnerGroup;
   }
+  [[nodiscard]] bool is_left_of_group() const {
+    return turn == Turn::kLeftOfGroup || turn == Turn::kLeftOfInnerGroup;
+  }
   [[nodiscard]] bool is_done() const { return static_cast<std::uint8_t>(turn) % 3 == 2; }
+  void GoOn() { turn = static_cast<Turn>(static_cast<std::uint8_t>(turn) + 1); }
   [[nodiscard]] bool has_left() const { return left_code != kNoOperator; }
   [[nodiscard]] bool has_right() const { return right_code != kNoOperator; }
 
@@ -69,5 +74,42 @@ struct WalkFrame {
   std::uint32_t right_mark = kNoMark;  // first of the right text; behind a group's ")"
 };
 static_assert(sizeof(WalkFrame) == 28);
+
+/// The frames of those open levels that have sides left to cut. Of an inner group the mark of its
+/// "(" alone is kept, since the rest follows from the group around it, that of the level below.
+class WalkFrames {
+ public:
+  explicit WalkFrames(const MarkedText& text) : text_(text) {}
+
+  WalkFrame& Push() { return frames_.Push(); }
+
+  /// Whether a frame would take more memory, so that inner groups are worth telling apart.
+  [[nodiscard]] bool is_full() const { return frames_.is_full(); }
+  void PushInner(std::uint32_t open_mark) { inner_groups_.Push() = open_mark; }
+
+  /// The middle of the level that lies so many inner groups below the top one.
+  std::uint32_t MiddleBelow(std::size_t inner_count, bool is_inner) {
+    return is_inner ? inner_groups_.Below(inner_count) : frames_.Top().middle_mark;
+  }
+
+  /// The frame of the top level. `is_inner`: of that level, and of the one below it.
+  WalkFrame Top(bool is_inner, bool is_inside_inner) {
+    if (!is_inner) return frames_.Top();
+    const std::uint32_t open = MiddleBelow(1, is_inside_inner);
+    const std::uint32_t close = text_.MatchOf(open);
+    const std::uint32_t middle = inner_groups_.Top();
+    return {
+        {text_.PositionOf(open) + 1, text_.PositionOf(close), open + 1, close},
+        middle,
+        text_.MatchOf(middle) + 1
+    };
+  }
+  void Drop(bool is_inner) { is_inner ? inner_groups_.Drop() : frames_.Drop(); }
+
+ private:
+  const MarkedText& text_;
+  SmallStack<WalkFrame, 64> frames_;
+  SmallStack<std::uint32_t, 64> inner_groups_;
+};
 
 }  // namespace zrt
