@@ -68,6 +68,41 @@ TEST_F(Reference, ShortTexts) {
   }
 }
 
+// Groups within groups, deeper than a walk has places for, with and without something on their
+// sides. Where they stand directly inside one another, the walk remembers less of them.
+TEST_F(Reference, DeepTexts) {
+  constexpr const char* kAround[][2] = {
+      {"(",     ")"    },
+      {"(",     ")+1"  },
+      {"7-(",   ")"    },
+      {"2*(",   ") - 3"},
+      {"(2)-(", ")+3"  },
+      {"((",    ")+5)" },
+      {"!(",    ")"    },
+      {"~(",    ")"    },
+      {"~1+(",  ")"    },
+      {"1+2 (", ")+(4)"},
+      {"(",     ")@#1" },
+      {"#1@(",  ")"    },
+      {"#1@ (", ")@n"  },
+  };
+  constexpr std::size_t kOfKinds[] = {6, 10, std::size(kAround)};  // of floats, integers, bits
+  std::mt19937_64 random(11);
+  int value_count = 0;
+  for (int i = 0; i < 600 && !HasFailure(); ++i) {
+    std::string text = "3";
+    for (std::uint64_t level = 60 + random() % 140; level > 0; --level) {
+      const auto& around = kAround[random() % kOfKinds[i % 3]];
+      text = around[0] + text + around[1];
+    }
+    Compare(text);
+    if (int value = 0; all_twins[0].expression.GetIntegerOperand(text.c_str(), &value) == 0) {
+      ++value_count;
+    }
+  }
+  EXPECT_GT(value_count, 200);
+}
+
 // A host need not hand in all scopes. The names are some that several scopes have, and one of more
 // bytes than a value keeps in itself.
 TEST_F(Reference, ScopesThatAreMissing) {
