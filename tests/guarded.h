@@ -22,8 +22,11 @@ class GuardedRoom {
   GuardedRoom& operator=(const GuardedRoom&) = delete;
   ~GuardedRoom() { munmap(start_, kSize + kGuard); }
 
-  /// The last so many bytes of the room.
-  char* Last(std::size_t byte_count) { return start_ + kSize - byte_count; }
+  /// The last so many bytes of the room. Throws std::bad_alloc if it has fewer.
+  char* Last(std::size_t byte_count) {
+    if (byte_count > kSize) throw std::bad_alloc();
+    return start_ + kSize - byte_count;
+  }
 
   /// A copy of `text` up to its first NUL, which ends at the room's end.
   char* Put(const std::string& text) {

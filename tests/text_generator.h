@@ -56,8 +56,8 @@ class TextGenerator {
     std::vector<std::vector<const Word*>> alternatives;
   };
 
-  // There are three replications at most, by less than ten. Beside a group or a unary operator the
-  // count may be all the rest.
+  // There are three replications at most, by less than ten, not by 0x1, which is 2 to the power 24.
+  // Beside a group or a unary operator the count may be all the rest.
   static bool IsBounded(const std::string& text) {
     const bool is_flat = text.find_first_of("(~!$") == std::string::npos;
     const auto is_digit = [](char c) { return c >= '0' && c <= '9'; };
@@ -66,7 +66,7 @@ class TextGenerator {
       i = std::min(text.find_first_not_of(' ', i + 1), text.size());
       if (count == 3 || !is_digit(text.c_str()[i])) return false;
       const char next = text.c_str()[i + 1];
-      if (is_digit(next) || (!is_flat && next != ')' && next != '\0')) return false;
+      if (is_digit(next) || next == 'x' || (!is_flat && next != ')' && next != '\0')) return false;
     }
     return true;
   }

@@ -1,7 +1,8 @@
-// Any bytes as a scope file: it is refused in one line, or all that a lenient reader finds in it is
-// in the scopes.
+// Any bytes as a scope file: it is refused in one line, or it is a text and all that a lenient
+// reader finds in it is in the scopes.
 #include "scope_file.h"
 
+#include <algorithm>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -29,6 +30,10 @@ std::string ScopesDiffer(Input input) {
   std::string text = input.Rest();
   Scope scope;
   if (!IsLoaded(scope, text)) return "";
+  const bool has_control = std::ranges::any_of(text, [](unsigned char c) {
+    return c == 0x7F || (c < ' ' && c != '\t' && c != '\n' && c != '\r');
+  });
+  if (has_control) return "a control character was let in";
   ZRTExpression expression;
   scope.Attach(&expression);
   DropByteOrderMark(&text);
