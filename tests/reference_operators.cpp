@@ -33,7 +33,7 @@ int LeadingWord(const Bytes& bytes) {
 void Clear(Stream& stream, std::int64_t bit_length) {
   if (bit_length > std::numeric_limits<int>::max()) throw Failure{ErrStreamWrite};
   if (bit_length > most_bits) throw TooLarge();
-  stream.bytes.assign(static_cast<std::size_t>(bit_length + 7) / 8, 0);
+  stream.bytes.assign(static_cast<std::size_t>(std::max(bit_length + 7, std::int64_t{0})) / 8, 0);
 }
 
 // Lays bytes shifted left by `shift` bits into others, the last at `place`, the rest above it. The

@@ -30,9 +30,8 @@ std::string ScopesDiffer(Input input) {
   std::string text = input.Rest();
   Scope scope;
   if (!IsLoaded(scope, text)) return "";
-  const bool has_control = std::ranges::any_of(text, [](unsigned char c) {
-    return c == 0x7F || (c < ' ' && c != '\t' && c != '\n' && c != '\r');
-  });
+  const bool has_control = std::ranges::any_of(
+      text, [](unsigned char c) { return c == 0x7F || (c < ' ' && (c < '\t' || c > '\r')); });
   if (has_control) return "a control character was let in";
   ZRTExpression expression;
   scope.Attach(&expression);
