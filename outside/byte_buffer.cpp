@@ -3,6 +3,7 @@
 // know what the bytes mean.
 #include <algorithm>
 #include <atomic>
+#include <bit>
 #include <climits>
 #include <memory>
 #include <new>
@@ -45,14 +46,14 @@ struct ZRT_OUTSIDE_HIDDEN LByteBuffer::Chain {
   void KeepEven(std::size_t block_count);
   static std::unique_ptr<unsigned char[]> MakeRoom(LByteBuffer* buffer, std::size_t count);
 
-  EvenBlocks even;
+  std::size_t even_size = 1;  // bytes of each even block, whether or not a power of two
   Block first;
   std::vector<std::unique_ptr<Link>> links;
   std::vector<unsigned char*> even_blocks;
   std::atomic<int> owner_count{1};
 };
 
-LByteBuffer::Block::Block(Chain* holder) noexcept : chain(holder), even(&holder->even) {}
+LByteBuffer::Block::Block(Chain* holder) noexcept : chain(holder) {}
 
 LByteBuffer::Block& LByteBuffer::Chain::At(std::size_t ordinal) {
   return ordinal == 0 ? first : links[ordinal - 1]->block;
@@ -69,8 +70,9 @@ LByteBuffer* LByteBuffer::Chain::Add(std::unique_ptr<Link> link) {
   Block& last = At(links.size());
   link->block.start = last.start + last.size();
   link->block.ordinal = last.ordinal + 1;
-  if (last.ordinal == 0) even.size = static_cast<unsigned int>(std::max(last.size(), 1));
-  const bool is_even = static_cast<unsigned int>(last.size()) == even.size;
+  const auto last_size = static_cast<std::size_t>(last.size());
+  if (last.ordinal == 0) even_size = std::max(last_size, std::size_t{1});
+  const bool is_even = last_size == even_size;
   if (is_even && even_blocks.size() == last.ordinal) even_blocks.push_back(last.data);
   KeepEven(even_blocks.size());
   links.push_back(std::move(link));
@@ -85,8 +87,8 @@ void LByteBuffer::Chain::DropBehind(const Block& block) {
 
 void LByteBuffer::Chain::KeepEven(std::size_t block_count) {
   even_blocks.resize(block_count);
-  even.data = even_blocks.data();
-  even.bytes = block_count * even.size;
+  first.even = {even_blocks.data(), static_cast<unsigned int>(std::countr_zero(even_size)),
+                std::has_single_bit(even_size) ? block_count * even_size : 0};
 }
 
 LByteBuffer::LByteBuffer() noexcept : block_size_(GetDefaultBlockSize()) {}
@@ -191,13 +193,18 @@ int LByteBuffer::GetDefaultBlockSize() noexcept {
   return default_block_size.load(std::memory_order_relaxed);
 }
 
-// A byte that no division finds: it lies in the last block or behind one of another size, or there
-// is none.
-unsigned char* LByteBuffer::FindUneven(std::size_t position) {
+// A byte that no shift finds: the blocks are of some other size, or it lies in the last block or
+// behind one of another size, or there is none.
+unsigned char* LByteBuffer::FindElsewhere(std::size_t place) {
   Chain& chain = *block_->chain;
+  const std::size_t position = static_cast<unsigned int>(block_->start) + place;
+  const std::size_t ordinal = position / chain.even_size;
+  if (ordinal < chain.even_blocks.size()) {
+    return chain.even_blocks[ordinal] + position % chain.even_size;
+  }
   const auto behind = std::upper_bound(chain.links.begin(), chain.links.end(), position,
-                                       [](std::size_t place, const std::unique_ptr<Link>& link) {
-                                         return place < static_cast<std::size_t>(link->block.start);
+                                       [](std::size_t where, const std::unique_ptr<Link>& link) {
+                                         return where < static_cast<std::size_t>(link->block.start);
                                        });
   const Block& holder = chain.At(static_cast<std::size_t>(behind - chain.links.begin()));
   const std::size_t index = position - static_cast<std::size_t>(holder.start);

@@ -145,12 +145,12 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
   struct ZRT_OUTSIDE_HIDDEN Chain;
   struct ZRT_OUTSIDE_HIDDEN Link;  // a block behind the head, with the object to reach it through
 
-  // Where bytes are found by a division: the blocks at a chain's front that others follow, as far
-  // as they are as large as the first.
+  // Where bytes are found by a shift: the blocks at a chain's front that others follow, as far as
+  // they are as large as the first, if that is a power of two.
   struct ZRT_OUTSIDE_HIDDEN EvenBlocks {
     unsigned char* const* data = nullptr;
-    unsigned int size = 1;  // bytes of each
-    std::size_t bytes = 0;  // in all of them
+    unsigned int shift = 0;  // each has 2 to the power of this bytes
+    std::size_t bytes = 0;   // in all of them; 0 if their size is no power of two
   };
 
   struct ZRT_OUTSIDE_HIDDEN Block {
@@ -168,7 +168,7 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
     int start = 0;                   // bytes in the blocks before it
     std::size_t ordinal = 0;         // its place in the chain
     Chain* chain;
-    const EvenBlocks* even;  // the chain's
+    EvenBlocks even;  // of a head; none of a later block
   };
 
   LByteBuffer(Block* block, int block_size) noexcept : block_(block), block_size_(block_size) {}
@@ -179,14 +179,12 @@ class ZRT_OUTSIDE_EXPORT LByteBuffer {
     if (place < static_cast<std::size_t>(block_->end - block_->data)) {
       return &block_->data[place];
     }
-    const std::size_t position = static_cast<unsigned int>(block_->start) + place;
-    const EvenBlocks& even = *block_->even;
-    if (position >= even.bytes) return FindUneven(position);
-    const auto index_in_all = static_cast<unsigned int>(position);
-    return even.data[index_in_all / even.size] + index_in_all % even.size;
+    const EvenBlocks& even = block_->even;
+    if (place >= even.bytes) return FindElsewhere(place);
+    return even.data[place >> even.shift] + (place & ((std::size_t{1} << even.shift) - 1));
   }
 
-  unsigned char* FindUneven(std::size_t position);
+  unsigned char* FindElsewhere(std::size_t place);
   int WriteSlowly(unsigned char b);
   bool IsLink() const { return block_ != nullptr && chain_ == nullptr; }
   ZRT_OUTSIDE_HIDDEN int MostBytes() const;
