@@ -103,6 +103,31 @@ TEST_F(Reference, DeepTexts) {
   EXPECT_GT(value_count, 200);
 }
 
+// Each piece waits for those behind it: more of them than a walk keeps whole, of all sizes, in
+// front of the first group or behind it.
+TEST_F(Reference, ValuesThatWait) {
+  constexpr std::size_t kUnaryCount = 4;
+  constexpr const char* kPieces[] = {
+      "~#101", "~0",         "$Less[0]",  "~0x123456789ABCDEF01", "(#101)",
+      "(n)",   "(Odd[2]@n)", "~(row[0])", "(0x0123456789ABCDEF)"};
+  constexpr const char* kOperators[] = {"@", "@", "&", "|"};
+  std::mt19937_64 random(13);
+  int value_count = 0;
+  for (unsigned i = 0; i < 300 && !HasFailure(); ++i) {
+    std::string text = "#1";
+    const std::uint64_t count = 100 + random() % 200;
+    const std::uint64_t first_group = count * (i % 3) / 2;
+    for (std::uint64_t piece = 0; piece < count; ++piece) {
+      text += kOperators[random() % std::size(kOperators)];
+      text += kPieces[random() % (piece < first_group ? kUnaryCount : std::size(kPieces))];
+    }
+    Compare(text);
+    RowDataStream value;
+    value_count += all_twins[0].expression.GetBitStream(text.c_str(), &value) == 0 ? 1 : 0;
+  }
+  EXPECT_GT(value_count, 200);
+}
+
 // A host need not hand in all scopes. The names are some that several scopes have, and one of more
 // bytes than a value keeps in itself.
 TEST_F(Reference, ScopesThatAreMissing) {

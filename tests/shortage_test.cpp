@@ -52,6 +52,7 @@ TEST(Shortage, InEvaluations) {
            "0x" + Repeated("12", 300) + "&(ID_MASK[1]@Long)",
            "t[" + Repeated("(1+", 100) + name + Repeated(")", 100) + "-101]",
            Repeated("(0x12^90)@", 8) + "0x" + Repeated("12", 300) + "@0x8c",
+           Repeated("~Long@~1@", 100) + "#1",
            "(Long)@(" + Repeated("0x12@", 20) + "0x34^2)",
            name + "x",
        }) {

@@ -2,6 +2,7 @@
 // left here is where the outcome goes.
 #include "bitstream/bit_expression.h"
 
+#include <type_traits>
 #include <utility>
 
 #include "bits/exhausted_memory.h"
@@ -9,6 +10,7 @@
 #include "bitstream/bit_operators.h"
 #include "bitstream/joined_literals.h"
 #include "bitstream/stream_bytes.h"
+#include "bitstream/waiting_values.h"
 #include "bitstream/word_operators.h"
 #include "scan/text.h"
 #include "solve/sweep.h"
@@ -66,6 +68,11 @@ class BitsPolicy : public BitsKind {
     if (is_read) Deliver(value, is_group_);
     return is_read;
   }
+
+  // Whoever watches has numbers for the values too, and time.
+  template <class Solved>
+  using Values =
+      std::conditional_t<kIsWatched<Watch>, BitsKind::Values<Solved>, WaitingValues<Solved>>;
 
   ZRTStatus Apply(BitValue& value, OperatorCode code, BitValue& operand) {
     return ApplyToBits(value, code, operand, place_);

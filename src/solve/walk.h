@@ -109,7 +109,7 @@ class Walk : private WalkSteps<Policy> {
 
   SmallStack<Level, 64> levels_;
   WalkFrames frames_;
-  SmallStack<Solved, 64> values_;
+  typename Policy::template Values<Solved> values_;
 };
 
 /// Evaluates `text` by `policy`: as an expression, or as one chain whatever it holds.

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "scan/operators.h"
+#include "solve/small_stack.h"
 #include "solve/watch.h"
 
 namespace zrt {
@@ -68,6 +69,11 @@ struct WalkDefaults {
   ///   MayReadAtOnce(text)
   ///   ReadAtOnce(text, value)
   static constexpr bool kReadsAtOnce = false;
+
+  /// Where values wait that have been solved. A stack of its own need only reach the three on top,
+  /// and may move them at each Push and Drop (bit vectors).
+  template <class Solved>
+  using Values = SmallStack<Solved, 64>;
 
   /// Operators are about to make `value` the outcome in place: 1+(2). Bit vectors let them work on
   /// what the caller's result holds, too. May throw std::bad_alloc.
