@@ -1,7 +1,6 @@
 // The values of bits that wait in a walk for what comes before them. It knows nothing of operators.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -36,7 +35,7 @@ class WaitingValues {
 
   Solved& Push() {
     if (top_ - bottom_ == kWholeCount) PutAway();
-    Solved* const element = ::new (static_cast<void*>(&At(top_))) Solved();
+    auto* const element = ::new (static_cast<void*>(&At(top_))) Solved();
     ++top_;
     return *element;
   }
@@ -51,9 +50,7 @@ class WaitingValues {
   static constexpr std::size_t kReach = 3;                     // a middle and its sides
   static constexpr std::uint32_t kNoWord = ~std::uint32_t{0};  // as a count of bytes
 
-  Solved& At(std::size_t index) {
-    return *std::launder(reinterpret_cast<Solved*>(&whole_[index % kWholeCount * sizeof(Solved)]));
-  }
+  Solved& At(std::size_t index) { return reinterpret_cast<Solved*>(whole_)[index % kWholeCount]; }
 
   // The lowest value that is kept whole.
   void PutAway() {
@@ -85,7 +82,7 @@ class WaitingValues {
   std::size_t bottom_ = 0;  // those below it are put away
   SmallStack<BitWord, kWholeCount> words_;
   SmallStack<BitValue, 2> others_;
-  alignas(Solved) std::array<std::byte, sizeof(Solved) * kWholeCount> whole_;
+  alignas(Solved) std::byte whole_[sizeof(Solved) * kWholeCount];  // uninitialised, for time
 };
 
 }  // namespace zrt
