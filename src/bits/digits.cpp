@@ -82,9 +82,23 @@ ZRT_INLINE void WriteStep(const std::uint8_t* bytes, char* digits, std::uint8_t 
   std::memcpy(digits, &chars, kStep);
 }
 
+// A step or more. The last one ends where the bytes do, whatever part of them it writes again: a
+// loop over a rest of any length costs more.
 ZRT_WIDE void WriteSteps(std::span<const std::uint8_t> bytes, std::uint8_t gap, char* text) {
-  for (std::size_t i = 0; i < bytes.size(); i += kStepBytes) {
-    WriteStep(&bytes[i], text + 2 * i, gap);
+  const std::size_t last = bytes.size() - kStepBytes;
+  for (std::size_t i = 0; i < last; i += kStepBytes) WriteStep(&bytes[i], text + 2 * i, gap);
+  WriteStep(&bytes[last], text + 2 * last, gap);
+}
+
+// The same with steps of four bytes.
+void WriteWords(std::span<const std::uint8_t> bytes, std::uint8_t gap, char* text) {
+  const std::size_t last = bytes.size() - 4;
+  for (std::size_t i = 0;; i = std::min(i + 4, last)) {
+    std::uint32_t number = 0;
+    for (const std::uint8_t byte : bytes.subspan(i, 4)) number = number << 8 | byte;
+    const std::uint64_t digits = BigEndian(DigitsOf(number, gap));
+    std::memcpy(text + 2 * i, &digits, kWordSize);
+    if (i == last) return;
   }
 }
 
@@ -147,23 +161,18 @@ ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8
 
 char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {
   const auto gap = static_cast<std::uint8_t>(digit_ten - '9' - 1);
-  if (const std::size_t in_steps = bytes.size() / kStepBytes * kStepBytes; in_steps > 0) {
-    WriteSteps(bytes.first(in_steps), gap, text);
-    text += 2 * in_steps;
-    bytes = bytes.subspan(in_steps);
+  char* const end = text + 2 * bytes.size();
+  if (bytes.size() >= kStepBytes) {
+    WriteSteps(bytes, gap, text);
+  } else if (bytes.size() >= 4) {
+    WriteWords(bytes, gap, text);
+  } else {
+    for (const std::uint8_t byte : bytes) {
+      *text++ = HexDigit(byte >> 4, digit_ten);
+      *text++ = HexDigit(byte & 0xF, digit_ten);
+    }
   }
-  for (; bytes.size() >= 4; bytes = bytes.subspan(4)) {
-    std::uint32_t number = 0;
-    for (const std::uint8_t byte : bytes.first(4)) number = number << 8 | byte;
-    const std::uint64_t digits = BigEndian(DigitsOf(number, gap));
-    std::memcpy(text, &digits, kWordSize);
-    text += kWordSize;
-  }
-  for (const std::uint8_t byte : bytes) {
-    *text++ = HexDigit(byte >> 4, digit_ten);
-    *text++ = HexDigit(byte & 0xF, digit_ten);
-  }
-  return text;
+  return end;
 }
 
 void ReadBinaryDigits(std::string_view digits, std::span<std::uint8_t> bytes) {
