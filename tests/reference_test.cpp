@@ -93,8 +93,10 @@ TEST_F(Reference, DeepTexts) {
     std::string text = "3";
     for (std::uint64_t level = 60 + random() % 140; level > 0; --level) {
       const auto& around = kAround[random() % kOfKinds[i % 3]];
-      text.insert(0, around[0]);
-      text += around[1];
+      std::string outer = around[0];
+      outer += text;
+      outer += around[1];
+      text.swap(outer);
     }
     Compare(text);
     if (int value = 0; all_twins[0].expression.GetIntegerOperand(text.c_str(), &value) == 0) {
