@@ -244,13 +244,10 @@ ZRT_WIDE void Mirror(Bytes target, ConstBytes source) {
 // cache.
 void Repeat(Bytes bytes, std::size_t period) {
   constexpr std::size_t kLargestPiece = 8192;  // bytes
-  if (bytes.size() <= period) return;
-  const auto first = bytes.last(period);
   if (period == 1) {
-    std::memset(bytes.data(), first.front(), bytes.size());
+    std::memset(bytes.data(), bytes.front(), bytes.size());
     return;
   }
-  std::memcpy(bytes.data(), first.data(), period);
   std::size_t piece = period;
   for (std::size_t laid = period; laid < bytes.size();) {
     const std::size_t more = std::min(piece, bytes.size() - laid);

@@ -44,8 +44,7 @@ void NegateEach(Bytes target, ConstBytes source);
 /// All bits end for end. Equal sizes.
 void Mirror(Bytes target, ConstBytes source);
 
-/// Repeats the last `period` bytes upward through `bytes`, which are a multiple of `period`, one
-/// period at least.
+/// Repeats the first `period` bytes through `bytes`, which have one period at least.
 void Repeat(Bytes bytes, std::size_t period);
 
 }  // namespace zrt::kernels

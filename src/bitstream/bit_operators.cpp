@@ -170,7 +170,9 @@ class Copies {
       const std::size_t blocks = (count - 1) >> block_log;
       std::ranges::fill(target_.last(block_size), std::uint8_t{0});
       for (; laid < block; ++laid) LayOne(laid, false);
-      kernels::Repeat(target_.last(blocks * block_size), block_size);
+      const auto all = target_.last(blocks * block_size);
+      std::ranges::copy(target_.last(block_size), all.begin());
+      kernels::Repeat(all, block_size);
       laid = blocks << block_log;
     }
     const std::size_t bytes_laid = laid * bit_count_ / 8;

@@ -15,10 +15,25 @@ namespace {
 
 constexpr std::size_t kMostBytesOfBits = std::numeric_limits<std::int32_t>::max() / 8;
 
+constexpr std::size_t kShortName = 511;
+
+// A literal as the lookups want it. An object of its own: as characters are written to it, the
+// compiler could not keep in registers what stands beside it.
+struct LiteralName {
+  NameBuffer short_one{kShortName};
+  std::optional<NameBuffer> long_one;
+};
+
 class Reader {
  public:
-  Reader(std::string_view text, const Scopes& scopes, OutcomePlace& place, BitValue& value)
-      : rest_(text), scopes_(scopes), place_(place), value_(value) {
+  Reader(std::string_view text, const Scopes& scopes, OutcomePlace& place, BitValue& value,
+         LiteralName& name)
+      : rest_(text),
+        scopes_(scopes),
+        place_(place),
+        value_(value),
+        literal_name_(name),
+        name_(name.short_one.text()) {
     BeginName();
   }
 
@@ -90,23 +105,36 @@ class Reader {
 
   bool ReadLiteral() {
     const std::string_view behind = rest_.substr(2);
-    std::size_t count = 0;
-    for (;;) {
-      const std::size_t most = std::min({behind.size(), name_size_, 2 * room_.size()});
-      count = CopyHexDigits(behind.substr(0, most), name_ + 2, room_.data());
-      if (count < most || count == behind.size() || !IsHexadecimalDigit(behind[count])) break;
-      if (most == name_size_) {
-        UseLongName();
-      } else {
-        MakeRoom(count);
-      }
-    }
+    const std::size_t count = ReadByteOfRun(behind) ? 2 : ReadDigits(behind);
     const std::size_t size = (count + 1) / 2;
     if (count == 0 || byte_count() + size > kMostBytesOfBits || IsName(2 + count)) return false;
     literal_size_ = size;
     room_ = room_.subspan(size);
     rest_ = behind.substr(count);
     return true;
+  }
+
+  // Digits to the first byte of the room, and to the name. Runs are many and short.
+  bool ReadByteOfRun(std::string_view digits) {
+    if (digits.size() < 3 || digits[2] != '^' || room_.empty()) return false;
+    std::uint64_t byte = 0;
+    const bool are_digits = ReadHexDigits(digits.substr(0, 2), name_ + 2, byte);
+    room_[0] = static_cast<std::uint8_t>(byte);
+    return are_digits;
+  }
+
+  // The same with all the digits that there are. Gives their count.
+  std::size_t ReadDigits(std::string_view text) {
+    for (;;) {
+      const std::size_t most = std::min({text.size(), name_size_, 2 * room_.size()});
+      const std::size_t count = CopyHexDigits(text.substr(0, most), name_ + 2, room_.data());
+      if (count < most || count == text.size() || !IsHexadecimalDigit(text[count])) return count;
+      if (most == name_size_) {
+        UseLongName();
+      } else {
+        MakeRoom(count);
+      }
+    }
   }
 
   // The literal that was read last stands as often as a decimal number says.
@@ -126,7 +154,6 @@ class Reader {
     BeginName();
     if (more > room_.size()) MakeRoom(more);
     const kernels::Bytes all(room_.data() - size, more + size);
-    std::copy_n(all.data(), size, all.last(size).data());
     kernels::Repeat(all, size);
     room_ = room_.subspan(more);
     rest_.remove_prefix(length);
@@ -144,8 +171,8 @@ class Reader {
 
   // Room for all that may come, once for all.
   void UseLongName() {
-    long_name_.emplace(rest_.size());
-    name_ = long_name_->text();
+    literal_name_.long_one.emplace(rest_.size());
+    name_ = literal_name_.long_one->text();
     BeginName();
     name_size_ = rest_.size();
   }
@@ -159,8 +186,6 @@ class Reader {
     room_ = value_.OwnBytes().subspan(laid);
   }
 
-  static constexpr std::size_t kShortName = 511;
-
   std::string_view rest_;
   const Scopes& scopes_;
   OutcomePlace& place_;
@@ -169,10 +194,8 @@ class Reader {
   std::size_t literal_size_ = 0;  // bytes, of the one that was read last
   std::size_t depth_ = 0;
   bool is_group_ = false;
-  // A literal as the lookups want it.
-  NameBuffer short_name_{kShortName};
-  std::optional<NameBuffer> long_name_;
-  char* name_ = short_name_.text();
+  LiteralName& literal_name_;
+  char* name_;
   std::size_t name_size_ = kShortName - 2;  // digits
 };
 
@@ -188,7 +211,8 @@ bool MayBeJoinedLiterals(std::string_view text) {
 
 JoinedLiterals ReadJoinedLiterals(std::string_view text, const Scopes& scopes, OutcomePlace& place,
                                   BitValue& value) {
-  Reader reader(text, scopes, place, value);
+  LiteralName name;
+  Reader reader(text, scopes, place, value, name);
   const bool are_read = reader.ReadAlone() || reader.Read();
   if (!are_read) value.Shorten(0);
   return {are_read, reader.is_group(), text.size() - reader.rest().size()};
