@@ -145,6 +145,9 @@ TEST_F(Reference, ScopesThatAreMissing) {
                                       "A@Three",
                                       "row",
                                       "(row)@row[1]",
+                                      "row[(1)2]",
+                                      "row[(1)@~(+(1))]",
+                                      "row[+(1)]",
                                       "FuseArray_TDO",
                                       "FuseArray_DMASK[1]"};
     while (texts.size() < 40) texts.push_back(generator.Text());
