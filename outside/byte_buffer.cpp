@@ -46,7 +46,8 @@ struct ZRT_OUTSIDE_HIDDEN LByteBuffer::Chain {
   void KeepEven(std::size_t block_count);
   static std::unique_ptr<unsigned char[]> MakeRoom(LByteBuffer* buffer, std::size_t count);
 
-  std::size_t even_size = 1;  // bytes of each even block, whether or not a power of two
+  std::size_t even_size = 1;     // bytes of each even block
+  std::size_t shifted_size = 1;  // the same, 0 if it is no power of two
   Block first;
   std::vector<std::unique_ptr<Link>> links;
   std::vector<unsigned char*> even_blocks;
@@ -71,7 +72,11 @@ LByteBuffer* LByteBuffer::Chain::Add(std::unique_ptr<Link> link) {
   link->block.start = last.start + last.size();
   link->block.ordinal = last.ordinal + 1;
   const auto last_size = static_cast<std::size_t>(last.size());
-  if (last.ordinal == 0) even_size = std::max(last_size, std::size_t{1});
+  if (last.ordinal == 0) {
+    even_size = std::max(last_size, std::size_t{1});
+    shifted_size = std::has_single_bit(even_size) ? even_size : 0;
+    first.even.shift = static_cast<unsigned int>(std::countr_zero(even_size));
+  }
   const bool is_even = last_size == even_size;
   if (is_even && even_blocks.size() == last.ordinal) even_blocks.push_back(last.data);
   KeepEven(even_blocks.size());
@@ -82,13 +87,13 @@ LByteBuffer* LByteBuffer::Chain::Add(std::unique_ptr<Link> link) {
 
 void LByteBuffer::Chain::DropBehind(const Block& block) {
   links.resize(block.ordinal);
-  KeepEven(std::min(even_blocks.size(), block.ordinal));
+  if (even_blocks.size() > block.ordinal) KeepEven(block.ordinal);
 }
 
 void LByteBuffer::Chain::KeepEven(std::size_t block_count) {
   even_blocks.resize(block_count);
-  first.even = {even_blocks.data(), static_cast<unsigned int>(std::countr_zero(even_size)),
-                std::has_single_bit(even_size) ? block_count * even_size : 0};
+  first.even.data = even_blocks.data();
+  first.even.bytes = block_count * shifted_size;
 }
 
 LByteBuffer::LByteBuffer() noexcept : block_size_(GetDefaultBlockSize()) {}
