@@ -26,7 +26,8 @@ struct Task {
 zrt::ValueKind KindOf(const json& value) {
   for (const zrt::ValueKind kind :
        {zrt::ValueKind::kInteger, zrt::ValueKind::kFloat, zrt::ValueKind::kBits}) {
-    if (value == KindName(kind)) return kind;
+    const auto* const name = value.get_ptr<const std::string*>();
+    if (name && *name == KindName(kind)) return kind;
   }
   Refuse({"kind"}, "int, float or bits is wanted here");
 }
