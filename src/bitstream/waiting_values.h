@@ -35,9 +35,7 @@ class WaitingValues {
 
   Solved& Push() {
     if (top_ - bottom_ == kWholeCount) PutAway();
-    auto* const element = ::new (static_cast<void*>(&At(top_))) Solved();
-    ++top_;
-    return *element;
+    return *::new (static_cast<void*>(&At(top_++))) Solved();
   }
 
   void Drop() {
