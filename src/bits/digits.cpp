@@ -1,11 +1,12 @@
-// Digits both ways by arithmetic, in plain loops that compilers turn into vector instructions; a
-// table would cost a load for each digit. Few digits are better off without vectors.
+// Digits both ways by arithmetic on vectors; a table would cost a load for each digit. Few digits
+// are better off without vectors.
 #include "bits/digits.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
+#include <utility>
 
 #include "bits/bit_value.h"
 #include "bits/wide.h"
@@ -13,45 +14,6 @@
 
 namespace zrt {
 namespace {
-
-// A step of 32 digits as vectors, handed on by reference alone, as in the kernels.
-using Chars [[gnu::vector_size(32)]] = std::uint8_t;
-using Pairs [[gnu::vector_size(32)]] = std::uint16_t;      // of them, to make a byte each
-using HalfStep [[gnu::vector_size(16)]] = std::uint8_t;    // their bytes
-using Digits [[gnu::vector_size(32)]] = std::int8_t;       // compared in one step, unlike others
-using HalfPairs [[gnu::vector_size(16)]] = std::uint16_t;  // shifted in one step
-constexpr std::size_t kStep = sizeof(Chars);
-constexpr std::size_t kStepBytes = sizeof(HalfStep);
-
-// Two digits of either case make a byte. What is no digit leaves bits in `others`.
-ZRT_INLINE void ToBytes(const Chars& chars, std::uint8_t* bytes, Chars& others) {
-  const Chars decimal = chars - '0';
-  const Chars letter = (chars | ' ') - 'a';
-  others |= (decimal > 9) & (letter > 5);
-  const Chars value = decimal > 9 ? letter + 10 : decimal;
-  Pairs pairs;
-  std::memcpy(&pairs, &value, kStep);
-  constexpr bool kIsLittle = std::endian::native == std::endian::little;
-  const Pairs both = kIsLittle ? (pairs << 4) | (pairs >> 8) : (pairs >> 4) | pairs;
-  const auto joined = __builtin_convertvector(both & 0xFF, HalfStep);
-  std::memcpy(bytes, &joined, sizeof(joined));
-}
-
-ZRT_INLINE void ReadStep(const char* digits, std::uint8_t* bytes, Chars& others) {
-  Chars chars;
-  std::memcpy(&chars, digits, kStep);
-  ToBytes(chars, bytes, others);
-}
-
-// The first place that has bits in `others`; kStep if there is none.
-ZRT_INLINE std::size_t FirstOf(const Chars& others) {
-  std::array<std::uint64_t, kStep / kWordSize> words{};
-  std::memcpy(words.data(), &others, kStep);
-  if ((words[0] | words[1] | words[2] | words[3]) == 0) return kStep;
-  std::size_t word = 0;
-  while (words[word] == 0) ++word;
-  return word * kWordSize + FirstByte(words[word]);
-}
 
 // A digit without a second one.
 std::uint8_t HighNibble(char digit) {
@@ -68,26 +30,179 @@ std::uint64_t DigitsOf(std::uint32_t number, std::uint8_t gap) {
   return values + InEachByte('0') + above_nine * gap;
 }
 
-// The other way round: bytes to digits. `gap` lies between "9" and the digit for ten.
-ZRT_INLINE void WriteStep(const std::uint8_t* bytes, char* digits, std::uint8_t gap) {
-  HalfStep low;
-  std::memcpy(&low, bytes, sizeof(low));
-  const auto high = reinterpret_cast<HalfStep>(reinterpret_cast<HalfPairs>(low) >> 4);
-  auto chars = reinterpret_cast<Digits>(
-      __builtin_shufflevector(high, low, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23, 8,
-                              24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31));
-  chars &= 0xF;
-  const Digits zero = Digits{} + '0';
-  chars += chars > 9 ? zero + static_cast<std::int8_t>(gap) : zero;
-  std::memcpy(digits, &chars, kStep);
-}
+// Vectors that every machine has, and those of machines that have wider ones. (A size that is a
+// template's parameter is not for all compilers.)
+struct Narrow {
+  using Chars [[gnu::vector_size(16)]] = std::uint8_t;
+  using Digits [[gnu::vector_size(16)]] = std::int8_t;      // the same, compared in one step
+  using Pairs [[gnu::vector_size(16)]] = std::uint16_t;     // of them, to make a byte each
+  using Bytes [[gnu::vector_size(8)]] = std::uint8_t;       // these bytes
+  using BytePairs [[gnu::vector_size(8)]] = std::uint16_t;  // the same, shifted in one step
+};
+struct Wide {
+  using Chars [[gnu::vector_size(32)]] = std::uint8_t;
+  using Digits [[gnu::vector_size(32)]] = std::int8_t;
+  using Pairs [[gnu::vector_size(32)]] = std::uint16_t;
+  using Bytes [[gnu::vector_size(16)]] = std::uint8_t;
+  using BytePairs [[gnu::vector_size(16)]] = std::uint16_t;
+};
 
-// A step or more. The last one ends where the bytes do, whatever part of them it writes again: a
-// loop over a rest of any length costs more.
-ZRT_WIDE void WriteSteps(std::span<const std::uint8_t> bytes, std::uint8_t gap, char* text) {
-  const std::size_t last = bytes.size() - kStepBytes;
-  for (std::size_t i = 0; i < last; i += kStepBytes) WriteStep(&bytes[i], text + 2 * i, gap);
-  WriteStep(&bytes[last], text + 2 * last, gap);
+// Steps of as many digits as a vector has bytes. Vectors are handed on by reference alone, as in
+// the kernels; none is wider than the machine has them, since compilers would go byte by byte then.
+template <class Vectors>
+struct Steps {
+  using Chars = typename Vectors::Chars;
+  using Digits = typename Vectors::Digits;
+  using Pairs = typename Vectors::Pairs;
+  using Bytes = typename Vectors::Bytes;
+  using BytePairs = typename Vectors::BytePairs;
+  static constexpr std::size_t kStep = sizeof(Chars);
+
+  ZRT_INLINE static void KeepAbove(Chars& chars, const Chars& least) {
+    chars = chars > least ? chars : least;
+  }
+  ZRT_INLINE static void KeepBelow(Chars& chars, const Chars& most) {
+    chars = chars < most ? chars : most;
+  }
+
+  // The values of digits of either case, and 16 or more for what is no digit: decimal digits are
+  // brought to the top of all numbers, letters to the bottom, and from there to their values in
+  // steps that do not carry the others round to them.
+  ZRT_INLINE static void ToValues(const Chars& chars, Chars& values) {
+    values = chars + (255 - '9');
+    KeepAbove(values, Chars{} + 6);
+    values -= 256 - 10;
+    Chars letters = (chars | ' ') - 'a';
+    KeepBelow(letters, Chars{} + (255 - 10));
+    KeepBelow(values, letters + 10);
+  }
+
+  // Two values make a byte.
+  ZRT_INLINE static void ToBytes(const Chars& values, std::uint8_t* bytes) {
+    Pairs pairs;
+    std::memcpy(&pairs, &values, kStep);
+    constexpr bool kIsLittle = std::endian::native == std::endian::little;
+    const Pairs both = kIsLittle ? (pairs << 4) | (pairs >> 8) : (pairs >> 4) | pairs;
+    const auto joined = __builtin_convertvector(both & 0xFF, Bytes);
+    std::memcpy(bytes, &joined, sizeof(joined));
+  }
+
+  // `most` gathers the greatest values.
+  ZRT_INLINE static void ReadStep(const char* digits, std::uint8_t* bytes, Chars& most) {
+    Chars chars;
+    Chars values;
+    std::memcpy(&chars, digits, kStep);
+    ToValues(chars, values);
+    KeepAbove(most, values);
+    ToBytes(values, bytes);
+  }
+
+  // The first place that has 16 or more; kStep if there is none.
+  ZRT_INLINE static std::size_t FirstOther(const Chars& values) {
+    std::array<std::uint64_t, kStep / kWordSize> words{};
+    const Chars others = values & 0xF0;
+    std::memcpy(words.data(), &others, kStep);
+    std::uint64_t all = 0;
+    for (const std::uint64_t word : words) all |= word;
+    if (all == 0) return kStep;
+    std::size_t word = 0;
+    while (words[word] == 0) ++word;
+    return word * kWordSize + FirstByte(words[word]);
+  }
+
+  // Whole steps in their place, and the rest with zeros behind it in a place of its own.
+  ZRT_INLINE static bool Read(std::string_view digits, std::span<std::uint8_t> bytes) {
+    constexpr std::ptrdiff_t kReadAhead = 1024;  // characters
+    constexpr std::size_t kPart = 16384;         // characters, between looks at the others
+    Chars most{};
+    const std::size_t in_steps = digits.size() / kStep * kStep;
+    for (std::size_t i = 0; i < in_steps;) {
+      const std::size_t end = std::min(i + kPart, in_steps);
+      for (; i < end; i += kStep) {
+        // Between groups the literals of a text are read from the last one to the first.
+        __builtin_prefetch(&digits[i] - kReadAhead);
+        ReadStep(&digits[i], &bytes[i / 2], most);
+      }
+      if (FirstOther(most) < kStep) return false;
+    }
+    if (in_steps < digits.size()) {
+      std::array<char, kStep> last{};
+      std::array<std::uint8_t, kStep / 2> last_bytes{};
+      last.fill('0');
+      digits.substr(in_steps).copy(last.data(), kStep);
+      ReadStep(last.data(), last_bytes.data(), most);
+      const auto rest = bytes.subspan(in_steps / 2);
+      std::copy_n(last_bytes.data(), rest.size(), rest.data());
+    }
+    return FirstOther(most) == kStep;
+  }
+
+  // A step at once; the rest in a place of its own with what is no digit behind it.
+  ZRT_INLINE static std::size_t Copy(std::string_view text, char* copy, std::uint8_t* bytes) {
+    const std::size_t in_steps = text.size() / kStep * kStep;
+    std::size_t count = 0;
+    std::size_t in_step = kStep;
+    for (; count < in_steps && in_step == kStep; count += in_step) {
+      Chars chars;
+      Chars values;
+      std::memcpy(&chars, &text[count], kStep);
+      std::memcpy(copy + count, &chars, kStep);
+      ToValues(chars, values);
+      ToBytes(values, bytes + count / 2);
+      in_step = FirstOther(values);
+    }
+    if (in_step == kStep && count < text.size()) {
+      std::array<char, kStep> last{};
+      std::array<std::uint8_t, kStep / 2> last_bytes{};
+      Chars most{};
+      const std::size_t length = text.substr(count).copy(last.data(), kStep);
+      std::copy_n(last.data(), length, copy + count);
+      ReadStep(last.data(), last_bytes.data(), most);
+      in_step = FirstOther(most);
+      std::copy_n(last_bytes.data(), (in_step + 1) / 2, bytes + count / 2);
+      count += in_step;
+    }
+    if (count % 2 != 0) bytes[count / 2] = HighNibble(text[count - 1]);
+    return count;
+  }
+
+  template <std::size_t... kPlaces>
+  ZRT_INLINE static void Interleave(const Bytes& first, const Bytes& second, Digits& both,
+                                    std::index_sequence<kPlaces...> /*places*/) {
+    both = reinterpret_cast<Digits>(__builtin_shufflevector(
+        first, second, (kPlaces / 2 + (kPlaces % 2 == 0 ? 0 : sizeof(Bytes)))...));
+  }
+
+  // The other way round: bytes to digits. `gap` lies between "9" and the digit for ten.
+  ZRT_INLINE static void WriteStep(const std::uint8_t* bytes, char* digits, std::uint8_t gap) {
+    Bytes low;
+    std::memcpy(&low, bytes, sizeof(low));
+    const auto high = reinterpret_cast<Bytes>(reinterpret_cast<BytePairs>(low) >> 4);
+    Digits chars;
+    Interleave(high, low, chars, std::make_index_sequence<kStep>());
+    chars &= 0xF;
+    const Digits zero = Digits{} + '0';
+    chars += chars > 9 ? zero + static_cast<std::int8_t>(gap) : zero;
+    std::memcpy(digits, &chars, kStep);
+  }
+
+  // A step or more. The last one ends where the bytes do, whatever part of them it writes again: a
+  // loop over a rest of any length costs more.
+  ZRT_INLINE static void Write(std::span<const std::uint8_t> bytes, std::uint8_t gap, char* text) {
+    const std::size_t last = bytes.size() - sizeof(Bytes);
+    for (std::size_t i = 0; i < last; i += sizeof(Bytes)) WriteStep(&bytes[i], text + 2 * i, gap);
+    WriteStep(&bytes[last], text + 2 * last, gap);
+  }
+};
+
+ZRT_FOR_WIDE bool ReadWide(std::string_view digits, std::span<std::uint8_t> bytes) {
+  return Steps<Wide>::Read(digits, bytes);
+}
+ZRT_FOR_WIDE std::size_t CopyWide(std::string_view text, char* copy, std::uint8_t* bytes) {
+  return Steps<Wide>::Copy(text, copy, bytes);
+}
+ZRT_FOR_WIDE void WriteWide(std::span<const std::uint8_t> bytes, std::uint8_t gap, char* text) {
+  Steps<Wide>::Write(bytes, gap, text);
 }
 
 // The same with steps of four bytes.
@@ -104,66 +219,19 @@ void WriteWords(std::span<const std::uint8_t> bytes, std::uint8_t gap, char* tex
 
 }  // namespace
 
-// Whole steps in their place, and the rest with zeros behind it in a place of its own.
-ZRT_WIDE bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes) {
-  constexpr std::ptrdiff_t kReadAhead = 1024;  // characters
-  constexpr std::size_t kPart = 16384;         // characters, between looks at the others
-  Chars others{};
-  const std::size_t in_steps = digits.size() / kStep * kStep;
-  for (std::size_t i = 0; i < in_steps;) {
-    const std::size_t end = std::min(i + kPart, in_steps);
-    for (; i < end; i += kStep) {
-      // Between groups the literals of a text are read from the last one to the first.
-      __builtin_prefetch(&digits[i] - kReadAhead);
-      ReadStep(&digits[i], &bytes[i / 2], others);
-    }
-    if (FirstOf(others) < kStep) return false;
-  }
-  if (in_steps < digits.size()) {
-    std::array<char, kStep> last{};
-    std::array<std::uint8_t, kStep / 2> last_bytes{};
-    last.fill('0');
-    digits.substr(in_steps).copy(last.data(), kStep);
-    ReadStep(last.data(), last_bytes.data(), others);
-    const auto rest = bytes.subspan(in_steps / 2);
-    std::copy_n(last_bytes.data(), rest.size(), rest.data());
-  }
-  return FirstOf(others) == kStep;
+bool ReadHexDigits(std::string_view digits, std::span<std::uint8_t> bytes) {
+  return HasWideVectors() ? ReadWide(digits, bytes) : Steps<Narrow>::Read(digits, bytes);
 }
 
-// A step at once; the rest in a place of its own with what is no digit behind it.
-ZRT_WIDE std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8_t* bytes) {
-  const std::size_t in_steps = text.size() / kStep * kStep;
-  std::size_t count = 0;
-  std::size_t in_step = kStep;
-  for (; count < in_steps && in_step == kStep; count += in_step) {
-    Chars chars;
-    Chars others{};
-    std::memcpy(&chars, &text[count], kStep);
-    std::memcpy(copy + count, &chars, kStep);
-    ToBytes(chars, bytes + count / 2, others);
-    in_step = FirstOf(others);
-  }
-  if (in_step == kStep && count < text.size()) {
-    std::array<char, kStep> last{};
-    std::array<std::uint8_t, kStep / 2> last_bytes{};
-    Chars others{};
-    const std::size_t length = text.substr(count).copy(last.data(), kStep);
-    std::copy_n(last.data(), length, copy + count);
-    ReadStep(last.data(), last_bytes.data(), others);
-    in_step = FirstOf(others);
-    std::copy_n(last_bytes.data(), (in_step + 1) / 2, bytes + count / 2);
-    count += in_step;
-  }
-  if (count % 2 != 0) bytes[count / 2] = HighNibble(text[count - 1]);
-  return count;
+std::size_t CopyHexDigits(std::string_view text, char* copy, std::uint8_t* bytes) {
+  return HasWideVectors() ? CopyWide(text, copy, bytes) : Steps<Narrow>::Copy(text, copy, bytes);
 }
 
 char* WriteHexDigits(std::span<const std::uint8_t> bytes, char digit_ten, char* text) {
   const auto gap = static_cast<std::uint8_t>(digit_ten - '9' - 1);
   char* const end = text + 2 * bytes.size();
-  if (bytes.size() >= kStepBytes) {
-    WriteSteps(bytes, gap, text);
+  if (bytes.size() >= 16) {
+    HasWideVectors() ? WriteWide(bytes, gap, text) : Steps<Narrow>::Write(bytes, gap, text);
   } else if (bytes.size() >= 4) {
     WriteWords(bytes, gap, text);
   } else {

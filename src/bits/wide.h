@@ -5,9 +5,13 @@
 // bear functions that are chosen so early; their builds, and machines of other kinds, have one of
 // each.
 #if defined(__x86_64__) && defined(ZRT_WIDE_VECTORS)
-#define ZRT_WIDE [[gnu::target_clones("avx2", "default")]]
+#define ZRT_WIDE     [[gnu::target_clones("avx2", "default")]]
+#define ZRT_FOR_WIDE [[gnu::target("avx2")]]
+inline bool HasWideVectors() { return __builtin_cpu_supports("avx2") != 0; }
 #else
 #define ZRT_WIDE
+#define ZRT_FOR_WIDE
+constexpr bool HasWideVectors() { return false; }
 #endif
 
 // Set into such functions, to be compiled with them for the same machine.

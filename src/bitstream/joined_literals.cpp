@@ -3,6 +3,7 @@
 #include "bitstream/joined_literals.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <optional>
 
@@ -16,6 +17,15 @@ namespace {
 constexpr std::size_t kMostBytesOfBits = std::numeric_limits<std::int32_t>::max() / 8;
 
 constexpr std::size_t kShortName = 511;
+
+constexpr std::array<bool, 256> CharsOfJoinedLiterals() {
+  std::array<bool, 256> chars{};
+  for (const char c : std::string_view("0123456789ABCDEFabcdefx@^()")) {
+    chars[static_cast<unsigned char>(c)] = true;
+  }
+  return chars;
+}
+constexpr std::array<bool, 256> kIsInJoinedLiterals = CharsOfJoinedLiterals();
 
 // A literal as the lookups want it. An object of its own: as characters are written to it, the
 // compiler could not keep in registers what stands beside it.
@@ -205,7 +215,7 @@ bool MayBeJoinedLiterals(std::string_view text) {
   constexpr std::size_t kEnd = 8;  // characters: an operator and a short operand
   if (text.front() != '(' && !text.starts_with("0x")) return false;
   return std::ranges::all_of(text.substr(text.size() - kEnd), [](char c) {
-    return IsHexadecimalDigit(c) || c == 'x' || c == '@' || c == '^' || c == '(' || c == ')';
+    return kIsInJoinedLiterals[static_cast<unsigned char>(c)];
   });
 }
 

@@ -11,7 +11,8 @@ namespace {
 // A stream may share its blocks with the row that it is to hold: what is borrowed from it would
 // move or change as it is written.
 void KeepFrom(RowDataStream& stream, BitValue& value) {
-  if (value.Bytes().data() == stream.GetDataBlock()) (void)value.OwnBytes();
+  if (value.has_own_bytes() || value.Bytes().data() != stream.GetDataBlock()) return;
+  (void)value.OwnBytes();
 }
 
 // A stream that is emptied frees its later blocks, so that only a sole one will do.
