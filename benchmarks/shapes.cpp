@@ -73,6 +73,7 @@ const std::vector<Shape>& Shapes() {
       {kNumbers,   "chain 1+1",       kInt,   "1+",           "1",    "",       1,  1},
       {kNumbers,   "floats 1.0*1",    kFloat, "1.0*",         "1",    "",       0,  1},
       {kNumbers,   "groups (1)+1",    kInt,   "(1)+",         "1",    "",       1,  1},
+      {kNumbers,   "both 1+(1)+1",    kInt,   "1+(1)+",       "1",    "",       2,  1},
       {kNumbers,   "left ((1)+1)+1",  kInt,   "(",            "1",    ")+1",    1,  1},
       {kNumbers,   "right 1+(1+(1))", kInt,   "1+(",          "1",    ")",      1,  1},
       {kNumbers,   "nested (((1)))",  kInt,   "(",            "1",    ")",      0,  1},

@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "scan/operand_text.h"
+#include "solve/solve_text.h"
 #include "solve/sweep.h"
-#include "solve/walk.h"
 
 namespace zrt {
 namespace {

@@ -13,8 +13,8 @@
 #include "bitstream/waiting_values.h"
 #include "bitstream/word_operators.h"
 #include "scan/text.h"
+#include "solve/solve_text.h"
 #include "solve/sweep.h"
-#include "solve/walk.h"
 
 namespace zrt {
 namespace {

@@ -8,7 +8,7 @@
 #include "object/watched.h"
 #include "scalar/operand.h"
 #include "scan/operand_text.h"
-#include "solve/walk.h"
+#include "solve/solve_text.h"
 
 namespace zrt {
 namespace {

@@ -7,8 +7,8 @@
 
 #include "names/scopes.h"
 #include "scalar/operand.h"
+#include "solve/solve_text.h"
 #include "solve/sweep.h"
-#include "solve/walk.h"
 #include "solve/walk_policy.h"
 
 namespace zrt {

@@ -69,7 +69,6 @@ class Walk : private WalkSteps<Policy> {
     std::uint32_t mark;
   };
 
-  using Frame = WalkFrame;
   using Level = WalkLevel<Watch>;
 
   Walk(Policy& policy, const MarkedText& text) : Steps(policy, text), frames_(text) {}
@@ -79,7 +78,6 @@ class Walk : private WalkSteps<Policy> {
   static Cut FindCut(const MarkedText& text, const Piece& piece, RuledOut ruled_out);
   Cut SolveOrFindCut(const Piece& piece, RuledOut ruled_out);
 
-  // A piece that is to be solved next.
   struct Task {
     Piece piece;
     RuledOut ruled_out = RuledOut::kNothing;
@@ -102,8 +100,9 @@ class Walk : private WalkSteps<Policy> {
 
   // Cut a side of the top level into `side` and note its operator; one that is empty is no failure
   // and not there.
-  ZRTStatus CutRight(const Frame& frame, Level& level, Piece& side) const;
-  ZRTStatus CutLeft(const Frame& frame, Level& level, Piece& side);
+  ZRTStatus CutRight(const WalkFrame& frame, Level& level, Piece& side) const;
+  ZRTStatus CutLeft(const WalkFrame& frame, Level& level, Piece& side);
+  bool HasNothingLeft(const WalkFrame& frame);
   ZRTStatus CutNegations(const Level& level, RightScan& scan, FoundOperator& found,
                          std::uint32_t& middle);
 
@@ -111,22 +110,6 @@ class Walk : private WalkSteps<Policy> {
   WalkFrames frames_;
   typename Policy::template Values<Solved> values_;
 };
-
-/// Evaluates `text` by `policy`: as an expression, or as one chain whatever it holds.
-/// @return ErrStreamWrite for a text of more than kMaxTextLength characters, with nothing read or
-///         delivered; else what the walk says. Throws std::bad_alloc before anything is delivered.
-template <class Policy>
-ZRTStatus SolveText(std::string_view text, Policy&& policy) {
-  if (text.size() > kMaxTextLength) return ErrStreamWrite;
-  const MarkedText marked(text, MarkedText::Parentheses::kMarked);
-  return Walk<Policy>::Solve(policy, marked);
-}
-template <class Policy>
-ZRTStatus SolveTextAsChain(std::string_view text, Policy&& policy) {
-  if (text.size() > kMaxTextLength) return ErrStreamWrite;
-  const MarkedText marked(text, MarkedText::Parentheses::kPlain);
-  return WalkSteps<Policy>(policy, marked).SolveChain();
-}
 
 // The first group of a piece, else its first unary operator, else neither.
 template <class Policy>
@@ -241,7 +224,7 @@ ZRTStatus Walk<Policy>::OpenGroup(Piece& piece, std::uint32_t open_mark) {
 template <class Policy>
 void Walk<Policy>::OpenUnary(Piece& piece, std::uint32_t unary_mark) {
   levels_.Push();
-  Frame& frame = frames_.Push();
+  WalkFrame& frame = frames_.Push();
   frame.piece = piece;
   frame.middle_mark = unary_mark;
   frame.right_mark = piece.last_mark;
@@ -265,7 +248,10 @@ ZRTStatus Walk<Policy>::NextSide(Task& task) {
   Level& level = levels_.Top();
   if (level.is_done()) return kOk;
   const bool is_inner = level.is_inner();
-  const Frame frame = frames_.Top(is_inner, is_inner && levels_.Below(1).is_inner());
+  const bool is_left_kept = level.turn == Turn::kLeftOfGroup;
+  const WalkFrame frame = is_left_kept
+                              ? frames_.TakeLeft()
+                              : frames_.Top(is_inner, is_inner && levels_.Below(1).is_inner());
   if constexpr (Policy::kHasUnaryPath) {
     if (level.turn == Turn::kLeftOfUnary) {
       ApplyUnary(values_.Top(), OperatorAt(text_, frame.piece, frame.middle_mark));
@@ -281,14 +267,28 @@ ZRTStatus Walk<Policy>::NextSide(Task& task) {
     task.is_there = is_right ? level.has_right() : level.has_left();
     task.ruled_out = turn.ruled_out;
   }
-  const bool begins_with_middle = text_.PositionOf(frame.middle_mark) == frame.piece.begin;
-  if (level.is_left_of_group() && begins_with_middle) level.GoOn();
-  if (level.is_done()) frames_.Drop(is_inner);
+  if (level.is_left_of_group() && HasNothingLeft(frame)) level.GoOn();
+  if (level.turn == Turn::kLeftOfGroup) frames_.KeepLeft();
+  if (level.is_done() && !is_left_kept) frames_.Drop(is_inner);
   return kOk;
 }
 
+// Whether the left side of a group, which is to be solved after the right one, is known before to
+// be none. A sole negation is applied, unless somebody watches when that happens.
 template <class Policy>
-ZRTStatus Walk<Policy>::CutRight(const Frame& frame, Level& level, Piece& side) const {
+bool Walk<Policy>::HasNothingLeft(const WalkFrame& frame) {
+  const Piece left = DropLeadingBlanks(text_, frames_.LeftOf(frame));
+  if constexpr (!kIsWatched<Watch> && Policy::kGroupNegation != GroupNegation::kRefused) {
+    if (left.end - left.begin == 1 && IsNegation(EntryOf(text_.At(left.begin)).code)) {
+      ApplyUnary(values_.Top(), OperatorAt(text_, left, left.first_mark));
+      return true;
+    }
+  }
+  return left.empty();
+}
+
+template <class Policy>
+ZRTStatus Walk<Policy>::CutRight(const WalkFrame& frame, Level& level, Piece& side) const {
   Piece right = frame.piece;
   right.first_mark = frame.right_mark;
   if (level.is_group()) {
@@ -311,13 +311,9 @@ ZRTStatus Walk<Policy>::CutRight(const Frame& frame, Level& level, Piece& side) 
 }
 
 template <class Policy>
-ZRTStatus Walk<Policy>::CutLeft(const Frame& frame, Level& level, Piece& side) {
-  Piece left = frame.piece;
+ZRTStatus Walk<Policy>::CutLeft(const WalkFrame& frame, Level& level, Piece& side) {
+  const Piece left = frames_.LeftOf(frame);
   std::uint32_t middle = text_.PositionOf(frame.middle_mark);
-  left.end = middle;
-  left.last_mark = frame.middle_mark;
-  left.no_operator_behind_brackets = 0;  // it ends elsewhere than the operand it is part of
-  left = DropTrailingBlanks(text_, left);
   if (left.empty()) return kOk;
   RightScan scan(text_, left);
   FoundOperator found = scan.Last();

@@ -6,6 +6,7 @@
 
 #include "scan/marks.h"
 #include "scan/operator_scan.h"
+#include "scan/piece.h"
 #include "solve/small_stack.h"
 #include "solve/watch.h"
 
@@ -75,8 +76,10 @@ struct WalkFrame {
 };
 static_assert(sizeof(WalkFrame) == 28);
 
-/// The frames of those open levels that have sides left to cut. Of an inner group the mark of its
-/// "(" alone is kept, since the rest follows from the group around it, that of the level below.
+/// The frames of those open levels that have sides left to cut. Of some a mark alone is kept, from
+/// which the frame is found again: of an inner group that of its "(", since the rest follows from
+/// the group around it, that of the level below; of a group whose right side is being solved, the
+/// one that its piece begins with.
 class WalkFrames {
  public:
   explicit WalkFrames(const MarkedText& text) : text_(text) {}
@@ -85,11 +88,11 @@ class WalkFrames {
 
   /// Whether a frame would take more memory, so that inner groups are worth telling apart.
   [[nodiscard]] bool is_full() const { return frames_.is_full(); }
-  void PushInner(std::uint32_t open_mark) { inner_groups_.Push() = open_mark; }
+  void PushInner(std::uint32_t open_mark) { marks_.Push() = open_mark; }
 
   /// The middle of the level that lies so many inner groups below the top one.
   std::uint32_t MiddleBelow(std::size_t inner_count, bool is_inner) {
-    return is_inner ? inner_groups_.Below(inner_count) : frames_.Top().middle_mark;
+    return is_inner ? marks_.Below(inner_count) : frames_.Top().middle_mark;
   }
 
   /// The frame of the top level. `is_inner`: of that level, and of the one below it.
@@ -97,19 +100,49 @@ class WalkFrames {
     if (!is_inner) return frames_.Top();
     const std::uint32_t open = MiddleBelow(1, is_inside_inner);
     const std::uint32_t close = text_.MatchOf(open);
-    const std::uint32_t middle = inner_groups_.Top();
+    const std::uint32_t middle = marks_.Top();
     return {
         {text_.PositionOf(open) + 1, text_.PositionOf(close), open + 1, close},
         middle,
         text_.MatchOf(middle) + 1
     };
   }
-  void Drop(bool is_inner) { is_inner ? inner_groups_.Drop() : frames_.Drop(); }
+  void Drop(bool is_inner) { is_inner ? marks_.Drop() : frames_.Drop(); }
+
+  /// What stands before the middle of a frame, without trailing blanks.
+  [[nodiscard]] Piece LeftOf(const WalkFrame& frame) const {
+    Piece left = frame.piece;
+    left.end = text_.PositionOf(frame.middle_mark);
+    left.last_mark = frame.middle_mark;
+    left.no_operator_behind_brackets = 0;  // it ends elsewhere than the operand it is part of
+    return DropTrailingBlanks(text_, left);
+  }
+
+  /// Keeps of the top frame, a group's, what its left side follows from.
+  void KeepLeft() {
+    marks_.Push() = frames_.Top().piece.first_mark;
+    frames_.Drop();
+  }
+
+  /// What was kept last, as a frame without a right side. Its piece stands behind a "(" or, without
+  /// leading blanks, behind an operator, or is the text.
+  WalkFrame TakeLeft() {
+    const std::uint32_t first_mark = marks_.Top();
+    marks_.Drop();
+    std::uint32_t middle_mark = first_mark;
+    while (text_.CharOf(middle_mark) != '(') ++middle_mark;
+    Piece piece{0, text_.PositionOf(middle_mark), first_mark, middle_mark};
+    if (first_mark > 0) {
+      piece.begin = text_.PositionOf(first_mark - 1) + 1;
+      if (text_.CharOf(first_mark - 1) != '(') piece = DropLeadingBlanks(text_, piece);
+    }
+    return {piece, middle_mark};
+  }
 
  private:
   const MarkedText& text_;
   SmallStack<WalkFrame, 64> frames_;
-  SmallStack<std::uint32_t, 64> inner_groups_;
+  SmallStack<std::uint32_t, 64> marks_;
 };
 
 }  // namespace zrt
