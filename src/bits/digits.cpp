@@ -47,6 +47,30 @@ struct Wide {
   using BytePairs [[gnu::vector_size(16)]] = std::uint16_t;
 };
 
+// The place of the first byte whose top bit is set; their count if there is none.
+template <class Chars>
+ZRT_INLINE std::size_t FirstTopBit(const Chars& chars) {
+  std::array<std::uint64_t, sizeof(Chars) / kWordSize> words{};
+  std::memcpy(words.data(), &chars, sizeof(Chars));
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    const std::uint64_t top_bits = words[i] & InEachByte(0x80);
+    if (top_bits != 0) return i * kWordSize + FirstByte(top_bits);
+  }
+  return sizeof(Chars);
+}
+#ifdef __x86_64__  // has an instruction that gathers top bits
+inline std::size_t FirstTopBit(const Narrow::Chars& chars) {
+  using Plain [[gnu::vector_size(sizeof(chars))]] = char;
+  const int bits = __builtin_ia32_pmovmskb128(reinterpret_cast<Plain>(chars));
+  return static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(bits) | 1U << 16));
+}
+[[gnu::target("avx2")]] inline std::size_t FirstTopBit(const Wide::Chars& chars) {
+  using Plain [[gnu::vector_size(sizeof(chars))]] = char;
+  const int bits = __builtin_ia32_pmovmskb256(reinterpret_cast<Plain>(chars));
+  return static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(bits)));
+}
+#endif
+
 // Steps of as many digits as a vector has bytes. Vectors are handed on by reference alone, as in
 // the kernels; none is wider than the machine has them, since compilers would go byte by byte then.
 template <class Vectors>
@@ -65,7 +89,7 @@ struct Steps {
     chars = chars < most ? chars : most;
   }
 
-  // The values of digits of either case, and 16 or more for what is no digit: decimal digits are
+  // The values of digits of either case, and 16 to 143 for what is no digit: decimal digits are
   // brought to the top of all numbers, letters to the bottom, and from there to their values in
   // steps that do not carry the others round to them.
   ZRT_INLINE static void ToValues(const Chars& chars, Chars& values) {
@@ -73,7 +97,7 @@ struct Steps {
     KeepAbove(values, Chars{} + 6);
     values -= 256 - 10;
     Chars letters = (chars | ' ') - 'a';
-    KeepBelow(letters, Chars{} + (255 - 10));
+    KeepBelow(letters, Chars{} + (143 - 10));
     KeepBelow(values, letters + 10);
   }
 
@@ -97,17 +121,9 @@ struct Steps {
     ToBytes(values, bytes);
   }
 
-  // The first place that has 16 or more; kStep if there is none.
+  // The first place of what is no digit; kStep if there is none. No digit's value gets a top bit.
   ZRT_INLINE static std::size_t FirstOther(const Chars& values) {
-    std::array<std::uint64_t, kStep / kWordSize> words{};
-    const Chars others = values & 0xF0;
-    std::memcpy(words.data(), &others, kStep);
-    std::uint64_t all = 0;
-    for (const std::uint64_t word : words) all |= word;
-    if (all == 0) return kStep;
-    std::size_t word = 0;
-    while (words[word] == 0) ++word;
-    return word * kWordSize + FirstByte(words[word]);
+    return FirstTopBit(values + (128 - 16));
   }
 
   // Whole steps in their place, and the rest with zeros behind it in a place of its own.
@@ -142,7 +158,7 @@ struct Steps {
     const std::size_t in_steps = text.size() / kStep * kStep;
     std::size_t count = 0;
     std::size_t in_step = kStep;
-    for (; count < in_steps && in_step == kStep; count += in_step) {
+    for (; count < in_steps; count += kStep) {
       Chars chars;
       Chars values;
       std::memcpy(&chars, &text[count], kStep);
@@ -150,8 +166,11 @@ struct Steps {
       ToValues(chars, values);
       ToBytes(values, bytes + count / 2);
       in_step = FirstOther(values);
+      if (in_step < kStep) break;
     }
-    if (in_step == kStep && count < text.size()) {
+    if (in_step < kStep) {
+      count += in_step;
+    } else if (count < text.size()) {
       std::array<char, kStep> last{};
       std::array<std::uint8_t, kStep / 2> last_bytes{};
       Chars most{};
